@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace tarvel::schema {
+
+// Name of the data file in the program folder, and its database password.
+inline constexpr const char* kDataFileName = "mydata3.tvg";
+inline constexpr const char* kDatabasePassword = "kt5_vamire4417_q_hx";
+
+// The stored query joining each contact with its account.
+inline constexpr const char* kContactsAccountsQuery = "que_contacts_accounts";
+
+// Declared column types; the access layer reads them back to type values.
+inline constexpr const char* kDateType = "DATETIME";
+inline constexpr const char* kYesNoType = "YESNO";
+inline constexpr const char* kCurrencyType = "CURRENCY";
+
+// Statements that create every table, index, view and trigger of a new data file.
+QStringList creationStatements();
+
+// True for the yes/no (check mark) columns, where NOT is a bitwise not.
+bool isYesNoColumn(const QString& column);
+
+}  // namespace tarvel::schema

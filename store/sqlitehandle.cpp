@@ -1,0 +1,248 @@
+#include "store/sqlitehandle.h"
+
+
+#include <sqlite3.h>
+
+#include <QFileInfo>
+
+#include "store/clock.h"
+#include "store/connectionstring.h"
+#include "store/dialect.h"
+#include "store/jetdate.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr int kStatementCacheSize = 96;
+
+void resultText(sqlite3_context* ctx, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_result_text(ctx, utf8.constData(), utf8.size(), SQLITE_TRANSIENT);
+}
+
+void nowFunction(sqlite3_context* ctx, int, sqlite3_value**) {
+    resultText(ctx, jetdate::canonical(Clock::now()));
+}
+
+void dateFunction(sqlite3_context* ctx, int, sqlite3_value**) {
+    resultText(ctx, jetdate::canonical(Clock::today()));
+}
+
+void timeFunction(sqlite3_context* ctx, int, sqlite3_value**) {
+    resultText(ctx, jetdate::canonicalTime(Clock::time()));
+}
+
+std::optional<QDateTime> argumentDate(sqlite3_value* value) {
+    if (sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    if (!text) return std::nullopt;
+    const QString s = QString::fromUtf8(text);
+    if (auto c = jetdate::fromCanonical(s)) return c;
+    return jetdate::parseLiteral(s);
+}
+
+// WEEKDAY, DAY, MONTH, YEAR of a date; null for null or a value that is no date.
+template <int (*Part)(const QDateTime&)>
+void datePartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    const auto d = argumentDate(argv[0]);
+    if (!d) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    sqlite3_result_int(ctx, Part(*d));
+}
+
+int weekdayOf(const QDateTime& d) { return jetdate::weekdaySundayFirst(d.date()); }
+int dayOf(const QDateTime& d) { return d.date().day(); }
+int monthOf(const QDateTime& d) { return d.date().month(); }
+int yearOf(const QDateTime& d) { return d.date().year(); }
+int hourOf(const QDateTime& d) { return d.time().hour(); }
+int minuteOf(const QDateTime& d) { return d.time().minute(); }
+
+// first(): the value of the first row of each group, nulls included.
+void firstStep(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    auto** slot = static_cast<sqlite3_value**>(sqlite3_aggregate_context(ctx, sizeof(sqlite3_value*)));
+    if (slot && !*slot) *slot = sqlite3_value_dup(argv[0]);
+}
+
+void firstFinal(sqlite3_context* ctx) {
+    auto** slot = static_cast<sqlite3_value**>(sqlite3_aggregate_context(ctx, 0));
+    if (!slot || !*slot) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    sqlite3_result_value(ctx, *slot);
+    sqlite3_value_free(*slot);
+    *slot = nullptr;
+}
+
+QHash<QString, std::shared_ptr<Handle>>& handleCache() {
+    static QHash<QString, std::shared_ptr<Handle>> cache;
+    return cache;
+}
+
+}  // namespace
+
+Handle::Handle(sqlite3* db, QString path) : db_(db), path_(std::move(path)) { registerFunctions(); }
+
+Handle::~Handle() { close(); }
+
+std::shared_ptr<Handle> Handle::open(const QString& path, const QString& password, bool create,
+                                     QString* error) {
+    auto fail = [&](const QString& message) {
+        if (error) *error = message;
+        return std::shared_ptr<Handle>();
+    };
+    if (!create && !QFileInfo(path).isFile())
+        return fail(QStringLiteral("数据文件不存在：%1").arg(path));
+    if (create && QFileInfo::exists(path))
+        return fail(QStringLiteral("文件已存在，不会覆盖：%1").arg(path));
+    sqlite3* db = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db, flags, nullptr) != SQLITE_OK) {
+        const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
+        sqlite3_close(db);
+        return fail(QStringLiteral("无法打开数据文件 %1：%2").arg(path, message));
+    }
+    const QByteArray key = password.toUtf8();
+    sqlite3_key(db, key.constData(), key.size());
+    // The key is only checked on first read; a wrong key or a foreign file fails here.
+    if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr) != SQLITE_OK) {
+        sqlite3_close(db);
+        return fail(QStringLiteral("%1 不是 Tarvel 数据文件，或数据库密码不对").arg(path));
+    }
+    sqlite3_busy_timeout(db, 2000);
+    return std::shared_ptr<Handle>(new Handle(db, path));
+}
+
+void Handle::registerFunctions() {
+    const int flags = SQLITE_UTF8;
+    sqlite3_create_function(db_, dialect::kNowFunction, 0, flags, nullptr, nowFunction, nullptr, nullptr);
+    sqlite3_create_function(db_, dialect::kDateFunction, 0, flags, nullptr, dateFunction, nullptr, nullptr);
+    sqlite3_create_function(db_, dialect::kTimeFunction, 0, flags, nullptr, timeFunction, nullptr, nullptr);
+    const int pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    sqlite3_create_function(db_, "weekday", 1, pure, nullptr, datePartFunction<weekdayOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "day", 1, pure, nullptr, datePartFunction<dayOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "month", 1, pure, nullptr, datePartFunction<monthOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "year", 1, pure, nullptr, datePartFunction<yearOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "hour", 1, pure, nullptr, datePartFunction<hourOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "minute", 1, pure, nullptr, datePartFunction<minuteOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "first", 1, SQLITE_UTF8, nullptr, nullptr, firstStep, firstFinal);
+}
+
+QString Handle::lastError() const {
+    return db_ ? QString::fromUtf8(sqlite3_errmsg(db_)) : QStringLiteral("数据文件已关闭");
+}
+
+sqlite3_stmt* Handle::prepare(const QString& sql, QString* error) {
+    if (!db_) {
+        if (error) *error = lastError();
+        return nullptr;
+    }
+    if (auto it = statements_.find(sql); it != statements_.end()) {
+        ages_.splice(ages_.begin(), ages_, it->age);
+        return it->stmt;
+    }
+    sqlite3_stmt* stmt = nullptr;
+    const QByteArray utf8 = sql.toUtf8();
+    const char* tail = nullptr;
+    if (sqlite3_prepare_v2(db_, utf8.constData(), utf8.size(), &stmt, &tail) != SQLITE_OK) {
+        if (error) *error = lastError();
+        sqlite3_finalize(stmt);
+        return nullptr;
+    }
+    if (!stmt) {
+        if (error) *error = QStringLiteral("empty statement");
+        return nullptr;
+    }
+    if (tail && QByteArray(tail).trimmed().size() > 0 && QByteArray(tail).trimmed() != ";") {
+        sqlite3_finalize(stmt);
+        if (error) *error = QStringLiteral("only one statement may be run at a time");
+        return nullptr;
+    }
+    if (statements_.size() >= kStatementCacheSize) {
+        const QString oldest = ages_.back();
+        ages_.pop_back();
+        sqlite3_finalize(statements_.take(oldest).stmt);
+    }
+    ages_.push_front(sql);
+    statements_.insert(sql, {stmt, ages_.begin()});
+    return stmt;
+}
+
+bool Handle::exec(const QString& sql, QString* error) {
+    char* message = nullptr;
+    if (!db_ || sqlite3_exec(db_, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
+        if (error) *error = message ? QString::fromUtf8(message) : lastError();
+        sqlite3_free(message);
+        return false;
+    }
+    return true;
+}
+
+const TableInfo* Handle::tableInfo(const QString& table) {
+    const QString key = table.toLower();
+    if (auto it = tables_.constFind(key); it != tables_.constEnd()) return &*it;
+    if (!db_) return nullptr;
+    TableInfo info;
+    sqlite3_stmt* stmt = nullptr;
+    const QByteArray sql = QStringLiteral("PRAGMA table_info(\"%1\")").arg(table).toUtf8();
+    if (sqlite3_prepare_v2(db_, sql.constData(), -1, &stmt, nullptr) != SQLITE_OK) {
+        sqlite3_finalize(stmt);
+        return nullptr;
+    }
+    int keyColumns = 0;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        const QString name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+        info.columns << name;
+        info.declaredTypes.insert(name.toLower(),
+                                  QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 2))));
+        if (sqlite3_column_int(stmt, 5) > 0) {
+            ++keyColumns;
+            info.primaryKey = name;
+        }
+    }
+    sqlite3_finalize(stmt);
+    if (keyColumns != 1) info.primaryKey.clear();
+    if (info.columns.isEmpty()) return nullptr;
+    return &*tables_.insert(key, info);
+}
+
+void Handle::close() {
+    for (const Cached& c : std::as_const(statements_)) sqlite3_finalize(c.stmt);
+    statements_.clear();
+    ages_.clear();
+    tables_.clear();
+    if (db_) sqlite3_close_v2(db_);
+    db_ = nullptr;
+}
+
+StatementLease::~StatementLease() {
+    if (stmt_) {
+        sqlite3_reset(stmt_);
+        sqlite3_clear_bindings(stmt_);
+    }
+}
+
+std::shared_ptr<Handle> acquireHandle(const QString& connectionString, QString* error) {
+    auto& cache = handleCache();
+    if (auto it = cache.constFind(connectionString); it != cache.constEnd() && (*it)->isOpen())
+        return *it;
+    const ConnectionInfo info = parseConnectionString(connectionString);
+    if (!info.valid) {
+        if (error) *error = QStringLiteral("连接字符串无效");
+        return nullptr;
+    }
+    auto handle = Handle::open(info.dataSource, info.password, false, error);
+    if (handle) cache.insert(connectionString, handle);
+    return handle;
+}
+
+void closeAllHandles() {
+    auto& cache = handleCache();
+    for (const auto& handle : std::as_const(cache)) handle->close();
+    cache.clear();
+}
+
+}  // namespace tarvel
