@@ -5,17 +5,22 @@
 namespace tarvel {
 
 namespace {
-QString quote(const QString& text) { return tarveldatabase::SafeSql(text); }
+QString quote(const QString& text) {
+    return tarveldatabase::SafeSql(text);
+}
 
-QString blankIfNull(const QVariant& v) { return v.isNull() ? QStringLiteral(" ") : v.toString(); }
+QString blankIfNull(const QVariant& v) {
+    return v.isNull() ? QStringLiteral(" ") : v.toString();
+}
 }  // namespace
 
 bool SoftwareSetting::GetValue(const QString& type, const QString& key) {
     type_ = type;
     key_ = key;
     tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(QStringLiteral("SELECT * FROM setting WHERE set_type='") + quote(type) +
-                                   QStringLiteral("' AND set_key='") + quote(key) + QStringLiteral("'"));
+    RecordsetPtr rs =
+        db.GetReadRs(QStringLiteral("SELECT * FROM setting WHERE set_type='") + quote(type) +
+                     QStringLiteral("' AND set_key='") + quote(key) + QStringLiteral("'"));
     if (rs && rs->State() == adStateOpen && !rs->Eof()) {
         description_ = blankIfNull(rs->value(QStringLiteral("set_description")));
         value_ = blankIfNull(rs->value(QStringLiteral("set_value")));
@@ -39,12 +44,12 @@ bool SoftwareSetting::WriteValue(const QString& type, const QString& key, const 
     description_ = description;
     // Typed values are quoted, so a quote in them is stored as typed.
     tarveldatabase db;
-    db.Execute(QStringLiteral("UPDATE setting SET set_name='") + quote(name) + QStringLiteral("',") +
-               QStringLiteral(" set_visible='") + quote(visible) + QStringLiteral("',") +
-               QStringLiteral(" set_value='") + quote(value) + QStringLiteral("',") +
-               QStringLiteral(" set_description='") + quote(description) + QStringLiteral("'") +
-               QStringLiteral(" WHERE Set_Type='") + quote(type) + QStringLiteral("' AND Set_Key='") +
-               quote(key) + QStringLiteral("'"));
+    db.Execute(QStringLiteral("UPDATE setting SET set_name='") + quote(name) +
+               QStringLiteral("',") + QStringLiteral(" set_visible='") + quote(visible) +
+               QStringLiteral("',") + QStringLiteral(" set_value='") + quote(value) +
+               QStringLiteral("',") + QStringLiteral(" set_description='") + quote(description) +
+               QStringLiteral("'") + QStringLiteral(" WHERE Set_Type='") + quote(type) +
+               QStringLiteral("' AND Set_Key='") + quote(key) + QStringLiteral("'"));
     if (!db.ErrMsg().isEmpty()) {
         errMsg_ = db.ErrMsg();
         return false;

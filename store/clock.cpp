@@ -20,8 +20,12 @@ QDateTime Clock::now() {
     return QDateTime(local.date(), QTime(t.hour(), t.minute(), t.second()), Qt::UTC);
 }
 
-void Clock::setFixed(const QDateTime& moment) { fixedMoment() = moment; }
+void Clock::setFixed(const QDateTime& moment) {
+    fixedMoment() = moment;
+}
 
-void Clock::advance(qint64 seconds) { fixedMoment() = now().addSecs(seconds); }
+void Clock::advance(qint64 seconds) {
+    fixedMoment() = now().addSecs(seconds);
+}
 
 }  // namespace tarvel

@@ -1,6 +1,5 @@
 #include "store/connection.h"
 
-
 #include <sqlite3.h>
 
 #include "store/dialect.h"
@@ -16,7 +15,9 @@ bool Connection::Open(const QString& connectionString) {
     return handle_ != nullptr;
 }
 
-void Connection::Close() { handle_.reset(); }
+void Connection::Close() {
+    handle_.reset();
+}
 
 RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
     auto result = std::make_shared<Recordset>();
@@ -35,7 +36,8 @@ RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
     if (!stmt) return result;
     if (sqlite3_column_count(stmt) > 0) {
         // A row-returning statement: hand back its rows like a read-only open.
-        if (!result->openStatement(sql, handle_, adLockReadOnly)) error_ = result->ErrorDescription();
+        if (!result->openStatement(sql, handle_, adLockReadOnly))
+            error_ = result->ErrorDescription();
         return result;
     }
     StatementLease lease(stmt);

@@ -8,9 +8,9 @@
 namespace tarvel {
 
 namespace {
-const QString kPrefix = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Password=\"\";Data Source= ");
-const QString kSuffix = QStringLiteral(
-    ";Persist Security Info=True;Jet OLEDB:Database Password=");
+const QString kPrefix =
+    QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Password=\"\";Data Source= ");
+const QString kSuffix = QStringLiteral(";Persist Security Info=True;Jet OLEDB:Database Password=");
 
 QString& globalString() {
     static QString value;
@@ -30,12 +30,14 @@ ConnectionInfo parseConnectionString(const QString& connectionString) {
         if (eq < 0) continue;
         const QString name = part.left(eq).trimmed();
         QString value = part.mid(eq + 1).trimmed();
-        if (value.size() >= 2 && value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"')))
+        if (value.size() >= 2 && value.startsWith(QLatin1Char('"')) &&
+            value.endsWith(QLatin1Char('"')))
             value = value.mid(1, value.size() - 2);
         if (name.compare(QLatin1String("Data Source"), Qt::CaseInsensitive) == 0) {
             info.dataSource = value;
             haveSource = true;
-        } else if (name.compare(QLatin1String("Jet OLEDB:Database Password"), Qt::CaseInsensitive) == 0) {
+        } else if (name.compare(QLatin1String("Jet OLEDB:Database Password"),
+                                Qt::CaseInsensitive) == 0) {
             info.password = value;
             havePassword = true;
         }
@@ -54,7 +56,9 @@ QString buildConnectionString(const QString& appPathNoSep) {
            kSuffix + QLatin1String(schema::kDatabasePassword);
 }
 
-QString globalConnectionString() { return globalString(); }
+QString globalConnectionString() {
+    return globalString();
+}
 
 void setGlobalConnectionString(const QString& connectionString) {
     globalString() = connectionString;

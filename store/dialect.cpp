@@ -17,9 +17,15 @@ struct Token {
     QString text;
 };
 
-bool isWordStart(QChar c) { return c.isLetter() || c == QLatin1Char('_'); }
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_'); }
-bool isDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
+bool isWordStart(QChar c) {
+    return c.isLetter() || c == QLatin1Char('_');
+}
+bool isWordChar(QChar c) {
+    return c.isLetterOrNumber() || c == QLatin1Char('_');
+}
+bool isDigit(QChar c) {
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
 
 QString quoteText(const QString& text) {
     QString out = text;
@@ -89,7 +95,8 @@ bool tokenize(const QString& s, std::vector<Token>& tokens, QString& error) {
         } else if (c == QLatin1Char('#')) {
             const qsizetype close = s.indexOf(QLatin1Char('#'), i + 1);
             const auto value =
-                close < 0 ? std::nullopt : jetdate::parseLiteral(QStringView(s).mid(i + 1, close - i - 1));
+                close < 0 ? std::nullopt
+                          : jetdate::parseLiteral(QStringView(s).mid(i + 1, close - i - 1));
             if (!value) {
                 error = QStringLiteral("invalid date literal: ") +
                         (close < 0 ? s.mid(i) : s.mid(i, close - i + 1));
@@ -175,8 +182,8 @@ void rewriteWords(std::vector<Token>& t) {
         if (tok.kind != Kind::Word) continue;
         const qsizetype prev = prevSolid(t, i);
         const qsizetype next = nextSolid(t, i);
-        const bool qualified = (prev >= 0 && isPunct(t[prev], ".")) ||
-                               (next >= 0 && isPunct(t[next], "."));
+        const bool qualified =
+            (prev >= 0 && isPunct(t[prev], ".")) || (next >= 0 && isPunct(t[next], "."));
         if (qualified) continue;
         const bool call = next >= 0 && isPunct(t[next], "(");
         if (!call && is(tok, "true")) {
@@ -184,7 +191,7 @@ void rewriteWords(std::vector<Token>& t) {
         } else if (!call && is(tok, "false")) {
             tok = {Kind::Number, QStringLiteral("0")};
         } else if (is(tok, "now") || is(tok, "date") || is(tok, "time")) {
-            const char* fn = is(tok, "now") ? kNowFunction
+            const char* fn = is(tok, "now")    ? kNowFunction
                              : is(tok, "date") ? kDateFunction
                                                : kTimeFunction;
             tok.text = QLatin1String(fn) + (call ? QString() : QStringLiteral("()"));
@@ -245,8 +252,8 @@ bool rewriteQueryWrite(std::vector<Token>& t, QString& out) {
     if (!update && !remove) return false;
     qsizetype target = nextSolid(t, first);
     if (remove && target >= 0 && is(t[target], "FROM")) target = nextSolid(t, target);
-    if (target < 0 ||
-        t[target].text.compare(QLatin1String(schema::kContactsAccountsQuery), Qt::CaseInsensitive) != 0)
+    if (target < 0 || t[target].text.compare(QLatin1String(schema::kContactsAccountsQuery),
+                                             Qt::CaseInsensitive) != 0)
         return false;
     qsizetype where = -1;
     int depth = 0;
@@ -276,7 +283,8 @@ Translation translateUncached(const QString& statement) {
     if (!tokenize(statement, tokens, result.error)) return result;
     rewriteWords(tokens);
     rewriteQueryQualifiers(tokens);
-    if (!rewriteQueryWrite(tokens, result.sql)) result.sql = join(tokens, 0, qsizetype(tokens.size()));
+    if (!rewriteQueryWrite(tokens, result.sql))
+        result.sql = join(tokens, 0, qsizetype(tokens.size()));
     return result;
 }
 

@@ -5,16 +5,22 @@
 
 namespace tarvel::jetdate {
 
-QDateTime naive(const QDate& date, const QTime& time) { return QDateTime(date, time, Qt::UTC); }
+QDateTime naive(const QDate& date, const QTime& time) {
+    return QDateTime(date, time, Qt::UTC);
+}
 
 QString canonical(const QDateTime& value) {
     return value.date().toString(QStringLiteral("yyyy-MM-dd")) + QLatin1Char(' ') +
            value.time().toString(QStringLiteral("HH:mm:ss"));
 }
 
-QString canonical(const QDate& value) { return canonical(naive(value)); }
+QString canonical(const QDate& value) {
+    return canonical(naive(value));
+}
 
-QString canonicalTime(const QTime& value) { return canonical(naive(timeBaseDate(), value)); }
+QString canonicalTime(const QTime& value) {
+    return canonical(naive(timeBaseDate(), value));
+}
 
 namespace {
 int digits(QStringView text, qsizetype from, qsizetype count) {
@@ -37,13 +43,14 @@ std::optional<QDateTime> fromCanonical(QStringView text) {
     const int h = digits(text, 11, 2), mi = digits(text, 14, 2), s = digits(text, 17, 2);
     const QDate date(y, mo, d);
     const QTime time(h, mi, s);
-    if (y < 0 || mo < 0 || d < 0 || h < 0 || mi < 0 || s < 0 || !date.isValid() ||
-        !time.isValid())
+    if (y < 0 || mo < 0 || d < 0 || h < 0 || mi < 0 || s < 0 || !date.isValid() || !time.isValid())
         return std::nullopt;
     return naive(date, time);
 }
 
-bool isCanonical(QStringView text) { return fromCanonical(text).has_value(); }
+bool isCanonical(QStringView text) {
+    return fromCanonical(text).has_value();
+}
 
 namespace {
 std::optional<QTime> parseTimePart(QString text) {
@@ -77,8 +84,8 @@ std::optional<QDateTime> parseLiteral(QStringView input) {
     if (text.isEmpty()) return std::nullopt;
     static const QRegularExpression ymd(
         QStringLiteral("^(\\d{3,4})\\s*([-/.])\\s*(\\d{1,2})\\s*\\2\\s*(\\d{1,2})(?:\\s+(.*))?$"));
-    static const QRegularExpression mdy(
-        QStringLiteral("^(\\d{1,2})\\s*([-/])\\s*(\\d{1,2})\\s*\\2\\s*(\\d{2}|\\d{4})(?:\\s+(.*))?$"));
+    static const QRegularExpression mdy(QStringLiteral(
+        "^(\\d{1,2})\\s*([-/])\\s*(\\d{1,2})\\s*\\2\\s*(\\d{2}|\\d{4})(?:\\s+(.*))?$"));
     QDate date;
     QString rest;
     if (auto m = ymd.match(text); m.hasMatch()) {
@@ -124,13 +131,17 @@ std::optional<QDateTime> fromVariant(const QVariant& value) {
     return parseLiteral(text);
 }
 
-QString literalText(const QDate& date) { return date.toString(QStringLiteral("yyyy-MM-dd")); }
+QString literalText(const QDate& date) {
+    return date.toString(QStringLiteral("yyyy-MM-dd"));
+}
 
 QString literalText(const QDateTime& value) {
     if (value.time() == QTime(0, 0)) return literalText(value.date());
     return canonical(value);
 }
 
-int weekdaySundayFirst(const QDate& date) { return date.dayOfWeek() % 7 + 1; }
+int weekdaySundayFirst(const QDate& date) {
+    return date.dayOfWeek() % 7 + 1;
+}
 
 }  // namespace tarvel::jetdate

@@ -12,7 +12,9 @@ namespace tarvel::jetdate {
 QDateTime naive(const QDate& date, const QTime& time = QTime(0, 0));
 
 // The day that carries time-only values.
-inline QDate timeBaseDate() { return QDate(1899, 12, 30); }
+inline QDate timeBaseDate() {
+    return QDate(1899, 12, 30);
+}
 
 QString canonical(const QDateTime& value);
 QString canonical(const QDate& value);

@@ -1,6 +1,5 @@
 #include "store/recordset.h"
 
-
 #include <sqlite3.h>
 
 #include <QRegularExpression>
@@ -13,9 +12,15 @@
 
 namespace tarvel {
 
-bool FieldRef::isValid() const { return owner_ && index_ >= 0 && index_ < owner_->FieldCount(); }
-QString FieldRef::Name() const { return owner_ ? owner_->fieldName(index_) : QString(); }
-QVariant FieldRef::Value() const { return owner_ ? owner_->value(index_) : QVariant(); }
+bool FieldRef::isValid() const {
+    return owner_ && index_ >= 0 && index_ < owner_->FieldCount();
+}
+QString FieldRef::Name() const {
+    return owner_ ? owner_->fieldName(index_) : QString();
+}
+QVariant FieldRef::Value() const {
+    return owner_ ? owner_->value(index_) : QVariant();
+}
 void FieldRef::setValue(const QVariant& value) {
     if (owner_) owner_->setValue(index_, value);
 }
@@ -25,7 +30,8 @@ bool Recordset::fail(const QString& message) {
     return false;
 }
 
-bool Recordset::Open(const QString& source, const ConnectionPtr& connection, int, int lockType, int) {
+bool Recordset::Open(const QString& source, const ConnectionPtr& connection, int, int lockType,
+                     int) {
     Close();
     error_.clear();
     source_ = source;
@@ -34,7 +40,8 @@ bool Recordset::Open(const QString& source, const ConnectionPtr& connection, int
     return openStatement(source, connection->handle(), lockType);
 }
 
-bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handle>& handle, int lockType) {
+bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handle>& handle,
+                              int lockType) {
     source_ = source;
     const dialect::Translation t = dialect::translate(source);
     if (!t.error.isEmpty()) return fail(t.error);
@@ -48,15 +55,17 @@ bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handl
     columns_.reserve(count);
     auto text = [](const char* s) { return s ? QString::fromUtf8(s) : QString(); };
     for (int i = 0; i < count; ++i) {
-        columns_.push_back({text(sqlite3_column_name(stmt, i)), text(sqlite3_column_table_name(stmt, i)),
-                            text(sqlite3_column_origin_name(stmt, i)), text(sqlite3_column_decltype(stmt, i))});
+        columns_.push_back(
+            {text(sqlite3_column_name(stmt, i)), text(sqlite3_column_table_name(stmt, i)),
+             text(sqlite3_column_origin_name(stmt, i)), text(sqlite3_column_decltype(stmt, i))});
     }
     rows_.clear();
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
         Row row;
         row.values.resize(count);
-        for (int i = 0; i < count; ++i) row.values[i] = sqlvalue::read(stmt, i, columns_[i].declaredType);
+        for (int i = 0; i < count; ++i)
+            row.values[i] = sqlvalue::read(stmt, i, columns_[i].declaredType);
         rows_.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE) {
@@ -114,7 +123,9 @@ int Recordset::AbsolutePosition() const {
     return n;
 }
 
-bool Recordset::flushEdit() { return editMode_ == adEditNone || Update(); }
+bool Recordset::flushEdit() {
+    return editMode_ == adEditNone || Update();
+}
 
 bool Recordset::MoveFirst() {
     if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
@@ -223,7 +234,8 @@ QString Recordset::primaryTable() const {
     for (const Column& c : columns_) {
         if (c.table.isEmpty()) continue;
         const TableInfo* info = handle_ ? handle_->tableInfo(c.table) : nullptr;
-        if (info && !info->primaryKey.isEmpty() && c.origin.compare(info->primaryKey, Qt::CaseInsensitive) == 0)
+        if (info && !info->primaryKey.isEmpty() &&
+            c.origin.compare(info->primaryKey, Qt::CaseInsensitive) == 0)
             return c.table;
     }
     for (const Column& c : columns_)
@@ -250,7 +262,9 @@ bool run(Handle& handle, const Statement& s, QString& error, int* changes = null
     return true;
 }
 
-QString quoted(const QString& name) { return QLatin1Char('"') + name + QLatin1Char('"'); }
+QString quoted(const QString& name) {
+    return QLatin1Char('"') + name + QLatin1Char('"');
+}
 }  // namespace
 
 bool Recordset::reloadRow(const QString& table, qint64 rowid, QVector<QVariant>& values) {
@@ -298,8 +312,9 @@ bool Recordset::writeInsert() {
     } else {
         QStringList marks;
         for (qsizetype i = 0; i < names.size(); ++i) marks << QStringLiteral("?");
-        insert.sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                         .arg(quoted(mainTable), names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+        insert.sql =
+            QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                .arg(quoted(mainTable), names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
     }
     QString error;
     if (!run(*handle_, insert, error)) return fail(error);
@@ -322,7 +337,8 @@ QStringList Recordset::locateRow(const QString& table, const TableInfo& info, co
         if (c.table.compare(table, Qt::CaseInsensitive) != 0) continue;
         QVariant stored;
         sqlvalue::toStorage(row.values[i], c.declaredType, stored, nullptr);
-        if (!info.primaryKey.isEmpty() && c.origin.compare(info.primaryKey, Qt::CaseInsensitive) == 0) {
+        if (!info.primaryKey.isEmpty() &&
+            c.origin.compare(info.primaryKey, Qt::CaseInsensitive) == 0) {
             values << stored;
             return {quoted(c.origin) + QStringLiteral(" IS ?")};
         }
@@ -337,7 +353,8 @@ bool Recordset::writeEdit() {
     Row& row = rows_[position_];
     QStringList tables;
     for (int i = 0; i < int(columns_.size()); ++i)
-        if (changed_[i] && !tables.contains(columns_[i].table, Qt::CaseInsensitive)) tables << columns_[i].table;
+        if (changed_[i] && !tables.contains(columns_[i].table, Qt::CaseInsensitive))
+            tables << columns_[i].table;
     for (const QString& table : std::as_const(tables)) {
         const TableInfo* info = handle_->tableInfo(table);
         if (!info) return fail(QStringLiteral("找不到表 %1").arg(table));
@@ -348,14 +365,17 @@ bool Recordset::writeEdit() {
             if (!changed_[i] || c.table.compare(table, Qt::CaseInsensitive) != 0) continue;
             QVariant stored;
             QString error;
-            if (!sqlvalue::toStorage(pending_[i], c.declaredType, stored, &error)) return fail(error);
+            if (!sqlvalue::toStorage(pending_[i], c.declaredType, stored, &error))
+                return fail(error);
             sets << quoted(c.origin) + QStringLiteral("=?");
             update.values << stored;
         }
         const QStringList where = locateRow(table, *info, row, update.values);
         if (where.isEmpty()) return fail(QStringLiteral("无法确定要修改的记录"));
-        update.sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid IN (SELECT rowid FROM %1 WHERE %3 LIMIT 1)")
-                         .arg(quoted(table), sets.join(QLatin1Char(',')), where.join(QStringLiteral(" AND ")));
+        update.sql = QStringLiteral(
+                         "UPDATE %1 SET %2 WHERE rowid IN (SELECT rowid FROM %1 WHERE %3 LIMIT 1)")
+                         .arg(quoted(table), sets.join(QLatin1Char(',')),
+                              where.join(QStringLiteral(" AND ")));
         QString error;
         int changes = 0;
         if (!run(*handle_, update, error, &changes)) return fail(error);
@@ -370,8 +390,8 @@ bool Recordset::writeEdit() {
             !stored.isNull())
             row.values[i] = jetdate::fromCanonical(stored.toString()).value_or(QDateTime());
         else
-            row.values[i] = stored.typeId() == QMetaType::LongLong && stored.toLongLong() >= INT_MIN &&
-                                    stored.toLongLong() <= INT_MAX
+            row.values[i] = stored.typeId() == QMetaType::LongLong &&
+                                    stored.toLongLong() >= INT_MIN && stored.toLongLong() <= INT_MAX
                                 ? QVariant(stored.toInt())
                                 : stored;
     }
@@ -395,8 +415,9 @@ bool Recordset::Delete() {
     Row& row = rows_[position_];
     const QStringList where = locateRow(table, *info, row, remove.values);
     if (where.isEmpty()) return fail(QStringLiteral("无法确定要删除的记录"));
-    remove.sql = QStringLiteral("DELETE FROM %1 WHERE rowid IN (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
-                     .arg(quoted(table), where.join(QStringLiteral(" AND ")));
+    remove.sql =
+        QStringLiteral("DELETE FROM %1 WHERE rowid IN (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
+            .arg(quoted(table), where.join(QStringLiteral(" AND ")));
     QString error;
     if (!run(*handle_, remove, error)) return fail(error);
     row.deleted = true;
@@ -419,12 +440,16 @@ int compareValues(const QVariant& a, const QVariant& b) {
 bool likeMatch(const QString& text, const QString& pattern) {
     QString re;
     for (const QChar c : pattern) {
-        if (c == QLatin1Char('%') || c == QLatin1Char('*')) re += QStringLiteral(".*");
-        else if (c == QLatin1Char('_') || c == QLatin1Char('?')) re += QLatin1Char('.');
-        else re += QRegularExpression::escape(QString(c));
+        if (c == QLatin1Char('%') || c == QLatin1Char('*'))
+            re += QStringLiteral(".*");
+        else if (c == QLatin1Char('_') || c == QLatin1Char('?'))
+            re += QLatin1Char('.');
+        else
+            re += QRegularExpression::escape(QString(c));
     }
     return QRegularExpression(QLatin1Char('^') + re + QLatin1Char('$'),
-                              QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption)
+                              QRegularExpression::CaseInsensitiveOption |
+                                  QRegularExpression::DotMatchesEverythingOption)
         .match(text)
         .hasMatch();
 }
@@ -432,9 +457,9 @@ bool likeMatch(const QString& text, const QString& pattern) {
 
 bool Recordset::Find(const QString& criteria) {
     if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
-    static const QRegularExpression re(QStringLiteral(
-        "^\\s*\\[?([\\w.]+)\\]?\\s*(<>|<=|>=|=|<|>|\\bLIKE\\b)\\s*(.+?)\\s*$"),
-                                       QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression re(
+        QStringLiteral("^\\s*\\[?([\\w.]+)\\]?\\s*(<>|<=|>=|=|<|>|\\bLIKE\\b)\\s*(.+?)\\s*$"),
+        QRegularExpression::CaseInsensitiveOption);
     const auto m = re.match(criteria);
     if (!m.hasMatch()) return fail(QStringLiteral("查找条件无效：%1").arg(criteria));
     const int column = fieldIndex(m.captured(1));
@@ -444,7 +469,8 @@ bool Recordset::Find(const QString& criteria) {
     QVariant target;
     if (raw.size() >= 2 && raw.startsWith(QLatin1Char('\'')) && raw.endsWith(QLatin1Char('\''))) {
         target = raw.mid(1, raw.size() - 2).replace(QStringLiteral("''"), QStringLiteral("'"));
-    } else if (raw.size() >= 2 && raw.startsWith(QLatin1Char('#')) && raw.endsWith(QLatin1Char('#'))) {
+    } else if (raw.size() >= 2 && raw.startsWith(QLatin1Char('#')) &&
+               raw.endsWith(QLatin1Char('#'))) {
         const auto d = jetdate::parseLiteral(QStringView(raw).mid(1, raw.size() - 2));
         if (!d) return fail(QStringLiteral("查找条件中的日期无效：%1").arg(raw));
         target = *d;

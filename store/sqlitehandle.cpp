@@ -1,6 +1,5 @@
 #include "store/sqlitehandle.h"
 
-
 #include <sqlite3.h>
 
 #include <QFileInfo>
@@ -53,16 +52,29 @@ void datePartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_result_int(ctx, Part(*d));
 }
 
-int weekdayOf(const QDateTime& d) { return jetdate::weekdaySundayFirst(d.date()); }
-int dayOf(const QDateTime& d) { return d.date().day(); }
-int monthOf(const QDateTime& d) { return d.date().month(); }
-int yearOf(const QDateTime& d) { return d.date().year(); }
-int hourOf(const QDateTime& d) { return d.time().hour(); }
-int minuteOf(const QDateTime& d) { return d.time().minute(); }
+int weekdayOf(const QDateTime& d) {
+    return jetdate::weekdaySundayFirst(d.date());
+}
+int dayOf(const QDateTime& d) {
+    return d.date().day();
+}
+int monthOf(const QDateTime& d) {
+    return d.date().month();
+}
+int yearOf(const QDateTime& d) {
+    return d.date().year();
+}
+int hourOf(const QDateTime& d) {
+    return d.time().hour();
+}
+int minuteOf(const QDateTime& d) {
+    return d.time().minute();
+}
 
 // first(): the value of the first row of each group, nulls included.
 void firstStep(sqlite3_context* ctx, int, sqlite3_value** argv) {
-    auto** slot = static_cast<sqlite3_value**>(sqlite3_aggregate_context(ctx, sizeof(sqlite3_value*)));
+    auto** slot =
+        static_cast<sqlite3_value**>(sqlite3_aggregate_context(ctx, sizeof(sqlite3_value*)));
     if (slot && !*slot) *slot = sqlite3_value_dup(argv[0]);
 }
 
@@ -84,9 +96,13 @@ QHash<QString, std::shared_ptr<Handle>>& handleCache() {
 
 }  // namespace
 
-Handle::Handle(sqlite3* db, QString path) : db_(db), path_(std::move(path)) { registerFunctions(); }
+Handle::Handle(sqlite3* db, QString path) : db_(db), path_(std::move(path)) {
+    registerFunctions();
+}
 
-Handle::~Handle() { close(); }
+Handle::~Handle() {
+    close();
+}
 
 std::shared_ptr<Handle> Handle::open(const QString& path, const QString& password, bool create,
                                      QString* error) {
@@ -101,14 +117,16 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
     sqlite3* db = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
     if (sqlite3_open_v2(path.toUtf8().constData(), &db, flags, nullptr) != SQLITE_OK) {
-        const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
+        const QString message =
+            db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
         sqlite3_close(db);
         return fail(QStringLiteral("无法打开数据文件 %1：%2").arg(path, message));
     }
     const QByteArray key = password.toUtf8();
     sqlite3_key(db, key.constData(), key.size());
     // The key is only checked on first read; a wrong key or a foreign file fails here.
-    if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr) !=
+        SQLITE_OK) {
         sqlite3_close(db);
         return fail(QStringLiteral("%1 不是 Tarvel 数据文件，或数据库密码不对").arg(path));
     }
@@ -118,16 +136,25 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
 
 void Handle::registerFunctions() {
     const int flags = SQLITE_UTF8;
-    sqlite3_create_function(db_, dialect::kNowFunction, 0, flags, nullptr, nowFunction, nullptr, nullptr);
-    sqlite3_create_function(db_, dialect::kDateFunction, 0, flags, nullptr, dateFunction, nullptr, nullptr);
-    sqlite3_create_function(db_, dialect::kTimeFunction, 0, flags, nullptr, timeFunction, nullptr, nullptr);
+    sqlite3_create_function(db_, dialect::kNowFunction, 0, flags, nullptr, nowFunction, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, dialect::kDateFunction, 0, flags, nullptr, dateFunction, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, dialect::kTimeFunction, 0, flags, nullptr, timeFunction, nullptr,
+                            nullptr);
     const int pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
-    sqlite3_create_function(db_, "weekday", 1, pure, nullptr, datePartFunction<weekdayOf>, nullptr, nullptr);
-    sqlite3_create_function(db_, "day", 1, pure, nullptr, datePartFunction<dayOf>, nullptr, nullptr);
-    sqlite3_create_function(db_, "month", 1, pure, nullptr, datePartFunction<monthOf>, nullptr, nullptr);
-    sqlite3_create_function(db_, "year", 1, pure, nullptr, datePartFunction<yearOf>, nullptr, nullptr);
-    sqlite3_create_function(db_, "hour", 1, pure, nullptr, datePartFunction<hourOf>, nullptr, nullptr);
-    sqlite3_create_function(db_, "minute", 1, pure, nullptr, datePartFunction<minuteOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "weekday", 1, pure, nullptr, datePartFunction<weekdayOf>, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, "day", 1, pure, nullptr, datePartFunction<dayOf>, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, "month", 1, pure, nullptr, datePartFunction<monthOf>, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, "year", 1, pure, nullptr, datePartFunction<yearOf>, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, "hour", 1, pure, nullptr, datePartFunction<hourOf>, nullptr,
+                            nullptr);
+    sqlite3_create_function(db_, "minute", 1, pure, nullptr, datePartFunction<minuteOf>, nullptr,
+                            nullptr);
     sqlite3_create_function(db_, "first", 1, SQLITE_UTF8, nullptr, nullptr, firstStep, firstFinal);
 }
 
@@ -173,7 +200,8 @@ sqlite3_stmt* Handle::prepare(const QString& sql, QString* error) {
 
 bool Handle::exec(const QString& sql, QString* error) {
     char* message = nullptr;
-    if (!db_ || sqlite3_exec(db_, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
+    if (!db_ ||
+        sqlite3_exec(db_, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
         if (error) *error = message ? QString::fromUtf8(message) : lastError();
         sqlite3_free(message);
         return false;
@@ -194,10 +222,12 @@ const TableInfo* Handle::tableInfo(const QString& table) {
     }
     int keyColumns = 0;
     while (sqlite3_step(stmt) == SQLITE_ROW) {
-        const QString name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+        const QString name =
+            QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
         info.columns << name;
-        info.declaredTypes.insert(name.toLower(),
-                                  QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 2))));
+        info.declaredTypes.insert(
+            name.toLower(),
+            QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 2))));
         if (sqlite3_column_int(stmt, 5) > 0) {
             ++keyColumns;
             info.primaryKey = name;

@@ -13,7 +13,7 @@ namespace tarvel {
 
 struct TableInfo {
     QStringList columns;
-    QString primaryKey;  // empty when the table has no single-column key
+    QString primaryKey;                     // empty when the table has no single-column key
     QHash<QString, QString> declaredTypes;  // column -> declared type
 };
 

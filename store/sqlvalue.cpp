@@ -1,6 +1,5 @@
 #include "store/sqlvalue.h"
 
-
 #include <sqlite3.h>
 
 #include <QDateTime>
@@ -18,7 +17,9 @@ bool isType(const QString& declared, const char* type) {
 }
 }  // namespace
 
-double roundCurrency(double value) { return std::round(value * 10000.0) / 10000.0; }
+double roundCurrency(double value) {
+    return std::round(value * 10000.0) / 10000.0;
+}
 
 QVariant read(sqlite3_stmt* stmt, int column, const QString& declaredType) {
     switch (sqlite3_column_type(stmt, column)) {
@@ -53,7 +54,8 @@ QVariant read(sqlite3_stmt* stmt, int column, const QString& declaredType) {
     }
 }
 
-bool toStorage(const QVariant& value, const QString& declaredType, QVariant& stored, QString* error) {
+bool toStorage(const QVariant& value, const QString& declaredType, QVariant& stored,
+               QString* error) {
     if (value.isNull()) {
         stored = QVariant();
         return true;
@@ -130,12 +132,14 @@ void bind(sqlite3_stmt* stmt, int parameter, const QVariant& stored) {
             return;
         case QMetaType::QByteArray: {
             const QByteArray data = stored.toByteArray();
-            sqlite3_bind_blob(stmt, parameter, data.constData(), int(data.size()), SQLITE_TRANSIENT);
+            sqlite3_bind_blob(stmt, parameter, data.constData(), int(data.size()),
+                              SQLITE_TRANSIENT);
             return;
         }
         default: {
             const QByteArray text = stored.toString().toUtf8();
-            sqlite3_bind_text(stmt, parameter, text.constData(), int(text.size()), SQLITE_TRANSIENT);
+            sqlite3_bind_text(stmt, parameter, text.constData(), int(text.size()),
+                              SQLITE_TRANSIENT);
             return;
         }
     }

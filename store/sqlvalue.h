@@ -13,7 +13,8 @@ QVariant read(sqlite3_stmt* stmt, int column, const QString& declaredType);
 
 // Converts a value written by the program into what the column stores; false
 // (with a message) when the value does not fit the column's type.
-bool toStorage(const QVariant& value, const QString& declaredType, QVariant& stored, QString* error);
+bool toStorage(const QVariant& value, const QString& declaredType, QVariant& stored,
+               QString* error);
 
 // Binds a stored value (as returned by toStorage) to a parameter (1-based).
 void bind(sqlite3_stmt* stmt, int parameter, const QVariant& stored);

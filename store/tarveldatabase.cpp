@@ -33,7 +33,9 @@ RecordsetPtr tarveldatabase::GetWriteRs(const QString& sql) {
     return openRecordset(sql, adLockPessimistic);
 }
 
-RecordsetPtr tarveldatabase::GetReadRs(const QString& sql) { return openRecordset(sql, adLockReadOnly); }
+RecordsetPtr tarveldatabase::GetReadRs(const QString& sql) {
+    return openRecordset(sql, adLockReadOnly);
+}
 
 RecordsetPtr tarveldatabase::Execute(const QString& sql, qint64* recordsAffected) {
     if (recordsAffected) *recordsAffected = 0;
@@ -80,6 +82,8 @@ QString tarveldatabase::SafeSql(const QString& text) {
     return out;
 }
 
-QString tarveldatabase::SafeSql() const { return SafeSql(strSql_); }
+QString tarveldatabase::SafeSql() const {
+    return SafeSql(strSql_);
+}
 
 }  // namespace tarvel

@@ -13,12 +13,20 @@ State& state() {
 }
 }  // namespace
 
-void setEnabled(bool enabled) { state().enabled = enabled; }
-bool isEnabled() { return state().enabled; }
+void setEnabled(bool enabled) {
+    state().enabled = enabled;
+}
+bool isEnabled() {
+    return state().enabled;
+}
 void record(const QString& statement) {
     if (state().enabled) state().statements << statement;
 }
-QStringList statements() { return state().statements; }
-void clear() { state().statements.clear(); }
+QStringList statements() {
+    return state().statements;
+}
+void clear() {
+    state().statements.clear();
+}
 
 }  // namespace tarvel::trace

@@ -1,6 +1,5 @@
 #include "tools/datafile.h"
 
-
 #include <sqlite3.h>
 
 #include <QFile>
@@ -18,8 +17,9 @@ bool insertRow(Handle& handle, const QString& table, const QStringList& columns,
                const QVariantList& values, QString* error) {
     QStringList marks;
     for (qsizetype i = 0; i < columns.size(); ++i) marks << QStringLiteral("?");
-    const QString sql = QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
-                            .arg(table, columns.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+    const QString sql =
+        QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)")
+            .arg(table, columns.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
     sqlite3_stmt* stmt = handle.prepare(sql, error);
     if (!stmt) return false;
     StatementLease lease(stmt);
@@ -36,32 +36,39 @@ bool fill(Handle& handle, QString* error) {
         if (!handle.exec(statement, error)) return false;
     for (const auto& r : seed::fieldRows())
         if (!insertRow(handle, QStringLiteral("fields"),
-                       {QStringLiteral("fie_type"), QStringLiteral("fie_name"), QStringLiteral("fie_description"),
-                        QStringLiteral("fie_index"), QStringLiteral("fie_visible"), QStringLiteral("fie_width")},
+                       {QStringLiteral("fie_type"), QStringLiteral("fie_name"),
+                        QStringLiteral("fie_description"), QStringLiteral("fie_index"),
+                        QStringLiteral("fie_visible"), QStringLiteral("fie_width")},
                        {r.type, r.name, r.description, r.index, r.visible, r.width}, error))
             return false;
     for (const auto& r : seed::interfaceRows())
-        if (!insertRow(handle, QStringLiteral("interface"),
-                       {QStringLiteral("app_type"), QStringLiteral("object_type"), QStringLiteral("object_name"),
-                        QStringLiteral("object_description"), QStringLiteral("object_visible"),
-                        QStringLiteral("object_index"), QStringLiteral("object_edittype")},
-                       {r.appType, r.objectType, r.name, r.description, r.visible, r.index, r.editType}, error))
+        if (!insertRow(
+                handle, QStringLiteral("interface"),
+                {QStringLiteral("app_type"), QStringLiteral("object_type"),
+                 QStringLiteral("object_name"), QStringLiteral("object_description"),
+                 QStringLiteral("object_visible"), QStringLiteral("object_index"),
+                 QStringLiteral("object_edittype")},
+                {r.appType, r.objectType, r.name, r.description, r.visible, r.index, r.editType},
+                error))
             return false;
     for (const auto& r : seed::optionRows())
         if (!insertRow(handle, QStringLiteral("options"),
-                       {QStringLiteral("opt_object"), QStringLiteral("opt_name"), QStringLiteral("opt_description"),
-                        QStringLiteral("opt_count")},
+                       {QStringLiteral("opt_object"), QStringLiteral("opt_name"),
+                        QStringLiteral("opt_description"), QStringLiteral("opt_count")},
                        {r.object, r.name, r.description, r.count}, error))
             return false;
     for (const auto& r : seed::settingRows())
         if (!insertRow(handle, QStringLiteral("setting"),
-                       {QStringLiteral("set_type"), QStringLiteral("set_key"), QStringLiteral("set_name"),
-                        QStringLiteral("set_value"), QStringLiteral("set_description"), QStringLiteral("set_visible")},
+                       {QStringLiteral("set_type"), QStringLiteral("set_key"),
+                        QStringLiteral("set_name"), QStringLiteral("set_value"),
+                        QStringLiteral("set_description"), QStringLiteral("set_visible")},
                        {r.type, r.key, r.name, r.value, r.description, r.visible}, error))
             return false;
     for (const auto& t : seed::legacyOptionTables())
         for (const QString& entry : t.entries)
-            if (!insertRow(handle, t.table, {t.descriptionColumn, t.countColumn}, {entry, 0}, error)) return false;
+            if (!insertRow(handle, t.table, {t.descriptionColumn, t.countColumn}, {entry, 0},
+                           error))
+                return false;
     return true;
 }
 

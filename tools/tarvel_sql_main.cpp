@@ -7,6 +7,6 @@
 int main(int argc, char* argv[]) {
     QCoreApplication app(argc, argv);
     QTextStream in(stdin), out(stdout), err(stderr);
-    return tarvel::runSqlShell(app.arguments().mid(1), QCoreApplication::applicationDirPath(), in, out,
-                               err);
+    return tarvel::runSqlShell(app.arguments().mid(1), QCoreApplication::applicationDirPath(), in,
+                               out, err);
 }

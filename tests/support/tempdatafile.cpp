@@ -36,8 +36,12 @@ TempDataFile::~TempDataFile() {
     Clock::reset();
 }
 
-QString TempDataFile::path() const { return dir_.filePath(QLatin1String(schema::kDataFileName)); }
+QString TempDataFile::path() const {
+    return dir_.filePath(QLatin1String(schema::kDataFileName));
+}
 
-QString TempDataFile::connectionString() const { return buildConnectionString(dir_.path()); }
+QString TempDataFile::connectionString() const {
+    return buildConnectionString(dir_.path());
+}
 
 }  // namespace tarvel::testing
