@@ -4,6 +4,7 @@
 
 #include "store/dialect.h"
 #include "store/sqlitehandle.h"
+#include "store/sqlvalue.h"
 
 namespace tarvel {
 
@@ -41,6 +42,7 @@ RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
         return result;
     }
     StatementLease lease(stmt);
+    for (int i = 0; i < t.parameters.size(); ++i) sqlvalue::bind(stmt, i + 1, t.parameters[i]);
     if (sqlite3_step(stmt) != SQLITE_DONE) {
         error_ = handle_->lastError();
         return result;

@@ -179,6 +179,11 @@ void rewriteWords(std::vector<Token>& t) {
             tok.text = QStringLiteral("||");
             continue;
         }
+        if (tok.kind == Kind::Punct && tok.text == QLatin1String("/")) {
+            // Division is always exact in the program's dialect, never integer division.
+            tok.text = QStringLiteral("* 1.0 /");
+            continue;
+        }
         if (tok.kind != Kind::Word) continue;
         const qsizetype prev = prevSolid(t, i);
         const qsizetype next = nextSolid(t, i);
@@ -288,12 +293,84 @@ Translation translateUncached(const QString& statement) {
     return result;
 }
 
+namespace {
+
+bool startsWithWord(const QString& s, QLatin1String word) {
+    qsizetype i = 0;
+    while (i < s.size() && s[i].isSpace()) ++i;
+    return s.size() - i > word.size() &&
+           QStringView(s).mid(i, word.size()).compare(word, Qt::CaseInsensitive) == 0 &&
+           !isWordChar(s[i + word.size()]);
+}
+
+// Replaces each plain number that follows a comparison operator with ? (outside
+// quotes, brackets and #dates#) and collects the values. Only queries and data
+// changes: schema statements may not carry parameters.
+QString parameterise(const QString& s, QList<QVariant>& values) {
+    if (!startsWithWord(s, QLatin1String("SELECT")) &&
+        !startsWithWord(s, QLatin1String("UPDATE")) && !startsWithWord(s, QLatin1String("DELETE")))
+        return s;
+    const qsizetype n = s.size();
+    QString out;
+    qsizetype copied = 0;  // s[copied, i) is still to be copied to out
+    QChar lastSolid;
+    for (qsizetype i = 0; i < n;) {
+        const QChar c = s[i];
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"') || c == QLatin1Char('[') ||
+            c == QLatin1Char('#')) {
+            const QChar close = c == QLatin1Char('[') ? QLatin1Char(']') : c;
+            const qsizetype k = s.indexOf(close, i + 1);
+            if (k < 0) {  // the tokenizer reports it
+                values.clear();
+                return s;
+            }
+            i = k + 1;
+            lastSolid = close;
+            continue;
+        }
+        const bool afterComparison = lastSolid == QLatin1Char('=') ||
+                                     lastSolid == QLatin1Char('<') || lastSolid == QLatin1Char('>');
+        if (isDigit(c) && afterComparison) {
+            qsizetype k = i;
+            while (k < n && isDigit(s[k])) ++k;
+            bool decimal = false;
+            if (k + 1 < n && s[k] == QLatin1Char('.') && isDigit(s[k + 1])) {
+                decimal = true;
+                for (++k; k < n && isDigit(s[k]);) ++k;
+            }
+            // Anything glued on (11AND, 1e5, 1.) keeps the literal as written.
+            if ((k >= n || (!isWordChar(s[k]) && s[k] != QLatin1Char('.'))) && k - i <= 15) {
+                const QStringView digits = QStringView(s).mid(i, k - i);
+                values << (decimal ? QVariant(digits.toDouble()) : QVariant(digits.toLongLong()));
+                if (out.isEmpty()) out.reserve(n);
+                out += QStringView(s).mid(copied, i - copied);
+                out += QLatin1Char('?');
+                copied = i = k;
+                lastSolid = QLatin1Char('?');
+                continue;
+            }
+        }
+        if (!c.isSpace()) lastSolid = c;
+        ++i;
+    }
+    if (copied == 0) return s;
+    out += QStringView(s).mid(copied);
+    return out;
+}
+
+}  // namespace
+
 Translation translate(const QString& statement) {
     static QHash<QString, Translation> cache;
-    if (auto it = cache.constFind(statement); it != cache.constEnd()) return *it;
-    Translation result = translateUncached(statement);
-    if (cache.size() > 8192) cache.clear();  // statements carry ids; keep memory bounded
-    cache.insert(statement, result);
+    QList<QVariant> values;
+    const QString shape = parameterise(statement, values);
+    auto it = cache.constFind(shape);
+    if (it == cache.constEnd()) {
+        if (cache.size() > 4096) cache.clear();  // keep memory bounded
+        it = cache.insert(shape, translateUncached(shape));
+    }
+    Translation result = *it;
+    result.parameters = std::move(values);
     return result;
 }
 

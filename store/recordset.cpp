@@ -51,28 +51,41 @@ bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handl
     StatementLease lease(stmt);
     const int count = sqlite3_column_count(stmt);
     if (count == 0) return fail(QStringLiteral("语句不返回记录"));
-    columns_.clear();
-    columns_.reserve(count);
-    auto text = [](const char* s) { return s ? QString::fromUtf8(s) : QString(); };
-    for (int i = 0; i < count; ++i) {
-        columns_.push_back(
-            {text(sqlite3_column_name(stmt, i)), text(sqlite3_column_table_name(stmt, i)),
-             text(sqlite3_column_origin_name(stmt, i)), text(sqlite3_column_decltype(stmt, i))});
-    }
+    for (int i = 0; i < t.parameters.size(); ++i) sqlvalue::bind(stmt, i + 1, t.parameters[i]);
+    auto columns = handle->resultColumns(stmt);
     rows_.clear();
     int rc;
+    cells_.clear();
+    bytes_.clear();
+    bytes_.reserve(512);
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
         Row row;
-        row.values.resize(count);
-        for (int i = 0; i < count; ++i)
-            row.values[i] = sqlvalue::read(stmt, i, columns_[i].declaredType);
+        row.firstCell = qsizetype(cells_.size());
+        cells_.resize(cells_.size() + count);
+        Cell* cell = cells_.data() + row.firstCell;
+        for (int i = 0; i < count; ++i, ++cell) {
+            cell->type = sqlite3_column_type(stmt, i);
+            if (cell->type == SQLITE_INTEGER) {
+                cell->integer = sqlite3_column_int64(stmt, i);
+            } else if (cell->type == SQLITE_FLOAT) {
+                cell->real = sqlite3_column_double(stmt, i);
+            } else if (cell->type == SQLITE_TEXT || cell->type == SQLITE_BLOB) {
+                const char* data = cell->type == SQLITE_TEXT
+                                       ? reinterpret_cast<const char*>(sqlite3_column_text(stmt, i))
+                                       : static_cast<const char*>(sqlite3_column_blob(stmt, i));
+                cell->size = sqlite3_column_bytes(stmt, i);
+                cell->offset = int(bytes_.size());
+                bytes_.insert(bytes_.end(), data, data + cell->size);
+            }
+        }
         rows_.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE) {
         rows_.clear();
-        columns_.clear();
         return fail(handle->lastError());
     }
+    columns_ = std::move(columns);
+    liveRows_ = int(rows_.size());
     handle_ = handle;
     lockType_ = lockType;
     state_ = adStateOpen;
@@ -83,12 +96,31 @@ bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handl
 void Recordset::Close() {
     state_ = adStateClosed;
     editMode_ = adEditNone;
-    columns_.clear();
+    columns_.reset();
     rows_.clear();
+    cells_.clear();
+    bytes_.clear();
+    liveRows_ = 0;
     pending_.clear();
     changed_.clear();
     handle_.reset();
     position_ = 0;
+}
+
+QVariant Recordset::cellValue(const Row& row, int index) const {
+    if (!row.values.isEmpty()) return row.values[index];
+    const Cell& c = cells_[row.firstCell + index];
+    return sqlvalue::decode(c.type, c.integer, c.real, bytes_.data() + c.offset, c.size,
+                            columns_->list[index].kind);
+}
+
+QVector<QVariant>& Recordset::decodeAll(Row& row) const {
+    if (row.values.isEmpty()) {
+        QVector<QVariant> values(FieldCount());
+        for (int i = 0; i < FieldCount(); ++i) values[i] = cellValue(row, i);
+        row.values = std::move(values);
+    }
+    return row.values;
 }
 
 int Recordset::visibleIndex(int from, int step) const {
@@ -99,20 +131,16 @@ int Recordset::visibleIndex(int from, int step) const {
 
 bool Recordset::Eof() const {
     if (state_ != adStateOpen) return true;
-    return position_ >= int(rows_.size()) || RecordCount() == 0;
+    return position_ >= int(rows_.size()) || liveRows_ == 0;
 }
 
 bool Recordset::Bof() const {
     if (state_ != adStateOpen) return true;
-    return position_ < 0 || RecordCount() == 0;
+    return position_ < 0 || liveRows_ == 0;
 }
 
 int Recordset::RecordCount() const {
-    if (state_ != adStateOpen) return -1;
-    int count = 0;
-    for (const Row& r : rows_)
-        if (!r.deleted) ++count;
-    return count;
+    return state_ == adStateOpen ? liveRows_ : -1;
 }
 
 int Recordset::AbsolutePosition() const {
@@ -159,19 +187,22 @@ bool Recordset::MovePrevious() {
 }
 
 QString Recordset::fieldName(int index) const {
-    return index >= 0 && index < int(columns_.size()) ? columns_[index].name : QString();
+    return index >= 0 && index < FieldCount() ? columns_->list[index].name : QString();
 }
 
 int Recordset::fieldIndex(const QString& name) const {
+    if (!columns_) return -1;
+    if (auto it = columns_->byName.constFind(name); it != columns_->byName.constEnd()) return *it;
+    if (auto it = columns_->byName.constFind(name.toLower()); it != columns_->byName.constEnd())
+        return *it;
+    // "table.column" also names a column by where it came from.
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    for (int i = 0; i < int(columns_.size()); ++i) {
-        if (columns_[i].name.compare(name, Qt::CaseInsensitive) == 0) return i;
-    }
     if (dot > 0) {
         const QString table = name.left(dot), column = name.mid(dot + 1);
-        for (int i = 0; i < int(columns_.size()); ++i) {
-            if (columns_[i].table.compare(table, Qt::CaseInsensitive) == 0 &&
-                columns_[i].origin.compare(column, Qt::CaseInsensitive) == 0)
+        for (int i = 0; i < FieldCount(); ++i) {
+            const Column& c = columns_->list[i];
+            if (c.table.compare(table, Qt::CaseInsensitive) == 0 &&
+                c.origin.compare(column, Qt::CaseInsensitive) == 0)
                 return i;
         }
     }
@@ -179,23 +210,23 @@ int Recordset::fieldIndex(const QString& name) const {
 }
 
 QVariant Recordset::value(int index) const {
-    if (index < 0 || index >= int(columns_.size())) return QVariant();
+    if (index < 0 || index >= FieldCount()) return QVariant();
     if (editMode_ != adEditNone) return pending_[index];
     if (Eof() || Bof()) return QVariant();
-    return rows_[position_].values[index];
+    return cellValue(rows_[position_], index);
 }
 
 bool Recordset::setValue(int index, const QVariant& value) {
     if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
-    if (index < 0 || index >= int(columns_.size())) return fail(QStringLiteral("找不到该字段"));
+    if (index < 0 || index >= FieldCount()) return fail(QStringLiteral("找不到该字段"));
     if (lockType_ == adLockReadOnly) return fail(QStringLiteral("记录集是只读的"));
-    if (columns_[index].table.isEmpty())
-        return fail(QStringLiteral("字段 %1 是计算值，不能修改").arg(columns_[index].name));
+    if (columns_->list[index].table.isEmpty())
+        return fail(QStringLiteral("字段 %1 是计算值，不能修改").arg(columns_->list[index].name));
     if (editMode_ == adEditNone) {
         if (Eof() || Bof()) return fail(QStringLiteral("没有当前记录"));
         editMode_ = adEditInProgress;
-        pending_ = rows_[position_].values;
-        changed_ = QVector<bool>(int(columns_.size()), false);
+        pending_ = decodeAll(rows_[position_]);
+        changed_ = QVector<bool>(FieldCount(), false);
     }
     pending_[index] = value;
     changed_[index] = true;
@@ -207,8 +238,8 @@ bool Recordset::AddNew() {
     if (lockType_ == adLockReadOnly) return fail(QStringLiteral("记录集是只读的"));
     if (!flushEdit()) return false;
     editMode_ = adEditAdd;
-    pending_ = QVector<QVariant>(int(columns_.size()));
-    changed_ = QVector<bool>(int(columns_.size()), false);
+    pending_ = QVector<QVariant>(FieldCount());
+    changed_ = QVector<bool>(FieldCount(), false);
     return true;
 }
 
@@ -231,14 +262,14 @@ bool Recordset::Update() {
 }
 
 QString Recordset::primaryTable() const {
-    for (const Column& c : columns_) {
+    for (const Column& c : columns_->list) {
         if (c.table.isEmpty()) continue;
         const TableInfo* info = handle_ ? handle_->tableInfo(c.table) : nullptr;
         if (info && !info->primaryKey.isEmpty() &&
             c.origin.compare(info->primaryKey, Qt::CaseInsensitive) == 0)
             return c.table;
     }
-    for (const Column& c : columns_)
+    for (const Column& c : columns_->list)
         if (!c.table.isEmpty()) return c.table;
     return QString();
 }
@@ -270,9 +301,9 @@ QString quoted(const QString& name) {
 bool Recordset::reloadRow(const QString& table, qint64 rowid, QVector<QVariant>& values) {
     QStringList names;
     QVector<int> indexes;
-    for (int i = 0; i < int(columns_.size()); ++i) {
-        if (columns_[i].table.compare(table, Qt::CaseInsensitive) != 0) continue;
-        names << quoted(columns_[i].origin);
+    for (int i = 0; i < FieldCount(); ++i) {
+        if (columns_->list[i].table.compare(table, Qt::CaseInsensitive) != 0) continue;
+        names << quoted(columns_->list[i].origin);
         indexes << i;
     }
     if (names.isEmpty()) return true;
@@ -285,7 +316,7 @@ bool Recordset::reloadRow(const QString& table, qint64 rowid, QVector<QVariant>&
     sqlite3_bind_int64(stmt, 1, rowid);
     if (sqlite3_step(stmt) != SQLITE_ROW) return fail(QStringLiteral("新记录读不回来"));
     for (int k = 0; k < indexes.size(); ++k)
-        values[indexes[k]] = sqlvalue::read(stmt, k, columns_[indexes[k]].declaredType);
+        values[indexes[k]] = sqlvalue::read(stmt, k, columns_->list[indexes[k]].declaredType);
     return true;
 }
 
@@ -295,8 +326,8 @@ bool Recordset::writeInsert() {
     const TableInfo* info = handle_->tableInfo(mainTable);
     Statement insert;
     QStringList names;
-    for (int i = 0; i < int(columns_.size()); ++i) {
-        const Column& c = columns_[i];
+    for (int i = 0; i < FieldCount(); ++i) {
+        const Column& c = columns_->list[i];
         if (!changed_[i] || c.table.compare(mainTable, Qt::CaseInsensitive) != 0) continue;
         const bool isKey = info && c.origin.compare(info->primaryKey, Qt::CaseInsensitive) == 0;
         // A key of 0 or less (or none) is numbered by the engine.
@@ -322,6 +353,7 @@ bool Recordset::writeInsert() {
     row.values = pending_;
     if (!reloadRow(mainTable, sqlite3_last_insert_rowid(handle_->db()), row.values)) return false;
     rows_.push_back(std::move(row));
+    ++liveRows_;
     position_ = int(rows_.size()) - 1;
     return true;
 }
@@ -332,11 +364,11 @@ QStringList Recordset::locateRow(const QString& table, const TableInfo& info, co
     // values it was read with.
     QStringList where;
     QVector<QVariant> found;
-    for (int i = 0; i < int(columns_.size()); ++i) {
-        const Column& c = columns_[i];
+    for (int i = 0; i < FieldCount(); ++i) {
+        const Column& c = columns_->list[i];
         if (c.table.compare(table, Qt::CaseInsensitive) != 0) continue;
         QVariant stored;
-        sqlvalue::toStorage(row.values[i], c.declaredType, stored, nullptr);
+        sqlvalue::toStorage(cellValue(row, i), c.declaredType, stored, nullptr);
         if (!info.primaryKey.isEmpty() &&
             c.origin.compare(info.primaryKey, Qt::CaseInsensitive) == 0) {
             values << stored;
@@ -352,16 +384,16 @@ QStringList Recordset::locateRow(const QString& table, const TableInfo& info, co
 bool Recordset::writeEdit() {
     Row& row = rows_[position_];
     QStringList tables;
-    for (int i = 0; i < int(columns_.size()); ++i)
-        if (changed_[i] && !tables.contains(columns_[i].table, Qt::CaseInsensitive))
-            tables << columns_[i].table;
+    for (int i = 0; i < FieldCount(); ++i)
+        if (changed_[i] && !tables.contains(columns_->list[i].table, Qt::CaseInsensitive))
+            tables << columns_->list[i].table;
     for (const QString& table : std::as_const(tables)) {
         const TableInfo* info = handle_->tableInfo(table);
         if (!info) return fail(QStringLiteral("找不到表 %1").arg(table));
         Statement update;
         QStringList sets;
-        for (int i = 0; i < int(columns_.size()); ++i) {
-            const Column& c = columns_[i];
+        for (int i = 0; i < FieldCount(); ++i) {
+            const Column& c = columns_->list[i];
             if (!changed_[i] || c.table.compare(table, Qt::CaseInsensitive) != 0) continue;
             QVariant stored;
             QString error;
@@ -382,11 +414,13 @@ bool Recordset::writeEdit() {
         if (changes != 1) return fail(QStringLiteral("要修改的记录已被删除或修改"));
     }
     // Read back what the engine stored, so the row shows the column types' view of it.
-    for (int i = 0; i < int(columns_.size()); ++i) {
+    decodeAll(row);
+    for (int i = 0; i < FieldCount(); ++i) {
         if (!changed_[i]) continue;
         QVariant stored;
-        sqlvalue::toStorage(pending_[i], columns_[i].declaredType, stored, nullptr);
-        if (columns_[i].declaredType.compare(QLatin1String("DATETIME"), Qt::CaseInsensitive) == 0 &&
+        sqlvalue::toStorage(pending_[i], columns_->list[i].declaredType, stored, nullptr);
+        if (columns_->list[i].declaredType.compare(QLatin1String("DATETIME"),
+                                                   Qt::CaseInsensitive) == 0 &&
             !stored.isNull())
             row.values[i] = jetdate::fromCanonical(stored.toString()).value_or(QDateTime());
         else
@@ -421,6 +455,7 @@ bool Recordset::Delete() {
     QString error;
     if (!run(*handle_, remove, error)) return fail(error);
     row.deleted = true;
+    --liveRows_;
     return true;
 }
 
@@ -483,7 +518,7 @@ bool Recordset::Find(const QString& criteria) {
     if (!flushEdit()) return false;
     int i = visibleIndex(position_ < 0 ? 0 : position_, 1);
     for (; i < int(rows_.size()); i = visibleIndex(i + 1, 1)) {
-        const QVariant& v = rows_[i].values[column];
+        const QVariant v = cellValue(rows_[i], column);
         if (v.isNull()) continue;
         bool hit;
         if (op == QLatin1String("LIKE")) {

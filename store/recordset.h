@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "store/resultcolumns.h"
+
 namespace tarvel {
 
 class Handle;
@@ -67,7 +69,7 @@ public:
     bool MoveNext();
     bool MovePrevious();
 
-    int FieldCount() const { return int(columns_.size()); }
+    int FieldCount() const { return columns_ ? int(columns_->list.size()) : 0; }
     FieldRef Fields(int index) { return FieldRef(this, index); }
     FieldRef Fields(const QString& name) { return FieldRef(this, fieldIndex(name)); }
     QVariant value(int index) const;
@@ -90,16 +92,23 @@ public:
 
 private:
     friend class Connection;
-    struct Column {
-        QString name;
-        QString table;   // base table the column came from; empty for computed values
-        QString origin;  // its name in that table
-        QString declaredType;
+    using Column = ResultColumn;
+    // Rows are kept as copied cells (one array and one text buffer for the whole
+    // result) and turned into values when read; an edited row holds its values.
+    struct Cell {
+        qint64 integer = 0;
+        double real = 0;
+        int offset = 0;
+        int size = 0;
+        int type = 0;
     };
     struct Row {
+        qsizetype firstCell = 0;  // into cells_
         QVector<QVariant> values;
         bool deleted = false;
     };
+    QVariant cellValue(const Row& row, int index) const;
+    QVector<QVariant>& decodeAll(Row& row) const;
 
     bool fail(const QString& message);
     bool openStatement(const QString& source, const std::shared_ptr<Handle>& handle, int lockType);
@@ -117,8 +126,11 @@ private:
     int state_ = adStateClosed;
     int lockType_ = adLockReadOnly;
     int editMode_ = adEditNone;
-    std::vector<Column> columns_;
+    std::shared_ptr<const ResultColumns> columns_;
     std::vector<Row> rows_;
+    std::vector<Cell> cells_;
+    std::vector<char> bytes_;
+    int liveRows_ = 0;  // rows not deleted
     int position_ = 0;  // index into rows_; -1 = BOF, rows_.size() = EOF
     QVector<QVariant> pending_;
     QVector<bool> changed_;

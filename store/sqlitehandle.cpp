@@ -8,6 +8,7 @@
 #include "store/connectionstring.h"
 #include "store/dialect.h"
 #include "store/jetdate.h"
+#include "store/sqlvalue.h"
 
 namespace tarvel {
 
@@ -114,8 +115,16 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
         return fail(QStringLiteral("数据文件不存在：%1").arg(path));
     if (create && QFileInfo::exists(path))
         return fail(QStringLiteral("文件已存在，不会覆盖：%1").arg(path));
+    static const bool configured = [] {
+        // Memory statistics cost a global lock on every allocation; nothing reads them.
+        sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        return true;
+    }();
+    Q_UNUSED(configured);
     sqlite3* db = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    // One thread uses the program's handles, so the engine need not lock per call.
+    const int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
     if (sqlite3_open_v2(path.toUtf8().constData(), &db, flags, nullptr) != SQLITE_OK) {
         const QString message =
             db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
@@ -191,10 +200,13 @@ sqlite3_stmt* Handle::prepare(const QString& sql, QString* error) {
     if (statements_.size() >= kStatementCacheSize) {
         const QString oldest = ages_.back();
         ages_.pop_back();
-        sqlite3_finalize(statements_.take(oldest).stmt);
+        sqlite3_stmt* old = statements_.take(oldest).stmt;
+        sqlOf_.remove(old);
+        sqlite3_finalize(old);
     }
     ages_.push_front(sql);
-    statements_.insert(sql, {stmt, ages_.begin()});
+    statements_.insert(sql, {stmt, ages_.begin(), nullptr});
+    sqlOf_.insert(stmt, sql);
     return stmt;
 }
 
@@ -239,9 +251,45 @@ const TableInfo* Handle::tableInfo(const QString& table) {
     return &*tables_.insert(key, info);
 }
 
+std::shared_ptr<const ResultColumns> Handle::resultColumns(sqlite3_stmt* stmt) {
+    auto key = sqlOf_.constFind(stmt);
+    Cached* cached = key == sqlOf_.constEnd() ? nullptr : &statements_[*key];
+    if (cached && cached->columns) return cached->columns;
+    auto columns = std::make_shared<ResultColumns>();
+    const int count = sqlite3_column_count(stmt);
+    columns->list.reserve(count);
+    auto text = [](const char* s) { return s ? QString::fromUtf8(s) : QString(); };
+    QHash<QString, int> bareNames;  // "t.col" -> how often "col" ends a result name
+    for (int i = 0; i < count; ++i) {
+        const QString name = text(sqlite3_column_name(stmt, i));
+        ++bareNames[name.mid(name.lastIndexOf(QLatin1Char('.')) + 1).toLower()];
+    }
+    for (int i = 0; i < count; ++i) {
+        ResultColumn c{text(sqlite3_column_name(stmt, i)), text(sqlite3_column_table_name(stmt, i)),
+                       text(sqlite3_column_origin_name(stmt, i)),
+                       text(sqlite3_column_decltype(stmt, i))};
+        c.kind = sqlvalue::kindOf(c.declaredType);
+        // A table-qualified column is known by its bare name, as long as that is unambiguous.
+        if (const qsizetype dot = c.name.lastIndexOf(QLatin1Char('.')); dot >= 0) {
+            const QString bare = c.name.mid(dot + 1);
+            if (bareNames.value(bare.toLower()) == 1) {
+                columns->byName.insert(c.name, i);
+                c.name = bare;
+            }
+        }
+        if (!columns->byName.contains(c.name)) columns->byName.insert(c.name, i);
+        const QString lower = c.name.toLower();
+        if (!columns->byName.contains(lower)) columns->byName.insert(lower, i);
+        columns->list.push_back(std::move(c));
+    }
+    if (cached) cached->columns = columns;
+    return columns;
+}
+
 void Handle::close() {
     for (const Cached& c : std::as_const(statements_)) sqlite3_finalize(c.stmt);
     statements_.clear();
+    sqlOf_.clear();
     ages_.clear();
     tables_.clear();
     if (db_) sqlite3_close_v2(db_);
@@ -251,21 +299,32 @@ void Handle::close() {
 StatementLease::~StatementLease() {
     if (stmt_) {
         sqlite3_reset(stmt_);
-        sqlite3_clear_bindings(stmt_);
     }
 }
 
 std::shared_ptr<Handle> acquireHandle(const QString& connectionString, QString* error) {
+    // Nearly every call names the same file as the one before.
+    static QString lastString;
+    static std::weak_ptr<Handle> lastHandle;
+    if (auto last = lastHandle.lock(); last && last->isOpen() && connectionString == lastString)
+        return last;
     auto& cache = handleCache();
-    if (auto it = cache.constFind(connectionString); it != cache.constEnd() && (*it)->isOpen())
+    if (auto it = cache.constFind(connectionString); it != cache.constEnd() && (*it)->isOpen()) {
+        lastString = connectionString;
+        lastHandle = *it;
         return *it;
+    }
     const ConnectionInfo info = parseConnectionString(connectionString);
     if (!info.valid) {
         if (error) *error = QStringLiteral("连接字符串无效");
         return nullptr;
     }
     auto handle = Handle::open(info.dataSource, info.password, false, error);
-    if (handle) cache.insert(connectionString, handle);
+    if (handle) {
+        cache.insert(connectionString, handle);
+        lastString = connectionString;
+        lastHandle = handle;
+    }
     return handle;
 }
 

@@ -5,6 +5,9 @@
 #include <QStringList>
 #include <list>
 #include <memory>
+#include <vector>
+
+#include "store/resultcolumns.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -43,6 +46,9 @@ public:
 
     const TableInfo* tableInfo(const QString& table);
 
+    // The columns of a statement prepared by this handle.
+    std::shared_ptr<const ResultColumns> resultColumns(sqlite3_stmt* stmt);
+
     void close();
 
 private:
@@ -54,10 +60,12 @@ private:
     struct Cached {
         sqlite3_stmt* stmt;
         std::list<QString>::iterator age;
+        std::shared_ptr<const ResultColumns> columns;
     };
     QHash<QString, Cached> statements_;
     std::list<QString> ages_;  // most recently used first
     QHash<QString, TableInfo> tables_;
+    QHash<sqlite3_stmt*, QString> sqlOf_;
 };
 
 // Resets a cached statement when the caller is done with it.

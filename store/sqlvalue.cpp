@@ -21,32 +21,55 @@ double roundCurrency(double value) {
     return std::round(value * 10000.0) / 10000.0;
 }
 
+int kindOf(const QString& declaredType) {
+    if (declaredType.isEmpty()) return Untyped;
+    if (isType(declaredType, schema::kDateType)) return Date;
+    if (isType(declaredType, schema::kYesNoType)) return YesNo;
+    if (isType(declaredType, schema::kCurrencyType)) return Currency;
+    return Plain;
+}
+
 QVariant read(sqlite3_stmt* stmt, int column, const QString& declaredType) {
-    switch (sqlite3_column_type(stmt, column)) {
+    const int kind = kindOf(declaredType);
+    const int type = sqlite3_column_type(stmt, column);
+    switch (type) {
+        case SQLITE_INTEGER:
+            return decode(type, sqlite3_column_int64(stmt, column), 0, nullptr, 0, kind);
+        case SQLITE_FLOAT:
+            return decode(type, 0, sqlite3_column_double(stmt, column), nullptr, 0, kind);
+        case SQLITE_BLOB:
+            return decode(type, 0, 0, static_cast<const char*>(sqlite3_column_blob(stmt, column)),
+                          sqlite3_column_bytes(stmt, column), kind);
+        case SQLITE_TEXT:
+            return decode(type, 0, 0,
+                          reinterpret_cast<const char*>(sqlite3_column_text(stmt, column)),
+                          sqlite3_column_bytes(stmt, column), kind);
+        default:
+            return QVariant();
+    }
+}
+
+QVariant decode(int type, qint64 integer, double real, const char* bytes, int size, int kind) {
+    switch (type) {
         case SQLITE_NULL:
             return QVariant();
         case SQLITE_INTEGER: {
-            const qint64 v = sqlite3_column_int64(stmt, column);
-            if (isType(declaredType, schema::kYesNoType)) return QVariant(v != 0 ? -1 : 0);
-            if (isType(declaredType, schema::kCurrencyType)) return QVariant(double(v));
+            const qint64 v = integer;
+            if (kind == YesNo) return QVariant(v != 0 ? -1 : 0);
+            if (kind == Currency) return QVariant(double(v));
             if (v >= std::numeric_limits<int>::min() && v <= std::numeric_limits<int>::max())
                 return QVariant(int(v));
             return QVariant(qlonglong(v));
         }
-        case SQLITE_FLOAT: {
-            const double v = sqlite3_column_double(stmt, column);
-            return QVariant(isType(declaredType, schema::kCurrencyType) ? roundCurrency(v) : v);
-        }
-        case SQLITE_BLOB: {
-            const auto* data = static_cast<const char*>(sqlite3_column_blob(stmt, column));
-            return QVariant(QByteArray(data, sqlite3_column_bytes(stmt, column)));
-        }
+        case SQLITE_FLOAT:
+            return QVariant(kind == Currency ? roundCurrency(real) : real);
+        case SQLITE_BLOB:
+            return QVariant(QByteArray(bytes, size));
         default: {
-            const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
-            const QString text = QString::fromUtf8(data, sqlite3_column_bytes(stmt, column));
+            const QString text = QString::fromUtf8(bytes, size);
             // Dates are stored as canonical text; computed columns carry no type, so
             // their canonical texts are dates too.
-            if (isType(declaredType, schema::kDateType) || declaredType.isEmpty()) {
+            if (size == 19 && (kind == Untyped || kind == Date)) {
                 if (auto d = jetdate::fromCanonical(text)) return QVariant(*d);
             }
             return QVariant(text);

@@ -11,6 +11,13 @@ namespace tarvel::sqlvalue {
 // double (currency rounded to four places), QDateTime for dates, -1/0 for yes/no.
 QVariant read(sqlite3_stmt* stmt, int column, const QString& declaredType);
 
+// How values of a declared column type are presented.
+enum Kind { Plain = 0, Date = 1, YesNo = 2, Currency = 3, Untyped = 4 };
+int kindOf(const QString& declaredType);
+
+// The same from a copied cell: its engine type (SQLITE_INTEGER, ...) and content.
+QVariant decode(int type, qint64 integer, double real, const char* bytes, int size, int kind);
+
 // Converts a value written by the program into what the column stores; false
 // (with a message) when the value does not fit the column's type.
 bool toStorage(const QVariant& value, const QString& declaredType, QVariant& stored,

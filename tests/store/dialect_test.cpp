@@ -43,6 +43,7 @@ const Case kTranslations[] = {
     {"WHERE name=\"say \"\"hi\"\"\"", "WHERE name='say \"hi\"'"},
     {"SELECT [my col] FROM t", "SELECT \"my col\" FROM t"},
     {"SELECT a & b", "SELECT a || b"},
+    {"WHERE x / 2 = 3.5", "WHERE x * 1.0 / 2 = 3.5"},
     {"SELECT x.date, date_col FROM t", "SELECT x.date, date_col FROM t"},
     {"SELECT first(accounts.acc_industry) AS con_option, count(contacts.con_id) AS option_count  "
      "From que_contacts_accounts GROUP BY accounts.acc_industry",
@@ -80,6 +81,34 @@ TEST(Dialect, CachedTranslationMatches) {
     const QString s = QStringLiteral("DELETE * FROM tasks WHERE tas_date=#2024-2-29#");
     EXPECT_EQ(tarvel::dialect::translate(s).sql, translateUncached(s).sql);
     EXPECT_EQ(tarvel::dialect::translate(s).sql, translateUncached(s).sql);
+}
+
+TEST(Dialect, ComparedNumbersBecomeParameters) {
+    using tarvel::dialect::translate;
+    const struct {
+        const char* jet;
+        const char* engine;
+        QList<QVariant> parameters;
+    } cases[] = {
+        {"SELECT * FROM contacts WHERE con_id=5", "SELECT * FROM contacts WHERE con_id=?", {5}},
+        {"UPDATE tasks SET tas_remind= 0 WHERE tas_id = 12",
+         "UPDATE tasks SET tas_remind= ? WHERE tas_id = ?",
+         {0, 12}},
+        {"SELECT a FROM t WHERE p>=2.5 ORDER BY 1", "SELECT a FROM t WHERE p>=? ORDER BY 1", {2.5}},
+        // Glued, quoted and dated numbers stay as written.
+        {"SELECT a FROM t WHERE x=11AND y='=3' AND d=#2024-1-1#",
+         "SELECT a FROM t WHERE x=11 AND y='=3' AND d='2024-01-01 00:00:00'",
+         {}},
+        {"INSERT INTO t (a) SELECT 1 WHERE 1=1", "INSERT INTO t (a) SELECT 1 WHERE 1=1", {}},
+    };
+    for (const auto& c : cases) {
+        const auto t = translate(QString::fromUtf8(c.jet));
+        EXPECT_EQ(t.sql.toStdString(), c.engine);
+        EXPECT_EQ(t.parameters, c.parameters) << c.jet;
+    }
+    // Two ids, one translation: the second comes from the cache with its own value.
+    EXPECT_EQ(translate(QStringLiteral("SELECT * FROM contacts WHERE con_id=6")).parameters,
+              QList<QVariant>{6});
 }
 
 TEST(JetDate, LiteralForms) {

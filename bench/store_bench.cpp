@@ -1,0 +1,720 @@
+// The access layer (tarveldatabase + Recordset) against the raw SQLCipher C API
+// doing the same work on the same data file.
+//
+// Benchmarks come in pairs named "<case>/access" and "<case>/raw":
+//   lookup        one contact by key, a few fields read
+//   stamp_update  one contact's recent-contact date set to the current time
+//   contact_list  the contact list query over que_contacts_accounts, every field
+//                 of all 20,000 rows read
+// How to read them: divide the access time per iteration by the raw time per
+// iteration of the same case. After the run (console output) a summary prints
+// that ratio for each pair, on wall-clock time, beside the ratio each case aims
+// at. items_per_second counts look-ups, updates, or list rows.
+//
+// The data file is built once per process in a temporary folder: a new file from
+// the data-file builder, filled through the raw engine with 5,000 accounts,
+// 20,000 contacts (about 80% linked to an account) and 50,000 tasks.
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <QDate>
+#include <QString>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "store/connectionstring.h"
+#include "store/schema.h"
+#include "store/sqlitehandle.h"
+#include "store/tarveldatabase.h"
+#include "tools/datafile.h"
+
+namespace {
+
+constexpr int kAccounts = 5000;
+constexpr int kContacts = 20000;
+constexpr int kTasks = 50000;
+constexpr int kLinkedPercent = 80;
+
+constexpr const char* kListSql =
+    "SELECT con_id,con_lastname,con_nickname,acc_name,con_department_title,acc_address,"
+    "con_telephone,con_mobile,con_email,con_recent_contact_date FROM que_contacts_accounts  "
+    "ORDER BY con_recent_contact_date DESC";
+
+// ---------------------------------------------------------------------------
+// Realistic values
+
+const std::vector<std::string> kSurnames = {
+    "王", "李", "张", "刘", "陈", "杨", "黄", "赵", "吴", "周", "徐", "孙", "马", "朱", "胡",
+    "郭", "何", "高", "林", "罗", "郑", "梁", "谢", "宋", "唐", "许", "韩", "冯", "邓", "曹",
+    "彭", "曾", "肖", "田", "董", "袁", "潘", "于", "蒋", "蔡", "余", "杜", "叶", "程", "苏",
+    "魏", "吕", "丁", "任", "沈", "姚", "卢", "姜", "崔", "钟", "谭", "陆", "汪", "范", "欧阳"};
+const std::vector<std::string> kGivenChars = {
+    "伟", "芳", "娜", "秀", "英", "敏", "静", "丽", "强", "磊", "军", "洋", "勇", "艳", "杰",
+    "娟", "涛", "明", "超", "兰", "霞", "平", "刚", "桂", "华", "建", "国", "志", "红", "玲",
+    "飞", "鹏", "辉", "斌", "宇", "浩", "凯", "健", "俊", "帆", "旭", "宁", "婷", "雪", "琳"};
+const std::vector<std::string> kTitles = {"先生", "女士", "经理", "总监", "工程师", "主任", "教授"};
+const std::vector<std::string> kDepartments = {"销售部", "市场部", "技术部",      "财务部",
+                                               "采购部", "人事部", "总经理办公室"};
+const std::vector<std::string> kPositions = {"经理", "副经理", "主管", "专员", "总监", "助理"};
+const std::vector<std::string> kProvinces = {"北京", "上海", "天津", "重庆", "广东",
+                                             "江苏", "浙江", "山东", "四川", "湖北",
+                                             "湖南", "河南", "福建", "辽宁"};
+const std::vector<std::string> kCities = {"北京", "上海", "广州", "深圳", "杭州", "南京",
+                                          "成都", "武汉", "西安", "苏州", "天津", "重庆"};
+const std::vector<std::string> kDistricts = {"朝阳区", "海淀区", "浦东新区", "天河区",
+                                             "南山区", "西湖区", "鼓楼区",   "武侯区"};
+const std::vector<std::string> kStreets = {"建国路", "中山路",   "人民路",   "解放路",
+                                           "长安街", "科技园路", "世纪大道", "东风路"};
+const std::vector<std::string> kImportance = {"很重要", "重要", "一般"};
+const std::vector<std::string> kRelations = {"客户",   "潜在客户", "合作伙伴",
+                                             "供应商", "朋友",     "同事"};
+const std::vector<std::string> kAccountTypes = {"客户", "潜在客户", "合作伙伴", "供应商",
+                                                "竞争对手"};
+const std::vector<std::string> kIndustries = {"IT",   "制造业", "金融", "教育", "零售",
+                                              "医疗", "房地产", "物流", "咨询"};
+const std::vector<std::string> kCompanyWords = {"华信",   "宏达", "金桥", "天成", "恒远", "瑞丰",
+                                                "新世纪", "东方", "长城", "博远", "中科", "永泰"};
+const std::vector<std::string> kCompanyKinds = {"科技", "贸易", "实业", "电子",
+                                                "软件", "咨询", "物流", "建材"};
+const std::vector<std::string> kTags = {"", "", "VIP", "老客户", "VIP,老客户", "展会", "推荐"};
+const std::vector<std::string> kMailDomains = {"qq.com", "163.com", "126.com", "sina.com",
+                                               "gmail.com"};
+const std::vector<std::string> kTaskSubjects = {"电话回访", "拜访客户", "发送报价单", "合同签订",
+                                                "产品演示", "催收货款", "参加展会",   "周例会"};
+const std::vector<std::string> kTaskTypes = {"电话", "拜访", "会议", "邮件", "其他"};
+const std::vector<std::string> kNotes = {
+    "", "", "", "需要跟进，下周再联系。", "对新产品很感兴趣，已寄送样品。", "价格敏感，注意折扣。"};
+
+class Generator {
+public:
+    explicit Generator(unsigned seed) : rng_(seed) {}
+
+    int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(rng_); }
+    bool chance(int percent) { return number(1, 100) <= percent; }
+    const std::string& pick(const std::vector<std::string>& list) {
+        return list[size_t(number(0, int(list.size()) - 1))];
+    }
+    std::string digits(int count) {
+        std::string out;
+        for (int i = 0; i < count; ++i) out += char('0' + number(0, 9));
+        return out;
+    }
+    std::string letters(int count) {
+        std::string out;
+        for (int i = 0; i < count; ++i) out += char('a' + number(0, 25));
+        return out;
+    }
+    std::string givenName() {
+        std::string out = pick(kGivenChars);
+        if (chance(70)) out += pick(kGivenChars);
+        return out;
+    }
+    // A canonical date text between 2015-01-01 and 2025-12-31; `withTime` adds a
+    // time of day, otherwise midnight.
+    std::string dateText(bool withTime) {
+        const qint64 day = QDate(2015, 1, 1).toJulianDay() + number(0, 4017);
+        const int secs = withTime ? number(8 * 3600, 20 * 3600) : 0;
+        return canonical(QDate::fromJulianDay(day), secs);
+    }
+    std::string timeText() {
+        return canonical(QDate(1899, 12, 30), number(8, 19) * 3600 + number(0, 3) * 900);
+    }
+
+    static std::string canonical(const QDate& date, int secs) {
+        char buffer[32];
+        std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d", date.year(),
+                      date.month(), date.day(), secs / 3600, secs / 60 % 60, secs % 60);
+        return buffer;
+    }
+
+private:
+    std::mt19937 rng_;
+};
+
+// ---------------------------------------------------------------------------
+// Raw engine helpers
+
+bool check(sqlite3* db, int rc, const char* what) {
+    if (rc == SQLITE_OK || rc == SQLITE_DONE || rc == SQLITE_ROW) return true;
+    std::fprintf(stderr, "%s: %s\n", what, sqlite3_errmsg(db));
+    return false;
+}
+
+sqlite3_stmt* prepare(sqlite3* db, const char* sql) {
+    sqlite3_stmt* stmt = nullptr;
+    if (!check(db, sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr), sql)) return nullptr;
+    return stmt;
+}
+
+// Binds text, an integer or null in column order and runs a prepared insert.
+class Insert {
+public:
+    Insert(sqlite3* db, sqlite3_stmt* stmt) : db_(db), stmt_(stmt) {}
+    Insert& text(const std::string& value) {
+        sqlite3_bind_text(stmt_, ++index_, value.data(), int(value.size()), SQLITE_TRANSIENT);
+        return *this;
+    }
+    Insert& textOrNull(const std::string& value) {
+        if (value.empty()) {
+            sqlite3_bind_null(stmt_, ++index_);
+            return *this;
+        }
+        return text(value);
+    }
+    Insert& integer(qint64 value) {
+        sqlite3_bind_int64(stmt_, ++index_, value);
+        return *this;
+    }
+    Insert& real(double value) {
+        sqlite3_bind_double(stmt_, ++index_, value);
+        return *this;
+    }
+    bool run() {
+        const int rc = sqlite3_step(stmt_);
+        sqlite3_reset(stmt_);
+        sqlite3_clear_bindings(stmt_);
+        index_ = 0;
+        return check(db_, rc, "insert");
+    }
+
+private:
+    sqlite3* db_;
+    sqlite3_stmt* stmt_;
+    int index_ = 0;
+};
+
+sqlite3* openRaw(const QString& path) {
+    sqlite3* db = nullptr;
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                        nullptr) != SQLITE_OK) {
+        std::fprintf(stderr, "cannot open %s\n", qPrintable(path));
+        sqlite3_close(db);
+        return nullptr;
+    }
+    const char* key = tarvel::schema::kDatabasePassword;
+    sqlite3_key(db, key, int(std::strlen(key)));
+    sqlite3_busy_timeout(db, 2000);  // as the access layer does
+    return db;
+}
+
+bool fillAccounts(sqlite3* db, Generator& g) {
+    sqlite3_stmt* stmt = prepare(
+        db,
+        "INSERT INTO accounts (acc_name,acc_description,acc_create_date,acc_recent_contact_date,"
+        "acc_important,acc_type,acc_industry,acc_relation,acc_address,acc_postcode,acc_province,"
+        "acc_telephone,acc_fax,acc_website,acc_private,acc_tag,acc_check) "
+        "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+    if (!stmt) return false;
+    Insert insert(db, stmt);
+    bool ok = true;
+    for (int i = 0; i < kAccounts && ok; ++i) {
+        const std::string city = g.pick(kCities);
+        const std::string name = city + g.pick(kCompanyWords) + g.pick(kCompanyKinds) + "有限公司";
+        const std::string created = g.dateText(true);
+        const std::string recent = std::max(created, g.dateText(true));
+        ok = insert.text(name)
+                 .textOrNull(g.pick(kNotes))
+                 .text(created)
+                 .text(recent)
+                 .text(g.pick(kImportance))
+                 .text(g.pick(kAccountTypes))
+                 .text(g.pick(kIndustries))
+                 .text(g.pick(kRelations))
+                 .text(city + "市" + g.pick(kDistricts) + g.pick(kStreets) +
+                       std::to_string(g.number(1, 999)) + "号")
+                 .text(std::to_string(g.number(100000, 850000)))
+                 .text(g.pick(kProvinces))
+                 .text("0" + std::to_string(g.number(10, 99)) + "-" + g.digits(8))
+                 .text("0" + std::to_string(g.number(10, 99)) + "-" + g.digits(8))
+                 .text("www." + g.letters(6) + ".com.cn")
+                 .integer(g.chance(5) ? 1 : 0)
+                 .textOrNull(g.pick(kTags))
+                 .integer(g.chance(10) ? -1 : 0)
+                 .run();
+    }
+    sqlite3_finalize(stmt);
+    return ok;
+}
+
+bool fillContacts(sqlite3* db, Generator& g) {
+    sqlite3_stmt* stmt = prepare(
+        db,
+        "INSERT INTO contacts (con_firstname,con_lastname,con_nickname,con_title,con_description,"
+        "con_department_title,con_telephone,con_telephone2,con_mobile,con_fax,con_email,con_email2,"
+        "con_address_family,con_postcode_family,con_im,con_website,con_province,con_important,"
+        "con_relation,con_create_date,con_recent_contact_date,con_birthday,con_private,con_tag,"
+        "con_sendmail,con_check) "
+        "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+    sqlite3_stmt* link = prepare(db, "INSERT INTO accounts_contacts (acc_id,con_id) VALUES (?,?)");
+    if (!stmt || !link) return false;
+    Insert insert(db, stmt);
+    Insert linkInsert(db, link);
+    bool ok = true;
+    for (int i = 0; i < kContacts && ok; ++i) {
+        const std::string surname = g.pick(kSurnames);
+        const std::string given = g.givenName();
+        const std::string created = g.dateText(true);
+        const std::string recent = std::max(created, g.dateText(true));
+        const std::string birthday =
+            g.chance(30) ? std::string("1900-01-01 00:00:00")
+                         : Generator::canonical(
+                               QDate(g.number(1950, 2000), g.number(1, 12), g.number(1, 28)), 0);
+        const std::string mail =
+            g.letters(g.number(3, 8)) + g.digits(g.number(0, 4)) + "@" + g.pick(kMailDomains);
+        ok = insert.text(given)
+                 .text(surname)
+                 .text(g.chance(40) ? "老" + surname : surname + given)
+                 .text(g.pick(kTitles))
+                 .textOrNull(g.pick(kNotes))
+                 .text(g.pick(kDepartments) + " " + g.pick(kPositions))
+                 .text("0" + std::to_string(g.number(10, 99)) + "-" + g.digits(8))
+                 .textOrNull(
+                     g.chance(20) ? "0" + std::to_string(g.number(10, 99)) + "-" + g.digits(8) : "")
+                 .text("1" + std::to_string(g.number(30, 89)) + g.digits(8))
+                 .textOrNull(
+                     g.chance(30) ? "0" + std::to_string(g.number(10, 99)) + "-" + g.digits(8) : "")
+                 .text(mail)
+                 .textOrNull(g.chance(15) ? g.letters(6) + "@" + g.pick(kMailDomains) : "")
+                 .text(g.pick(kCities) + "市" + g.pick(kDistricts) + g.pick(kStreets) +
+                       std::to_string(g.number(1, 999)) + "号")
+                 .text(std::to_string(g.number(100000, 850000)))
+                 .textOrNull(g.chance(60) ? g.digits(g.number(6, 10)) : "")
+                 .textOrNull(g.chance(10) ? "www." + g.letters(8) + ".cn" : "")
+                 .text(g.pick(kProvinces))
+                 .text(g.pick(kImportance))
+                 .text(g.pick(kRelations))
+                 .text(created)
+                 .text(recent)
+                 .text(birthday)
+                 .integer(g.chance(5) ? 1 : 0)
+                 .textOrNull(g.pick(kTags))
+                 .integer(0)
+                 .integer(g.chance(10) ? -1 : 0)
+                 .run();
+        if (ok && g.chance(kLinkedPercent))
+            ok = linkInsert.integer(g.number(1, kAccounts))
+                     .integer(sqlite3_last_insert_rowid(db))
+                     .run();
+    }
+    sqlite3_finalize(stmt);
+    sqlite3_finalize(link);
+    return ok;
+}
+
+bool fillTasks(sqlite3* db, Generator& g) {
+    sqlite3_stmt* stmt = prepare(
+        db,
+        "INSERT INTO tasks "
+        "(tas_subject,tas_date,tas_time,tas_type,tas_important,tas_outlay,tas_tag,"
+        "tas_private,tas_remind,tas_closed,tas_again,tas_cycle,tas_closedate,tas_create_date,"
+        "tas_recent_contact_date,tas_description,tas_last_remind_date,tas_check) "
+        "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+    if (!stmt) return false;
+    Insert insert(db, stmt);
+    static const int kCycles[] = {1, 7, 30, 365};
+    bool ok = true;
+    for (int i = 0; i < kTasks && ok; ++i) {
+        const bool recurring = g.chance(10);
+        const std::string day = g.dateText(false);
+        const std::string created = g.dateText(true);
+        insert.text(g.pick(kTaskSubjects) + " " + g.pick(kSurnames) + g.pick(kTitles))
+            .text(day)
+            .text(g.timeText())
+            .text(g.pick(kTaskTypes))
+            .text(g.pick(kImportance))
+            .real(g.chance(30) ? g.number(1, 200000) / 100.0 : 0.0)
+            .textOrNull(g.pick(kTags))
+            .integer(g.chance(5) ? 1 : 0)
+            .integer(g.chance(40) ? 1 : 0)
+            .integer(g.chance(60) ? 1 : 0)
+            .integer(recurring ? 1 : 0)
+            .integer(recurring ? kCycles[g.number(0, 3)] : 0)
+            .textOrNull(recurring ? Generator::canonical(
+                                        QDate::fromString(QString::fromStdString(day.substr(0, 10)),
+                                                          QStringLiteral("yyyy-MM-dd"))
+                                            .addYears(1),
+                                        0)
+                                  : "")
+            .text(created)
+            .text(std::max(created, g.dateText(true)))
+            .textOrNull(g.pick(kNotes))
+            .textOrNull(g.chance(20) ? day : "")
+            .integer(g.chance(10) ? -1 : 0);
+        ok = insert.run();
+    }
+    sqlite3_finalize(stmt);
+    return ok;
+}
+
+// ---------------------------------------------------------------------------
+// The shared state of one run
+
+struct RawSide {
+    sqlite3* db = nullptr;
+    sqlite3_stmt* lookup = nullptr;
+    sqlite3_stmt* update = nullptr;
+    sqlite3_stmt* list = nullptr;
+    int lastname = -1, nickname = -1, mobile = -1, recent = -1, check = -1;
+};
+RawSide raw;
+
+int columnIndex(sqlite3_stmt* stmt, const char* name) {
+    for (int i = 0; i < sqlite3_column_count(stmt); ++i)
+        if (std::strcmp(sqlite3_column_name(stmt, i), name) == 0) return i;
+    return -1;
+}
+
+bool prepareRaw() {
+    raw.lookup = prepare(raw.db, "SELECT * FROM contacts WHERE con_id=?");
+    raw.update = prepare(raw.db, "UPDATE contacts SET con_recent_contact_date=? WHERE con_id=?");
+    raw.list = prepare(raw.db, kListSql);
+    if (!raw.lookup || !raw.update || !raw.list) return false;
+    raw.lastname = columnIndex(raw.lookup, "con_lastname");
+    raw.nickname = columnIndex(raw.lookup, "con_nickname");
+    raw.mobile = columnIndex(raw.lookup, "con_mobile");
+    raw.recent = columnIndex(raw.lookup, "con_recent_contact_date");
+    raw.check = columnIndex(raw.lookup, "con_check");
+    return raw.lastname >= 0 && raw.nickname >= 0 && raw.mobile >= 0 && raw.recent >= 0 &&
+           raw.check >= 0;
+}
+
+bool buildDataFile(const QString& path) {
+    QString error;
+    if (!tarvel::datafile::create(path, &error)) {
+        std::fprintf(stderr, "cannot build the data file: %s\n", qPrintable(error));
+        return false;
+    }
+    raw.db = openRaw(path);
+    if (!raw.db) return false;
+    Generator g(20240501);
+    bool ok = check(raw.db, sqlite3_exec(raw.db, "BEGIN", nullptr, nullptr, nullptr), "BEGIN") &&
+              fillAccounts(raw.db, g) && fillContacts(raw.db, g) && fillTasks(raw.db, g);
+    ok = check(raw.db, sqlite3_exec(raw.db, ok ? "COMMIT" : "ROLLBACK", nullptr, nullptr, nullptr),
+               "COMMIT") &&
+         ok;
+    return ok && prepareRaw();
+}
+
+// The current time as the canonical text the engine stores.
+std::string nowText() {
+    const std::time_t t = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&t, &local);
+    char buffer[32];
+    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
+    return buffer;
+}
+
+// ---------------------------------------------------------------------------
+// 1. Key look-up
+
+void lookupAccess(benchmark::State& state) {
+    int id = 0;
+    for (auto _ : state) {
+        id = id % kContacts + 1;
+        tarvel::tarveldatabase db;
+        auto rs = db.GetReadRs("SELECT * FROM contacts WHERE con_id=" + QString::number(id));
+        if (!rs || rs->Eof()) {
+            state.SkipWithError("contact not found");
+            break;
+        }
+        QVariant lastname = rs->value(QStringLiteral("con_lastname"));
+        QVariant nickname = rs->value(QStringLiteral("con_nickname"));
+        QVariant mobile = rs->value(QStringLiteral("con_mobile"));
+        QVariant recent = rs->value(QStringLiteral("con_recent_contact_date"));
+        QVariant check = rs->value(QStringLiteral("con_check"));
+        benchmark::DoNotOptimize(lastname);
+        benchmark::DoNotOptimize(nickname);
+        benchmark::DoNotOptimize(mobile);
+        benchmark::DoNotOptimize(recent);
+        benchmark::DoNotOptimize(check);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void lookupRaw(benchmark::State& state) {
+    sqlite3_stmt* stmt = raw.lookup;
+    int id = 0;
+    for (auto _ : state) {
+        id = id % kContacts + 1;
+        sqlite3_bind_int(stmt, 1, id);
+        if (sqlite3_step(stmt) != SQLITE_ROW) {
+            sqlite3_reset(stmt);
+            state.SkipWithError("contact not found");
+            break;
+        }
+        // The caller ends up with the values in the program's own types, as it
+        // does through the access layer.
+        auto text = [stmt](int column) {
+            return QString::fromUtf8(
+                reinterpret_cast<const char*>(sqlite3_column_text(stmt, column)),
+                sqlite3_column_bytes(stmt, column));
+        };
+        QString lastname = text(raw.lastname);
+        QString nickname = text(raw.nickname);
+        QString mobile = text(raw.mobile);
+        QString recent = text(raw.recent);
+        const int check = sqlite3_column_int(stmt, raw.check);
+        benchmark::DoNotOptimize(lastname);
+        benchmark::DoNotOptimize(nickname);
+        benchmark::DoNotOptimize(mobile);
+        benchmark::DoNotOptimize(recent);
+        benchmark::DoNotOptimize(check);
+        sqlite3_reset(stmt);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// ---------------------------------------------------------------------------
+// 2. Stamp update (each one its own transaction, as the program runs them)
+
+void stampAccess(benchmark::State& state) {
+    int id = 0;
+    for (auto _ : state) {
+        id = id % kContacts + 1;
+        tarvel::tarveldatabase db;
+        qint64 affected = 0;
+        db.Execute(
+            "UPDATE contacts SET con_recent_contact_date=now WHERE con_id= " + QString::number(id),
+            &affected);
+        if (affected != 1) {
+            state.SkipWithError(qPrintable(QStringLiteral("update failed: ") + db.ErrMsg()));
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void stampRaw(benchmark::State& state) {
+    sqlite3_stmt* stmt = raw.update;
+    int id = 0;
+    for (auto _ : state) {
+        id = id % kContacts + 1;
+        const std::string now = nowText();
+        sqlite3_bind_text(stmt, 1, now.data(), int(now.size()), SQLITE_TRANSIENT);
+        sqlite3_bind_int(stmt, 2, id);
+        const int rc = sqlite3_step(stmt);
+        sqlite3_reset(stmt);
+        if (rc != SQLITE_DONE || sqlite3_changes(raw.db) != 1) {
+            state.SkipWithError(sqlite3_errmsg(raw.db));
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// ---------------------------------------------------------------------------
+// 3. Contact list: every field of every row
+
+void listAccess(benchmark::State& state) {
+    int64_t rows = 0;
+    for (auto _ : state) {
+        tarvel::tarveldatabase db;
+        auto rs = db.GetReadRs(QString::fromLatin1(kListSql));
+        if (!rs || rs->State() != tarvel::adStateOpen) {
+            state.SkipWithError("list failed to open");
+            break;
+        }
+        const int fields = rs->FieldCount();
+        while (!rs->Eof()) {
+            for (int i = 0; i < fields; ++i) {
+                QVariant v = rs->value(i);
+                benchmark::DoNotOptimize(v);
+            }
+            rs->MoveNext();
+            ++rows;
+        }
+    }
+    state.SetItemsProcessed(rows);
+    state.counters["rows"] = benchmark::Counter(double(rows) / double(state.iterations()));
+}
+
+void listRaw(benchmark::State& state) {
+    sqlite3_stmt* stmt = raw.list;
+    const int fields = sqlite3_column_count(stmt);
+    int64_t rows = 0;
+    for (auto _ : state) {
+        int rc;
+        while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+            for (int i = 0; i < fields; ++i) {
+                switch (sqlite3_column_type(stmt, i)) {
+                    case SQLITE_INTEGER: {
+                        const sqlite3_int64 v = sqlite3_column_int64(stmt, i);
+                        benchmark::DoNotOptimize(v);
+                        break;
+                    }
+                    case SQLITE_NULL:
+                        break;
+                    default: {
+                        const unsigned char* text = sqlite3_column_text(stmt, i);
+                        const int bytes = sqlite3_column_bytes(stmt, i);
+                        benchmark::DoNotOptimize(text);
+                        benchmark::DoNotOptimize(bytes);
+                        break;
+                    }
+                }
+            }
+            ++rows;
+        }
+        sqlite3_reset(stmt);
+        if (rc != SQLITE_DONE) {
+            state.SkipWithError(sqlite3_errmsg(raw.db));
+            break;
+        }
+    }
+    state.SetItemsProcessed(rows);
+    state.counters["rows"] = benchmark::Counter(double(rows) / double(state.iterations()));
+}
+
+// ---------------------------------------------------------------------------
+// Console output plus a ratio summary per pair
+
+struct Pair {
+    const char* name;
+    double target;  // the ratio access/raw this case aims at
+};
+constexpr Pair kPairs[] = {{"lookup", 1.5}, {"stamp_update", 1.5}, {"contact_list", 2.0}};
+
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    explicit RatioReporter(OutputOptions options) : ConsoleReporter(options) {}
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            // Each repetition counts; with aggregates only, the mean stands for them.
+            const bool mean = run.run_type == Run::RT_Aggregate && run.aggregate_name == "mean";
+            if ((run.run_type != Run::RT_Iteration && !mean) || run.error_occurred) continue;
+            Sample& s = (mean ? means_ : samples_)[run.run_name.function_name];
+            s.real += run.real_accumulated_time / double(run.iterations);
+            s.cpu += run.cpu_accumulated_time / double(run.iterations);
+            ++s.count;
+        }
+    }
+    void Finalize() override {
+        ConsoleReporter::Finalize();
+        std::printf("\naccess/raw per iteration (wall clock; cpu in brackets):\n");
+        if (samples_.empty()) samples_ = means_;
+        for (const Pair& p : kPairs) {
+            const auto a = samples_.find(std::string(p.name) + "/access");
+            const auto r = samples_.find(std::string(p.name) + "/raw");
+            if (a == samples_.end() || r == samples_.end()) continue;
+            const double ratio = a->second.meanReal() / r->second.meanReal();
+            const double cpuRatio = a->second.meanCpu() / r->second.meanCpu();
+            std::printf("  %-13s %10.3f us / %10.3f us = %6.2fx  (cpu %6.2fx)  aim <= %.1fx  %s\n",
+                        p.name, a->second.meanReal() * 1e6, r->second.meanReal() * 1e6, ratio,
+                        cpuRatio, p.target, ratio <= p.target ? "met" : "MISSED");
+        }
+        std::fflush(stdout);
+    }
+
+private:
+    struct Sample {
+        double real = 0, cpu = 0;
+        int count = 0;
+        double meanReal() const { return real / count; }
+        double meanCpu() const { return cpu / count; }
+    };
+    std::map<std::string, Sample> samples_;
+    std::map<std::string, Sample> means_;
+};
+
+// The console reporter's options from the command line, read before
+// benchmark::Initialize consumes the flags: colour as --benchmark_color says
+// (default: when stdout is a terminal), counters as columns with
+// --benchmark_counters_tabular=true. Sets `otherFormat` for a non-console format.
+benchmark::ConsoleReporter::OutputOptions consoleOptions(int argc, char** argv, bool& otherFormat) {
+    auto value = [](const char* arg, const char* flag) -> const char* {
+        const size_t n = std::strlen(flag);
+        return std::strncmp(arg, flag, n) == 0 && arg[n] == '=' ? arg + n + 1 : nullptr;
+    };
+    auto yes = [](const char* v) {
+        return std::strcmp(v, "true") == 0 || std::strcmp(v, "yes") == 0 ||
+               std::strcmp(v, "1") == 0 || std::strcmp(v, "always") == 0;
+    };
+    bool color = isatty(STDOUT_FILENO) != 0;
+    bool tabular = false;
+    otherFormat = false;
+    for (int i = 1; i < argc; ++i) {
+        if (const char* v = value(argv[i], "--benchmark_format"))
+            otherFormat = std::strcmp(v, "console") != 0;
+        if (const char* v = value(argv[i], "--benchmark_color"))
+            color = std::strcmp(v, "auto") == 0 ? color : yes(v);
+        if (const char* v = value(argv[i], "--benchmark_counters_tabular")) tabular = yes(v);
+    }
+    int options = benchmark::ConsoleReporter::OO_None;
+    if (color) options |= benchmark::ConsoleReporter::OO_Color;
+    if (tabular) options |= benchmark::ConsoleReporter::OO_Tabular;
+    return benchmark::ConsoleReporter::OutputOptions(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    bool otherFormat = false;
+    const auto options = consoleOptions(argc, argv, otherFormat);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+
+    QTemporaryDir dir;
+    if (!dir.isValid()) {
+        std::fprintf(stderr, "cannot create a temporary folder\n");
+        return 1;
+    }
+    const QString path = dir.filePath(QStringLiteral("bench.tvg"));
+    if (!buildDataFile(path)) return 1;
+    tarvel::setGlobalConnectionString(tarvel::connectionStringFor(path));
+
+    // Open the access layer's cached handle (key derivation) before timing, and
+    // check that it sees the rows the raw side wrote.
+    {
+        tarvel::tarveldatabase db;
+        auto rs = db.GetReadRs(QStringLiteral("SELECT COUNT(*) AS n FROM contacts"));
+        if (!rs || rs->Eof() || rs->value(0).toInt() != kContacts) {
+            std::fprintf(stderr, "the access layer cannot read the data file: %s\n",
+                         qPrintable(db.ErrMsg()));
+            return 1;
+        }
+    }
+
+    benchmark::RegisterBenchmark("lookup/access", lookupAccess)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("lookup/raw", lookupRaw)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("stamp_update/access", stampAccess)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("stamp_update/raw", stampRaw)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("contact_list/access", listAccess)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("contact_list/raw", listRaw)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+
+    if (otherFormat) {
+        benchmark::RunSpecifiedBenchmarks();
+    } else {
+        RatioReporter reporter(options);
+        benchmark::RunSpecifiedBenchmarks(&reporter);
+    }
+
+    tarvel::closeAllHandles();
+    sqlite3_finalize(raw.lookup);
+    sqlite3_finalize(raw.update);
+    sqlite3_finalize(raw.list);
+    sqlite3_close(raw.db);
+    benchmark::Shutdown();
+    return 0;
+}
