@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <memory>
+
+#include "shell/seams.h"
+
+namespace tarvel {
+
+// A label that reports a click, for the web link of the login window.
+class ClickLabel : public QLabel {
+    Q_OBJECT
+public:
+    using QLabel::QLabel;
+signals:
+    void clicked();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+};
+
+// The password prompt of every start after the first. Sets the passed flag and
+// closes on a correct password; a wrong one may be retried without limit.
+class FormLogin : public QDialog {
+    Q_OBJECT
+public:
+    explicit FormLogin(QWidget* parent = nullptr);
+
+    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
+
+public slots:
+    void cmdOkClick();
+    void cmdNoClick();
+    void label1Click();
+
+private:
+    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<ShellOpener> opener_;
+    QLineEdit* txtPassword_;
+    QPushButton* cmdOk_;
+    QPushButton* cmdNo_;
+    ClickLabel* label1_;
+    QLabel* status_;
+};
+
+}  // namespace tarvel

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <QAction>
+#include <QDate>
+#include <QHash>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QToolBar>
+#include <functional>
+#include <memory>
+
+#include "shell/pagehistory.h"
+#include "shell/pages.h"
+#include "shell/seams.h"
+
+namespace tarvel {
+
+class UpdateCheck;
+
+struct MainWindowOptions {
+    // Whether the desktop has a notification area to put the tray icon in.
+    std::function<bool()> trayAvailable = &QSystemTrayIcon::isSystemTrayAvailable;
+    int timerInterval = 1000;  // ms; a tick only compares dates unless work is queued
+    bool checkForUpdate = true;
+};
+
+// The main window: module pages in an MDI area, the toolbar that switches
+// them, the page history behind back and forward, the day-change timer, the
+// tray icon and the update request.
+class TarvelMain : public QMainWindow {
+    Q_OBJECT
+public:
+    enum class PageMode { Normal, History };
+    using PageFactory = std::function<PageWidget*(qint16 code, const QString& caption)>;
+
+    explicit TarvelMain(MainWindowOptions options = {}, QWidget* parent = nullptr);
+    ~TarvelMain() override;
+
+    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
+    Dialogs& dialogs() const { return *dialogs_; }
+    ShellOpener& shellOpener() const { return *opener_; }
+
+    // Screens of later modules register here; codes without one get a placeholder page.
+    void setPageFactory(PageFactory factory) { factory_ = std::move(factory); }
+
+    // The page-switching routine: creates or shows the page's child window and
+    // fills it. Normal mode records the visit in the history; history mode
+    // (back and forward) does not. Returns null for an unknown code.
+    PageWidget* ShowPage(qint16 page, const QString& condition = QString(), qint32 recordId = 0,
+                         const QDate& date = QDate(), qint16 pageNo = -1,
+                         PageMode mode = PageMode::Normal);
+    PageWidget* currentPage() const;
+    qint16 currentPageCode() const { return currentCode_; }
+    PageWidget* pageWidget(qint16 code) const { return pages_.value(code); }
+
+    // A toolbar button by its key; an unknown key does nothing.
+    void Toolbar1ButtonClick(const QString& key);
+    // Rebuilds the toolbar from the stored layout: the visible entries in order,
+    // the three separator entries as separators.
+    void RebuildToolbar();
+    QToolBar* Toolbar1() const { return toolbar_; }
+    QAction* toolbarAction(const QString& key) const;
+    QStringList toolbarKeys() const;  // in order; separators as "|"
+    QString moduleCaption(const QString& key) const;
+
+    PageHistory& history() { return history_; }
+    QMdiArea* mdiArea() const { return mdi_; }
+    QTimer* Timer1() const { return timer_; }
+    QSystemTrayIcon* trayIcon() const { return tray_; }
+    UpdateCheck* updateCheck() const { return update_; }
+
+    QDate lastDaySeen() const { return lastDay_; }
+    int homeRefreshCount() const { return homeRefreshes_; }
+    int periodicRunCount() const { return periodicRuns_; }
+    // Queues a routine for the next tick and sets the busy flag.
+    void setPendingRoutine(std::function<void()> routine);
+
+public slots:
+    void Timer1Timer();
+
+signals:
+    void homePageRefreshed(const QDate& day);
+    void homePagePeriodic();
+    void updateChecked(bool newer, const QDate& serverDate);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildTray();
+    void showHistoryEntry();
+    void refreshHomePage();
+    QString pageCaption(const PageInfo& info) const;
+    QIcon iconFor(const QString& key, const QString& caption) const;
+
+    MainWindowOptions options_;
+    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<ShellOpener> opener_;
+    PageFactory factory_;
+    PageHistory history_;
+    QMdiArea* mdi_;
+    QToolBar* toolbar_;
+    QTimer* timer_;
+    QSystemTrayIcon* tray_ = nullptr;
+    UpdateCheck* update_;
+    QLabel* statusPage_;
+    QLabel* statusDate_;
+    QHash<qint16, PageWidget*> pages_;
+    QHash<QString, QString> captions_;  // toolbar key -> caption
+    qint16 currentCode_ = 0;
+    QDate lastDay_;
+    int homeRefreshes_ = 0;
+    int periodicRuns_ = 0;
+    std::function<void()> pending_;
+};
+
+// The window caption and tray tip of the program.
+inline QString productCaption() {
+    return QStringLiteral("Tarvel日志软件V3.1");
+}
+
+}  // namespace tarvel

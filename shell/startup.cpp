@@ -1,0 +1,123 @@
+#include "shell/startup.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QRadioButton>
+#include <QTextStream>
+#include <QTranslator>
+
+#include "shell/forminit.h"
+#include "shell/formlogin.h"
+#include "shell/globals.h"
+#include "shell/mainwindow.h"
+#include "store/connectionstring.h"
+
+namespace tarvel {
+
+QString programFolder(const QStringList& arguments, const QString& tarvelHome,
+                      const QString& executableFolder) {
+    const QString option = QStringLiteral("--data-dir");
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == option && i + 1 < arguments.size()) return arguments[i + 1];
+        if (arguments[i].startsWith(option + QLatin1Char('=')))
+            return arguments[i].mid(option.size() + 1);
+    }
+    if (!tarvelHome.trimmed().isEmpty()) return tarvelHome;
+    return executableFolder;
+}
+
+void setApplicationPath(const QString& folder) {
+    AppGlobals& g = appGlobals();
+    g.appPath = QDir::toNativeSeparators(folder).trimmed();
+    g.appPathNoSep = g.appPath;
+    if (g.appPathNoSep.endsWith(QDir::separator())) g.appPathNoSep.chop(1);
+    setGlobalConnectionString(buildConnectionString(g.appPathNoSep));
+}
+
+bool needsFirstRun() {
+    SoftwareSetting& setting = softwareSetting();
+    setting.GetValue(QStringLiteral("login"), QStringLiteral("agreement"));
+    return setting.Set_Visible().trimmed() == QLatin1String("0");
+}
+
+std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal) {
+    appGlobals().passed = false;
+    if (needsFirstRun()) {
+        FormInit init;
+        runModal(init);
+    } else {
+        FormLogin login;
+        runModal(login);
+    }
+    if (!appGlobals().passed) return nullptr;
+    return std::make_unique<TarvelMain>();
+}
+
+namespace {
+
+void loadChineseTranslations(QApplication& app) {
+    auto* qt = new QTranslator(&app);
+    if (qt->load(QLocale(QLocale::Chinese, QLocale::China), QStringLiteral("qtbase"),
+                 QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        app.installTranslator(qt);
+}
+
+// Saves the three windows as the user first sees them, for layout checks.
+int saveScreenshots(const QString& prefix) {
+    bool ok = true;
+    auto shoot = [&](QWidget& w, const QString& name) {
+        w.show();
+        for (int i = 0; i < 10; ++i) QApplication::processEvents();
+        const QString file = prefix + QLatin1Char('_') + name + QStringLiteral(".png");
+        ok = w.grab().save(file) && ok;
+        QTextStream(stdout) << file << Qt::endl;
+        w.hide();
+    };
+    {
+        FormInit init;
+        shoot(init, QStringLiteral("init"));
+        init.findChild<QRadioButton*>(QStringLiteral("opt_agree"))->setChecked(true);
+        init.cmdForwardClick();
+        shoot(init, QStringLiteral("init_password"));
+    }
+    {
+        FormLogin login;
+        shoot(login, QStringLiteral("login"));
+    }
+    {
+        MainWindowOptions options;
+        options.checkForUpdate = false;
+        TarvelMain main(options);
+        main.ShowPage(page::ContactList);
+        shoot(main, QStringLiteral("main"));
+    }
+    return ok ? 0 : 1;
+}
+
+}  // namespace
+
+int runTarvel(int argc, char* argv[]) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Tarvel"));
+    loadChineseTranslations(app);
+    // The modal windows of start-up close before the main window opens.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const QStringList args = QApplication::arguments();
+    setApplicationPath(programFolder(args, qEnvironmentVariable("TARVEL_HOME"),
+                                     QCoreApplication::applicationDirPath()));
+
+    if (const qsizetype i = args.indexOf(QStringLiteral("--screenshot"));
+        i >= 0 && i + 1 < args.size())
+        return saveScreenshots(args[i + 1]);
+
+    std::unique_ptr<TarvelMain> main = startUp([](QDialog& dialog) { dialog.exec(); });
+    if (!main) return 0;
+    QApplication::setQuitOnLastWindowClosed(true);
+    main->show();
+    return app.exec();
+}
+
+}  // namespace tarvel
