@@ -25,7 +25,9 @@ RecordsetPtr tarveldatabase::openRecordset(const QString& sql, int lockType) {
     if (!oConn_ || sql.isEmpty()) return nullptr;
     trace::record(sql);
     auto rs = std::make_shared<Recordset>();
-    if (!rs->Open(sql, oConn_, adOpenStatic, lockType, -1)) addError(rs->ErrorDescription());
+    // A connection that failed to open has logged why; its recordset stays closed.
+    if (oConn_->State() == adStateOpen && !rs->Open(sql, oConn_, adOpenStatic, lockType, -1))
+        addError(rs->ErrorDescription());
     return rs;
 }
 
