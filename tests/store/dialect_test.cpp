@@ -135,3 +135,40 @@ TEST(JetDate, LiteralForms) {
     EXPECT_EQ(tarvel::jetdate::weekdaySundayFirst(QDate(2024, 3, 3)), 1);  // a Sunday
     EXPECT_EQ(tarvel::jetdate::weekdaySundayFirst(QDate(2024, 3, 9)), 7);  // a Saturday
 }
+
+// Random texts never crash the translator, and a quoted text always reaches the
+// engine exactly as written, whatever surrounds it.
+TEST(Dialect, QuotedTextSurvivesAnySurroundings) {
+    const QStringList pieces = {QStringLiteral("SELECT"),
+                                QStringLiteral(" "),
+                                QStringLiteral("#"),
+                                QStringLiteral("'"),
+                                QStringLiteral("\""),
+                                QStringLiteral("["),
+                                QStringLiteral("now"),
+                                QStringLiteral("11"),
+                                QStringLiteral("AND"),
+                                QStringLiteral("NOT"),
+                                QStringLiteral("con_check"),
+                                QStringLiteral("="),
+                                QStringLiteral("/"),
+                                QStringLiteral("2024-1-1"),
+                                QStringLiteral("que_contacts_accounts"),
+                                QStringLiteral("."),
+                                QStringLiteral("张")};
+    quint32 seed = 12345;
+    auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 16; };
+    for (int round = 0; round < 3000; ++round) {
+        QString text;
+        for (int n = next() % 12; n > 0; --n) text += pieces[next() % pieces.size()];
+        tarvel::dialect::translateUncached(text);  // must not crash or hang
+        const QString payload = QStringLiteral("'a''#now# \"x\" [y] 11AND NOT con_check'");
+        const auto t = translateUncached(
+            text.count(QLatin1Char('\'')) % 2 == 0 && !text.contains(QLatin1Char('#')) &&
+                    !text.contains(QLatin1Char('"')) && !text.contains(QLatin1Char('['))
+                ? text + QLatin1Char(' ') + payload
+                : payload);
+        ASSERT_TRUE(t.error.isEmpty()) << text.toStdString();
+        EXPECT_TRUE(t.sql.contains(payload)) << text.toStdString() << " -> " << t.sql.toStdString();
+    }
+}
