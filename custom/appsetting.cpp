@@ -17,19 +17,8 @@ QString quote(const QString& text) {
 }
 }  // namespace
 
-void appendErrMsg(QString& log, const QString& entry) {
-    log = log.isEmpty() ? entry : log + QStringLiteral(" ; ") + entry;
-}
-
 bool AppSetting::run(const QString& sql) {
-    appendErrMsg(errMsg_, sql);
-    tarveldatabase db;
-    db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) {
-        appendErrMsg(errMsg_, db.ErrMsg());
-        return false;
-    }
-    return true;
+    return executeLogged(errMsg_, sql);
 }
 
 bool AppSetting::SaveToolbarIndex() {

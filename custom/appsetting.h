@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "custom/statementlog.h"
+
 namespace tarvel {
 
 // One row of the `interface` table: a toolbar or module entry (object_type 1)
@@ -44,8 +46,5 @@ private:
     qint16 objEditType_ = 0;
     QString errMsg_;
 };
-
-// Appends an entry to a " ; "-joined log.
-void appendErrMsg(QString& log, const QString& entry);
 
 }  // namespace tarvel

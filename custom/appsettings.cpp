@@ -1,6 +1,6 @@
 #include "custom/appsettings.h"
 
-#include "store/tarveldatabase.h"
+#include <QHash>
 
 namespace tarvel {
 
@@ -13,13 +13,8 @@ qint16 small(const QVariant& v) {
 }  // namespace
 
 bool AppSettings::loadRows(const QString& sql) {
-    appendErrMsg(errMsg_, sql);
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    if (!rs || rs->State() != adStateOpen) {
-        appendErrMsg(errMsg_, db.ErrMsg());
-        return false;
-    }
+    RecordsetPtr rs = readLogged(errMsg_, sql);
+    if (!rs) return false;
     for (; !rs->Eof(); rs->MoveNext()) {
         AppSetting entry;
         entry.setAppType(small(rs->value(QStringLiteral("app_type"))));
@@ -49,11 +44,8 @@ bool AppSettings::GetToolbarName(qint16 appType) {
             QStringLiteral("SELECT object_description FROM interface WHERE app_type=") +
             QString::number(appType) + QStringLiteral(" AND object_type=1 AND object_name='") +
             QLatin1String(module) + QStringLiteral("'");
-        appendErrMsg(errMsg_, sql);
-        tarveldatabase db;
-        RecordsetPtr rs = db.GetReadRs(sql);
-        if (!rs || rs->State() != adStateOpen) {
-            appendErrMsg(errMsg_, db.ErrMsg());
+        RecordsetPtr rs = readLogged(errMsg_, sql);
+        if (!rs) {
             ok = false;
             continue;
         }
@@ -86,6 +78,21 @@ bool AppSettings::GetObjs(qint16 appType, qint16 objectType) {
     items_.clear();
     return loadRows(kSelect + QString::number(appType) + QStringLiteral(" AND object_type=") +
                     QString::number(objectType));
+}
+
+QString defaultToolbarCaption(const QString& key) {
+    static const QHash<QString, QString> captions = {
+        {QStringLiteral("pp"), QStringLiteral("首页")},
+        {QStringLiteral("contact"), QStringLiteral("联系人")},
+        {QStringLiteral("account"), QStringLiteral("客户单位")},
+        {QStringLiteral("opportunity"), QStringLiteral("项目机会")},
+        {QStringLiteral("schedule"), QStringLiteral("日程安排")},
+        {QStringLiteral("document"), QStringLiteral("文档附件")},
+        {QStringLiteral("email"), QStringLiteral("邮件")},
+        {QStringLiteral("inout"), QStringLiteral("数据交换")},
+        {QStringLiteral("setting"), QStringLiteral("设置")},
+    };
+    return captions.value(key);
 }
 
 int AppSettings::FindIndex(const QString& name) const {

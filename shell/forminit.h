@@ -9,7 +9,7 @@
 #include <QStackedLayout>
 #include <memory>
 
-#include "shell/seams.h"
+#include "views/seams.h"
 
 namespace tarvel {
 

@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <memory>
 
-#include "shell/seams.h"
+#include "views/seams.h"
 
 namespace tarvel {
 

@@ -19,24 +19,6 @@ SoftwareSetting& softwareSetting() {
     return *setting;
 }
 
-void setUnsaved(UnsavedModule module, bool value) {
-    appGlobals().unsaved[int(module)] = value;
-}
-
-bool isUnsaved(UnsavedModule module) {
-    return appGlobals().unsaved[int(module)];
-}
-
-bool anyUnsaved() {
-    for (bool flag : appGlobals().unsaved)
-        if (flag) return true;
-    return false;
-}
-
-void clearUnsaved() {
-    for (bool& flag : appGlobals().unsaved) flag = false;
-}
-
 QString settingValue(const QString& type, const QString& key) {
     SoftwareSetting& s = softwareSetting();
     s.GetValue(type, key);

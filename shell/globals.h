@@ -6,15 +6,11 @@
 
 namespace tarvel {
 
-// The five detail modules that can hold an edit not yet saved.
-enum class UnsavedModule { Contact, Account, Opportunity, Task, Document };
-
 // Program-wide state that start-up sets and the main window and screens read.
 struct AppGlobals {
-    QString appPath;       // the program folder, trimmed
-    QString appPathNoSep;  // the same less one trailing separator
-    bool passed = false;   // a correct password, or a password chosen on first run
-    bool unsaved[5] = {false, false, false, false, false};
+    QString appPath;           // the program folder, trimmed
+    QString appPathNoSep;      // the same less one trailing separator
+    bool passed = false;       // a correct password, or a password chosen on first run
     bool busy = false;         // the main window has a routine queued for its timer
     bool secondTimer = false;  // the home page wants its periodic routine run
 };
@@ -23,11 +19,6 @@ AppGlobals& appGlobals();
 
 // The settings object, created on first use.
 SoftwareSetting& softwareSetting();
-
-void setUnsaved(UnsavedModule module, bool value);
-bool isUnsaved(UnsavedModule module);
-bool anyUnsaved();
-void clearUnsaved();
 
 // The trimmed value of a `setting` row; empty when the row or the file is missing
 // (the settings class reads those as a single blank).

@@ -13,26 +13,12 @@
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
+#include "views/formappsetting.h"
+#include "views/unsaved.h"
 
 namespace tarvel {
 
 namespace {
-
-// Captions used when the layout table has no row for a key.
-const QHash<QString, QString>& fallbackCaptions() {
-    static const QHash<QString, QString> captions = {
-        {QStringLiteral("pp"), QStringLiteral("首页")},
-        {QStringLiteral("contact"), QStringLiteral("联系人")},
-        {QStringLiteral("account"), QStringLiteral("客户单位")},
-        {QStringLiteral("opportunity"), QStringLiteral("项目机会")},
-        {QStringLiteral("schedule"), QStringLiteral("日程安排")},
-        {QStringLiteral("document"), QStringLiteral("文档附件")},
-        {QStringLiteral("email"), QStringLiteral("邮件")},
-        {QStringLiteral("inout"), QStringLiteral("数据交换")},
-        {QStringLiteral("setting"), QStringLiteral("设置")},
-    };
-    return captions;
-}
 
 bool isSeparatorKey(const QString& key) {
     return key == QLatin1String("sepline1") || key == QLatin1String("sepline2") ||
@@ -146,8 +132,16 @@ TarvelMain::~TarvelMain() {
     if (tray_) tray_->hide();
 }
 
+void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
+    dialogs_ = std::move(dialogs);
+    if (auto* settings = qobject_cast<FormAppSetting*>(pages_.value(page::Settings)))
+        settings->setDialogs(dialogs_);
+}
+
 QString TarvelMain::moduleCaption(const QString& key) const {
-    return captions_.value(key, key);
+    if (const QString stored = captions_.value(key); !stored.isEmpty()) return stored;
+    const QString fallback = defaultToolbarCaption(key);
+    return fallback.isEmpty() ? key : fallback;
 }
 
 QString TarvelMain::pageCaption(const PageInfo& info) const {
@@ -167,13 +161,22 @@ void TarvelMain::RebuildToolbar() {
     AppSettings set;
     set.GetToolbarIndex(0);
     // Module captions come from the same rows, hidden buttons included.
-    captions_ = fallbackCaptions();
-    for (const AppSetting& e : set)
-        if (!e.ObjDesc().trimmed().isEmpty()) captions_.insert(e.ObjName(), e.ObjDesc().trimmed());
-
-    toolbar_->clear();
+    captions_.clear();
+    QList<AppSetting> shown;
     for (const AppSetting& e : set) {
-        if (e.ObjVisible() == 0) continue;
+        if (!e.ObjDesc().trimmed().isEmpty()) captions_.insert(e.ObjName(), e.ObjDesc().trimmed());
+        if (e.ObjVisible() != 0) shown << e;
+    }
+    buildToolbar(shown);
+}
+
+void TarvelMain::PreviewToolbar(const QList<AppSetting>& entries) {
+    buildToolbar(entries);
+}
+
+void TarvelMain::buildToolbar(const QList<AppSetting>& entries) {
+    toolbar_->clear();
+    for (const AppSetting& e : entries) {
         const QString key = e.ObjName();
         if (isSeparatorKey(key)) {
             toolbar_->addSeparator()->setObjectName(key);
@@ -185,6 +188,29 @@ void TarvelMain::RebuildToolbar() {
         action->setData(key);
         connect(action, &QAction::triggered, this, [this, key] { Toolbar1ButtonClick(key); });
     }
+}
+
+void TarvelMain::ApplyLayout() {
+    RebuildToolbar();
+    for (auto it = pages_.cbegin(); it != pages_.cend(); ++it) {
+        const PageInfo* info = pageInfo(it.key());
+        const QString caption = pageCaption(*info);
+        it.value()->setWindowTitle(caption);
+        if (auto* placeholder = qobject_cast<ModulePage*>(it.value()))
+            placeholder->setCaption(caption);
+        it.value()->rebuildLayout();
+    }
+    if (const PageInfo* info = pageInfo(currentCode_)) statusPage_->setText(pageCaption(*info));
+}
+
+PageWidget* TarvelMain::createSettingsPage() {
+    auto* form = new FormAppSetting;
+    form->setDialogs(dialogs_);
+    LayoutHost host;
+    host.previewToolbar = [this](const QList<AppSetting>& entries) { PreviewToolbar(entries); };
+    host.rebuildScreens = [this] { ApplyLayout(); };
+    form->setLayoutHost(std::move(host));
+    return form;
 }
 
 QAction* TarvelMain::toolbarAction(const QString& key) const {
@@ -244,6 +270,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
     PageWidget* page = pages_.value(code);
     if (!page) {
         if (factory_) page = factory_(code, caption);
+        if (!page && code == page::Settings) page = createSettingsPage();
         if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));
         page->setWindowTitle(caption);

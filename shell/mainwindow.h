@@ -12,9 +12,10 @@
 #include <functional>
 #include <memory>
 
+#include "custom/appsetting.h"
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
-#include "shell/seams.h"
+#include "views/seams.h"
 
 namespace tarvel {
 
@@ -39,7 +40,8 @@ public:
     explicit TarvelMain(MainWindowOptions options = {}, QWidget* parent = nullptr);
     ~TarvelMain() override;
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    // Also serves the pages that ask through the main window (settings).
+    void setDialogs(std::shared_ptr<Dialogs> dialogs);
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
     Dialogs& dialogs() const { return *dialogs_; }
     ShellOpener& shellOpener() const { return *opener_; }
@@ -62,6 +64,12 @@ public:
     // Rebuilds the toolbar from the stored layout: the visible entries in order,
     // the three separator entries as separators.
     void RebuildToolbar();
+    // Shows the given entries as the toolbar without storing anything: the
+    // settings window's preview while the user arranges the buttons.
+    void PreviewToolbar(const QList<AppSetting>& entries);
+    // After the settings window saved a layout: the toolbar, the module
+    // captions and every open page rebuild from what is stored.
+    void ApplyLayout();
     QToolBar* Toolbar1() const { return toolbar_; }
     QAction* toolbarAction(const QString& key) const;
     QStringList toolbarKeys() const;  // in order; separators as "|"
@@ -92,6 +100,8 @@ protected:
 
 private:
     void buildTray();
+    void buildToolbar(const QList<AppSetting>& entries);
+    PageWidget* createSettingsPage();
     void showHistoryEntry();
     void refreshHomePage();
     QString pageCaption(const PageInfo& info) const;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QDate>
 #include <QLabel>
 #include <QString>
-#include <QWidget>
+
+#include "views/page.h"
 
 namespace tarvel {
 
@@ -37,26 +37,6 @@ struct PageInfo {
 const PageInfo* pageInfo(qint16 code);
 // The list page a module's toolbar key opens; 0 for keys that are not pages.
 qint16 pageForKey(const QString& key);
-
-// What a page is asked to show.
-struct PageRequest {
-    qint16 page = 0;
-    QString condition;
-    qint32 recordId = 0;
-    QDate date;
-    qint16 pageNo = -1;
-};
-
-// A module screen inside the main window.
-class PageWidget : public QWidget {
-    Q_OBJECT
-public:
-    using QWidget::QWidget;
-    // Shows the condition, record, date and page number of a request.
-    virtual void fill(const PageRequest& request) = 0;
-    // The day changed, or the page should re-read what it shows.
-    virtual void refresh() {}
-};
 
 // Stands in for a module screen until its list, detail or calendar screen
 // exists: shows the module caption and what the page was asked to show.

@@ -8,11 +8,14 @@
 #include <QTextStream>
 #include <QTranslator>
 
+#include "custom/fsettings.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
 #include "store/connectionstring.h"
+#include "views/formappsetting.h"
+#include "views/formoption.h"
 
 namespace tarvel {
 
@@ -52,6 +55,8 @@ std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal) {
         runModal(login);
     }
     if (!appGlobals().passed) return nullptr;
+    // The lists read their columns from these for as long as the program runs.
+    loadProgramFieldSettings();
     return std::make_unique<TarvelMain>();
 }
 
@@ -92,6 +97,28 @@ int saveScreenshots(const QString& prefix) {
         TarvelMain main(options);
         main.ShowPage(page::ContactList);
         shoot(main, QStringLiteral("main"));
+        main.ShowPage(page::Settings);
+        shoot(main, QStringLiteral("setting_main"));
+    }
+    {
+        loadProgramFieldSettings();
+        FormAppSetting settings;
+        settings.resize(settings.sizeHint().expandedTo(QSize(760, 540)));
+        const char* const pages[] = {"captions",    "toolbar",     "acc_related",
+                                     "opp_related", "con_related", "sch_related",
+                                     "doc_related", "fields",      "personal"};
+        for (int i = 0; i < settings.SSTab1()->count(); ++i) {
+            settings.SSTab1()->setCurrentIndex(i);
+            shoot(settings, QStringLiteral("setting_") + QLatin1String(pages[i]));
+        }
+    }
+    {
+        FormOption option;
+        option.setObject(QStringLiteral("con"));
+        option.setName(QStringLiteral("title"));
+        option.setCaptions(QStringLiteral("联系人"), QStringLiteral("称呼"));
+        option.load();
+        shoot(option, QStringLiteral("option"));
     }
     return ok ? 0 : 1;
 }

@@ -33,7 +33,9 @@ std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal);
 
 // main(): the whole program, with the hidden --screenshot PREFIX option that
 // saves the start windows and the main window as PREFIX_init.png,
-// PREFIX_init_password.png, PREFIX_login.png and PREFIX_main.png.
+// PREFIX_init_password.png, PREFIX_login.png and PREFIX_main.png, the settings
+// window in the main window as PREFIX_setting_main.png and alone, page by
+// page, as PREFIX_setting_<page>.png, and the options editor as PREFIX_option.png.
 int runTarvel(int argc, char* argv[]);
 
 }  // namespace tarvel

@@ -9,35 +9,16 @@
 #include "store/connectionstring.h"
 #include "store/tarveldatabase.h"
 #include "store/trace.h"
+#include "tests/custom/fixture.h"
+#include "tests/custom/printers.h"
 #include "tests/support/tempdatafile.h"
-
-QT_BEGIN_NAMESPACE
-// Readable failure output for texts and lists of texts.
-inline void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
-inline void PrintTo(const QStringList& l, std::ostream* os) {
-    *os << '{' << l.join(QStringLiteral(" | ")).toStdString() << '}';
-}
-QT_END_NAMESPACE
 
 using namespace tarvel;
 
 namespace {
 
-class Interface : public ::testing::Test {
+class Interface : public tarvel::testsupport::TracedDataFile {
 protected:
-    void SetUp() override {
-        trace::clear();
-        trace::setEnabled(true);
-    }
-    void TearDown() override { trace::setEnabled(false); }
-
-    static void run(const QString& sql) {
-        tarveldatabase db;
-        db.Execute(sql);
-        ASSERT_TRUE(db.ErrMsg().isEmpty()) << db.ErrMsg().toStdString();
-    }
     static QStringList names(const AppSettings& set) {
         QStringList out;
         for (const AppSetting& e : set) out << e.ObjName();
@@ -50,8 +31,6 @@ protected:
         const int i = set.FindIndex(name);
         return i ? set.Item(i) : AppSetting();
     }
-
-    tarvel::testing::TempDataFile file;
 };
 
 }  // namespace

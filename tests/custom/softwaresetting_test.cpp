@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "custom/userprofile.h"
 #include "store/tarveldatabase.h"
 #include "tests/support/tempdatafile.h"
 
@@ -45,4 +46,28 @@ TEST(SoftwareSetting, WriteOverwritesAllFourColumnsAndOnlyExistingRows) {
     tarveldatabase db;
     RecordsetPtr rs = db.GetReadRs(QStringLiteral("SELECT * FROM setting WHERE set_type='nope'"));
     EXPECT_TRUE(rs->Eof());
+}
+
+TEST(UserProfile, SavesTheFourValuesAndKeepsEachRowsOtherColumns) {
+    tarvel::testing::TempDataFile file;
+    UserProfile p = UserProfile::load();
+    EXPECT_EQ(p.name, QString());
+    EXPECT_FALSE(p.isComplete());
+    p.name = QStringLiteral("王小明");
+    p.account = QStringLiteral("O'Reilly 公司");
+    p.title = QStringLiteral("经理");
+    p.email = QStringLiteral("wang@example.com");
+    ASSERT_TRUE(p.save());
+    const UserProfile back = UserProfile::load();
+    EXPECT_EQ(back.account, QStringLiteral("O'Reilly 公司"));
+    EXPECT_EQ(back.email, QStringLiteral("wang@example.com"));
+    EXPECT_TRUE(back.isComplete());
+    tarveldatabase db;
+    RecordsetPtr rs = db.GetReadRs(QStringLiteral(
+        "SELECT set_name, set_visible, set_description FROM setting WHERE set_type='personal' "
+        "AND set_key='user_email'"));
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(rs->value(0).toString(), QStringLiteral("电子邮件"));
+    EXPECT_EQ(rs->value(1).toString(), QStringLiteral("1"));
+    EXPECT_TRUE(rs->value(2).toString().contains(QStringLiteral("报告文件")));
 }

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
@@ -16,8 +17,8 @@
 #include "shell/mainwindow.h"
 #include "shell/startup.h"
 #include "store/encode.h"
-#include "tests/shell/scripted.h"
 #include "tests/support/tempdatafile.h"
+#include "tests/views/scripted.h"
 
 using namespace tarvel;
 using tarvel::testsupport::RecordingOpener;
@@ -313,8 +314,16 @@ void StartTest::startRoutineRunsFirstRunThenLogin() {
     };
 
     QVERIFY(startUp(closeBox) == nullptr);  // first run closed: the program ends
+    QCOMPARE(programFieldSettings(3)->Count(), 0);
     std::unique_ptr<TarvelMain> main = startUp(finishFirstRun);
     QVERIFY(main);
+    // The lists' columns are loaded before the main window opens.
+    for (int kind = 1; kind <= 5; ++kind) {
+        FSettings stored;
+        stored.GetMySetting(qint16(kind));
+        QCOMPARE(programFieldSettings(kind)->Count(), stored.Count());
+        QCOMPARE(programFieldSettings(kind)->SelectFields(), stored.SelectFields());
+    }
     QCOMPARE(main->objectName(), QStringLiteral("tarvel_main"));
     QVERIFY(!main->isVisible());  // the caller shows it
     main.reset();

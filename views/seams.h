@@ -12,11 +12,13 @@ namespace tarvel {
 class Dialogs {
 public:
     enum class Icon { Information, Question };
+    enum class Buttons { YesNo, OkCancel };
     virtual ~Dialogs() = default;
     // A notice or refusal: information icon, one OK button.
     virtual void info(const QString& title, const QString& text) = 0;
-    // A question with Yes and No; true only for Yes.
-    virtual bool ask(const QString& title, const QString& text, Icon icon = Icon::Question) = 0;
+    // A question; true only for Yes (or OK).
+    virtual bool ask(const QString& title, const QString& text, Icon icon = Icon::Question,
+                     Buttons buttons = Buttons::YesNo) = 0;
 };
 
 // QMessageBox over the window that owns the instance.
@@ -24,7 +26,7 @@ class MessageBoxDialogs : public Dialogs {
 public:
     explicit MessageBoxDialogs(QWidget* parent) : parent_(parent) {}
     void info(const QString& title, const QString& text) override;
-    bool ask(const QString& title, const QString& text, Icon icon) override;
+    bool ask(const QString& title, const QString& text, Icon icon, Buttons buttons) override;
 
 private:
     QPointer<QWidget> parent_;

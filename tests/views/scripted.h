@@ -4,7 +4,7 @@
 #include <QString>
 #include <QUrl>
 
-#include "shell/seams.h"
+#include "views/seams.h"
 
 namespace tarvel::testsupport {
 
@@ -16,13 +16,14 @@ public:
         QString title;
         QString text;
         Icon icon = Icon::Information;
+        Buttons buttons = Buttons::YesNo;
     };
     void info(const QString& title, const QString& text) override {
-        shown.append({QStringLiteral("info"), title, text, Icon::Information});
+        shown.append({QStringLiteral("info"), title, text, Icon::Information, Buttons::YesNo});
     }
-    bool ask(const QString& title, const QString& text, Icon icon) override {
-        shown.append({QStringLiteral("ask"), title, text, icon});
-        // An unscripted question is answered No, as closing the box would.
+    bool ask(const QString& title, const QString& text, Icon icon, Buttons buttons) override {
+        shown.append({QStringLiteral("ask"), title, text, icon, buttons});
+        // An unscripted question is answered No (Cancel), as closing the box would.
         return answers.isEmpty() ? false : answers.takeFirst();
     }
     QString lastText() const { return shown.isEmpty() ? QString() : shown.last().text; }

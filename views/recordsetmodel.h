@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QVector>
+
+#include "store/recordset.h"
+
+namespace tarvel {
+
+// Shows a recordset (a data control's, usually) in a grid. The rows are read
+// when the model is (re)loaded; call reload() after the recordset changed.
+// Grid rows and recordset rows are kept in step through currentRow()/moveTo().
+class RecordsetModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void setRecordset(RecordsetPtr recordset);
+    RecordsetPtr recordset() const { return recordset_; }
+    // Re-reads every row; the recordset keeps its position.
+    void reload();
+
+    // A header caption other than the field name.
+    void setCaption(int column, const QString& caption);
+
+    // The recordset's current row as a grid row; -1 at BOF or EOF.
+    int currentRow() const;
+    // Makes a grid row the recordset's current row; false when out of range.
+    bool moveTo(int row);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+
+private:
+    RecordsetPtr recordset_;
+    QVector<QVector<QVariant>> rows_;
+    QStringList names_;
+    QHash<int, QString> captions_;
+};
+
+}  // namespace tarvel
