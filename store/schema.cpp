@@ -252,6 +252,9 @@ QStringList creationStatements() {
     statements << QStringLiteral("CREATE INDEX idx_options_kind ON options (opt_object, opt_name)");
     statements << QStringLiteral("CREATE INDEX idx_setting_key ON setting (set_type, set_key)");
     statements << QStringLiteral("CREATE INDEX idx_fields_type ON fields (fie_type, fie_index)");
+    // The date condition of the schedule tests tas_cycle first, then tas_date.
+    statements << QStringLiteral(
+        "CREATE INDEX idx_tasks_cycle_date ON tasks (tas_cycle, tas_date)");
     // One row per contact; a contact's account is the one it is linked to (the
     // program keeps at most one), so the lowest link decides if there are more.
     statements << QStringLiteral(

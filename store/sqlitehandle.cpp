@@ -33,6 +33,26 @@ void timeFunction(sqlite3_context* ctx, int, sqlite3_value**) {
     resultText(ctx, jetdate::canonicalTime(Clock::time()));
 }
 
+// The calendar date of a stored value, read straight from the canonical text
+// (the common case) before falling back to the general parser.
+std::optional<QDate> argumentDay(sqlite3_value* value) {
+    if (sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    if (!text) return std::nullopt;
+    const int size = sqlite3_value_bytes(value);
+    auto digit = [text](int i) {
+        return text[i] >= '0' && text[i] <= '9' ? text[i] - '0' : -100000;
+    };
+    if (size == 19 && text[4] == '-' && text[7] == '-') {
+        const QDate d(digit(0) * 1000 + digit(1) * 100 + digit(2) * 10 + digit(3),
+                      digit(5) * 10 + digit(6), digit(8) * 10 + digit(9));
+        if (d.isValid()) return d;
+    }
+    const QString s = QString::fromUtf8(text, size);
+    if (auto parsed = jetdate::parseLiteral(s)) return parsed->date();
+    return std::nullopt;
+}
+
 std::optional<QDateTime> argumentDate(sqlite3_value* value) {
     if (sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
     const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -42,10 +62,10 @@ std::optional<QDateTime> argumentDate(sqlite3_value* value) {
     return jetdate::parseLiteral(s);
 }
 
-// WEEKDAY, DAY, MONTH, YEAR of a date; null for null or a value that is no date.
-template <int (*Part)(const QDateTime&)>
-void datePartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
-    const auto d = argumentDate(argv[0]);
+// WEEKDAY, DAY, MONTH, YEAR: they run once per row of the schedule's queries.
+template <int (*Part)(const QDate&)>
+void dayPartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    const auto d = argumentDay(argv[0]);
     if (!d) {
         sqlite3_result_null(ctx);
         return;
@@ -53,23 +73,34 @@ void datePartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_result_int(ctx, Part(*d));
 }
 
-int weekdayOf(const QDateTime& d) {
-    return jetdate::weekdaySundayFirst(d.date());
+// HOUR and MINUTE of a date/time; null for null or a value that is no date.
+template <int (*Part)(const QTime&)>
+void timePartFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    const auto d = argumentDate(argv[0]);
+    if (!d) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    sqlite3_result_int(ctx, Part(d->time()));
 }
-int dayOf(const QDateTime& d) {
-    return d.date().day();
+
+int weekdayOf(const QDate& d) {
+    return jetdate::weekdaySundayFirst(d);
 }
-int monthOf(const QDateTime& d) {
-    return d.date().month();
+int dayOf(const QDate& d) {
+    return d.day();
 }
-int yearOf(const QDateTime& d) {
-    return d.date().year();
+int monthOf(const QDate& d) {
+    return d.month();
 }
-int hourOf(const QDateTime& d) {
-    return d.time().hour();
+int yearOf(const QDate& d) {
+    return d.year();
 }
-int minuteOf(const QDateTime& d) {
-    return d.time().minute();
+int hourOf(const QTime& t) {
+    return t.hour();
+}
+int minuteOf(const QTime& t) {
+    return t.minute();
 }
 
 // first(): the value of the first row of each group, nulls included.
@@ -140,6 +171,9 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
         return fail(QStringLiteral("%1 不是 Tarvel 数据文件，或数据库密码不对").arg(path));
     }
     sqlite3_busy_timeout(db, 2000);
+    // Pages are decrypted on every cache miss; a larger cache keeps lists and the
+    // schedule's day-by-day queries from decrypting the same pages again.
+    sqlite3_exec(db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr);
     return std::shared_ptr<Handle>(new Handle(db, path));
 }
 
@@ -152,17 +186,16 @@ void Handle::registerFunctions() {
     sqlite3_create_function(db_, dialect::kTimeFunction, 0, flags, nullptr, timeFunction, nullptr,
                             nullptr);
     const int pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
-    sqlite3_create_function(db_, "weekday", 1, pure, nullptr, datePartFunction<weekdayOf>, nullptr,
+    sqlite3_create_function(db_, "weekday", 1, pure, nullptr, dayPartFunction<weekdayOf>, nullptr,
                             nullptr);
-    sqlite3_create_function(db_, "day", 1, pure, nullptr, datePartFunction<dayOf>, nullptr,
+    sqlite3_create_function(db_, "day", 1, pure, nullptr, dayPartFunction<dayOf>, nullptr, nullptr);
+    sqlite3_create_function(db_, "month", 1, pure, nullptr, dayPartFunction<monthOf>, nullptr,
                             nullptr);
-    sqlite3_create_function(db_, "month", 1, pure, nullptr, datePartFunction<monthOf>, nullptr,
+    sqlite3_create_function(db_, "year", 1, pure, nullptr, dayPartFunction<yearOf>, nullptr,
                             nullptr);
-    sqlite3_create_function(db_, "year", 1, pure, nullptr, datePartFunction<yearOf>, nullptr,
+    sqlite3_create_function(db_, "hour", 1, pure, nullptr, timePartFunction<hourOf>, nullptr,
                             nullptr);
-    sqlite3_create_function(db_, "hour", 1, pure, nullptr, datePartFunction<hourOf>, nullptr,
-                            nullptr);
-    sqlite3_create_function(db_, "minute", 1, pure, nullptr, datePartFunction<minuteOf>, nullptr,
+    sqlite3_create_function(db_, "minute", 1, pure, nullptr, timePartFunction<minuteOf>, nullptr,
                             nullptr);
     sqlite3_create_function(db_, "first", 1, SQLITE_UTF8, nullptr, nullptr, firstStep, firstFinal);
 }
