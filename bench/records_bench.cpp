@@ -24,23 +24,17 @@
 
 #include <QDateTime>
 #include <QString>
-#include <QTemporaryDir>
 #include <cstdio>
-#include <cstring>
-#include <ctime>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench/rawengine.h"
 #include "records/contact.h"
-#include "store/connectionstring.h"
-#include "store/schema.h"
-#include "store/sqlitehandle.h"
-#include "store/tarveldatabase.h"
-#include "tools/datafile.h"
 
 namespace {
+
+using namespace tarvel::bench;
 
 constexpr int kAccounts = 2000;
 constexpr int kContacts = 10000;
@@ -51,22 +45,6 @@ constexpr int kLinkedPercent = 80;
 const char* const kSurnames[] = {"王", "李", "张", "刘", "陈", "杨", "黄", "赵", "吴", "周"};
 const char* const kGiven[] = {"伟", "芳", "娜", "敏", "静", "强", "磊", "军", "洋", "勇"};
 const char* const kCities[] = {"北京", "上海", "广州", "深圳", "杭州", "成都"};
-
-bool check(sqlite3* db, int rc, const char* what) {
-    if (rc == SQLITE_OK || rc == SQLITE_DONE || rc == SQLITE_ROW) return true;
-    std::fprintf(stderr, "%s: %s\n", what, sqlite3_errmsg(db));
-    return false;
-}
-
-sqlite3_stmt* prepare(sqlite3* db, const char* sql) {
-    sqlite3_stmt* stmt = nullptr;
-    if (!check(db, sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr), sql)) return nullptr;
-    return stmt;
-}
-
-void bindText(sqlite3_stmt* stmt, int index, const std::string& text) {
-    sqlite3_bind_text(stmt, index, text.data(), int(text.size()), SQLITE_TRANSIENT);
-}
 
 // Runs a prepared write or probe to its end; counts the rows a probe returned.
 bool step(sqlite3* db, sqlite3_stmt* stmt, int* rows = nullptr) {
@@ -83,28 +61,6 @@ bool step(sqlite3* db, sqlite3_stmt* stmt, int* rows = nullptr) {
     sqlite3_clear_bindings(stmt);
     if (rows) *rows = n;
     return check(db, rc, "step");
-}
-
-std::string nowText() {
-    const std::time_t t = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&t, &local);
-    char buffer[32];
-    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
-    return buffer;
-}
-
-sqlite3* openRaw(const QString& path) {
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr) !=
-        SQLITE_OK) {
-        sqlite3_close(db);
-        return nullptr;
-    }
-    const char* key = tarvel::schema::kDatabasePassword;
-    sqlite3_key(db, key, int(std::strlen(key)));
-    sqlite3_busy_timeout(db, 2000);
-    return db;
 }
 
 bool fill(sqlite3* db) {
@@ -419,108 +375,38 @@ void loadRaw(benchmark::State& state) {
 }
 
 // ---------------------------------------------------------------------------
-// Console output plus a ratio summary per pair
+// The run
 
-struct Pair {
-    const char* name;
-    double target;  // the ratio records/raw this case aims at
-};
-constexpr Pair kPairs[] = {{"add_and_link", 3.0}, {"load", 1.5}};
+// Opens the raw side on the new data file, fills it and prepares its statements.
+bool fillDataFile(const QString& path) {
+    raw.db = openRaw(path);
+    return raw.db && fill(raw.db) && raw.prepareAll();
+}
 
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-            Sample& s = samples_[run.run_name.function_name];
-            s.real += run.real_accumulated_time / double(run.iterations);
-            s.cpu += run.cpu_accumulated_time / double(run.iterations);
-            ++s.count;
-        }
+// The records read what the raw side wrote.
+bool warmUp() {
+    tarvel::Contact probe;
+    probe.setID(1);
+    if (!probe.GetById() || probe.LastName().isEmpty()) {
+        std::fprintf(stderr, "the records cannot read the data file: %s\n",
+                     qPrintable(probe.ErrMsg()));
+        return false;
     }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        std::printf("\nrecords/raw per iteration (wall clock; cpu in brackets):\n");
-        for (const Pair& p : kPairs) {
-            const auto a = samples_.find(std::string(p.name) + "/records");
-            const auto r = samples_.find(std::string(p.name) + "/raw");
-            if (a == samples_.end() || r == samples_.end()) continue;
-            const double ratio = a->second.meanReal() / r->second.meanReal();
-            const double cpuRatio = a->second.meanCpu() / r->second.meanCpu();
-            std::printf("  %-13s %10.3f us / %10.3f us = %6.2fx  (cpu %6.2fx)  aim <= %.1fx  %s\n",
-                        p.name, a->second.meanReal() * 1e6, r->second.meanReal() * 1e6, ratio,
-                        cpuRatio, p.target, ratio <= p.target ? "met" : "MISSED");
-        }
-        std::fflush(stdout);
-    }
+    return true;
+}
 
-private:
-    struct Sample {
-        double real = 0, cpu = 0;
-        int count = 0;
-        double meanReal() const { return real / count; }
-        double meanCpu() const { return cpu / count; }
-    };
-    std::map<std::string, Sample> samples_;
-};
+void release() {
+    closeRaw(raw.db, raw.all());
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool customFormat = false;
-    for (int i = 1; i < argc; ++i)
-        if (std::strncmp(argv[i], "--benchmark_format", 18) == 0) customFormat = true;
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-
-    QTemporaryDir dir;
-    if (!dir.isValid()) {
-        std::fprintf(stderr, "cannot create a temporary folder\n");
-        return 1;
-    }
-    const QString path = dir.filePath(QStringLiteral("bench.tvg"));
-    QString error;
-    if (!tarvel::datafile::create(path, &error)) {
-        std::fprintf(stderr, "cannot build the data file: %s\n", qPrintable(error));
-        return 1;
-    }
-    raw.db = openRaw(path);
-    if (!raw.db || !fill(raw.db) || !raw.prepareAll()) return 1;
-    tarvel::setGlobalConnectionString(tarvel::connectionStringFor(path));
-
-    // Open the access layer's cached handle (key derivation) before timing.
-    {
-        tarvel::Contact probe;
-        probe.setID(1);
-        if (!probe.GetById() || probe.LastName().isEmpty()) {
-            std::fprintf(stderr, "the records cannot read the data file: %s\n",
-                         qPrintable(probe.ErrMsg()));
-            return 1;
-        }
-    }
-
-    benchmark::RegisterBenchmark("add_and_link/records", addAndLinkRecords)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("add_and_link/raw", addAndLinkRaw)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("load/records", loadRecords)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("load/raw", loadRaw)->Unit(benchmark::kMicrosecond)->UseRealTime();
-
-    if (customFormat) {
-        benchmark::RunSpecifiedBenchmarks();
-    } else {
-        RatioReporter reporter;
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-    }
-
-    tarvel::closeAllHandles();
-    for (sqlite3_stmt* s : raw.all()) sqlite3_finalize(s);
-    sqlite3_close(raw.db);
-    benchmark::Shutdown();
-    return 0;
+    return tarvel::bench::run(
+        argc, argv, {fillDataFile, warmUp, release},
+        {{"add_and_link/records", addAndLinkRecords, benchmark::kMicrosecond},
+         {"add_and_link/raw", addAndLinkRaw, benchmark::kMicrosecond},
+         {"load/records", loadRecords, benchmark::kMicrosecond},
+         {"load/raw", loadRaw, benchmark::kMicrosecond}},
+        {"records", Layout::MicrosecondsWithCpu, {{"add_and_link", 3.0}, {"load", 1.5}}, {}});
 }

@@ -30,26 +30,22 @@
 
 #include <QDate>
 #include <QString>
-#include <QTemporaryDir>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench/rawengine.h"
 #include "schedule/recurrence.h"
 #include "schedule/reminders.h"
 #include "schedule/statistics.h"
-#include "store/connectionstring.h"
 #include "store/dialect.h"
-#include "store/schema.h"
-#include "store/sqlitehandle.h"
 #include "store/tarveldatabase.h"
-#include "tools/datafile.h"
 
 namespace {
+
+using namespace tarvel::bench;
 
 constexpr int kContacts = 2000;
 constexpr int kTasks = 50000;
@@ -61,21 +57,6 @@ constexpr int kMonthDays = 30;
 
 // ---------------------------------------------------------------------------
 // The raw engine
-
-bool ok(sqlite3* db, int rc, const char* what) {
-    if (rc == SQLITE_OK || rc == SQLITE_DONE || rc == SQLITE_ROW) return true;
-    std::fprintf(stderr, "%s: %s\n", what, sqlite3_errmsg(db));
-    return false;
-}
-
-sqlite3_stmt* prepareRaw(sqlite3* db, const QString& sql) {
-    sqlite3_stmt* stmt = nullptr;
-    const QByteArray text = sql.toUtf8();
-    if (!ok(db, sqlite3_prepare_v2(db, text.constData(), text.size(), &stmt, nullptr),
-            text.constData()))
-        return nullptr;
-    return stmt;
-}
 
 // The date parts of a stored "YYYY-MM-DD HH:MM:SS" text, read in place.
 bool dateParts(sqlite3_value* value, int* y, int* m, int* d) {
@@ -104,50 +85,37 @@ void rawDatePart(sqlite3_context* ctx, int, sqlite3_value** argv) {
     }
 }
 
-sqlite3* openRaw(const QString& path) {
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr) !=
-        SQLITE_OK) {
-        sqlite3_close(db);
-        return nullptr;
-    }
-    const char* key = tarvel::schema::kDatabasePassword;
-    sqlite3_key(db, key, int(std::strlen(key)));
+// The raw side's own WEEKDAY, DAY and MONTH.
+void registerDateParts(sqlite3* db) {
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
     sqlite3_create_function(db, "weekday", 1, flags, nullptr, rawDatePart<0>, nullptr, nullptr);
     sqlite3_create_function(db, "day", 1, flags, nullptr, rawDatePart<1>, nullptr, nullptr);
     sqlite3_create_function(db, "month", 1, flags, nullptr, rawDatePart<2>, nullptr, nullptr);
-    sqlite3_busy_timeout(db, 2000);
-    return db;
 }
 
 std::string dateText(const QDate& d) {
     return d.toString(QStringLiteral("yyyy-MM-dd 00:00:00")).toStdString();
 }
 
-void bindText(sqlite3_stmt* stmt, int index, const std::string& text) {
-    sqlite3_bind_text(stmt, index, text.data(), int(text.size()), SQLITE_TRANSIENT);
-}
-
 bool fill(sqlite3* db) {
     std::mt19937 rng(20250618);
     auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); };
-    bool good = ok(db, sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), "BEGIN");
-    sqlite3_stmt* contact = prepareRaw(
+    bool good = check(db, sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), "BEGIN");
+    sqlite3_stmt* contact = prepare(
         db, QStringLiteral("INSERT INTO contacts (con_lastname, con_birthday) VALUES (?, ?)"));
     for (int i = 1; good && i <= kContacts; ++i) {
         bindText(contact, 1, "联系人" + std::to_string(i));
         bindText(contact, 2, dateText(QDate(1960, 1, 1).addDays(pick(15000))));
-        good = ok(db, sqlite3_step(contact), "contact");
+        good = check(db, sqlite3_step(contact), "contact");
         sqlite3_reset(contact);
     }
-    sqlite3_stmt* task = prepareRaw(
+    sqlite3_stmt* task = prepare(
         db, QStringLiteral("INSERT INTO tasks (tas_subject, tas_date, tas_time, tas_cycle, "
                            "tas_closedate, tas_remind, tas_again, tas_closed, tas_outlay, "
                            "tas_create_date, tas_recent_contact_date) VALUES (?,?,?,?,?,?,?,?,?,"
                            "'2024-01-01 00:00:00','2025-01-01 10:00:00')"));
     sqlite3_stmt* link =
-        prepareRaw(db, QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (?,?)"));
+        prepare(db, QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (?,?)"));
     const QDate first(2024, 1, 1);
     static const int cycles[] = {1, 1, 7, 7, 7, 30, 30, 365, 365, 365};
     for (int i = 1; good && i <= kTasks; ++i) {
@@ -166,18 +134,18 @@ bool fill(sqlite3* db) {
         sqlite3_bind_int(task, 7, pick(2));
         sqlite3_bind_int(task, 8, pick(2));
         sqlite3_bind_double(task, 9, pick(500));
-        good = ok(db, sqlite3_step(task), "task");
+        good = check(db, sqlite3_step(task), "task");
         sqlite3_reset(task);
         if (good && pick(100) < kLinkedPercent) {
             sqlite3_bind_int(link, 1, 1 + pick(kContacts));
             sqlite3_bind_int64(link, 2, sqlite3_last_insert_rowid(db));
-            good = ok(db, sqlite3_step(link), "link");
+            good = check(db, sqlite3_step(link), "link");
             sqlite3_reset(link);
         }
     }
     for (sqlite3_stmt* s : {contact, task, link}) sqlite3_finalize(s);
-    return ok(db, sqlite3_exec(db, good ? "COMMIT" : "ROLLBACK", nullptr, nullptr, nullptr),
-              "COMMIT") &&
+    return check(db, sqlite3_exec(db, good ? "COMMIT" : "ROLLBACK", nullptr, nullptr, nullptr),
+                 "COMMIT") &&
            good;
 }
 
@@ -205,16 +173,16 @@ struct Raw {
     sqlite3_stmt* selected = nullptr;
 
     bool prepareAll(const QString& filter) {
-        oneDate = prepareRaw(db, engineSql(tarvel::todayTasksQuery(kOneDate)));
+        oneDate = prepare(db, engineSql(tarvel::todayTasksQuery(kOneDate)));
         for (int i = 0; i < kMonthDays; ++i) {
             const QDate d = kMonthStart.addDays(i);
-            monthDays.push_back(prepareRaw(db, engineSql(tarvel::todayTasksQuery(d))));
+            monthDays.push_back(prepare(db, engineSql(tarvel::todayTasksQuery(d))));
             marks.push_back(
-                prepareRaw(db, engineSql(QStringLiteral("UPDATE tasks SET tas_check=true") +
-                                         tarvel::statisticsTaskDateCondition(d))));
+                prepare(db, engineSql(QStringLiteral("UPDATE tasks SET tas_check=true") +
+                                      tarvel::statisticsTaskDateCondition(d))));
         }
-        clearMarks = prepareRaw(db, engineSql(QStringLiteral("UPDATE tasks SET tas_check=0")));
-        selected = prepareRaw(db, engineSql(selectionListSql(filter)));
+        clearMarks = prepare(db, engineSql(QStringLiteral("UPDATE tasks SET tas_check=0")));
+        selected = prepare(db, engineSql(selectionListSql(filter)));
         for (sqlite3_stmt* s : all())
             if (!s) return false;
         return true;
@@ -242,7 +210,7 @@ struct Raw {
             ++rows;
         }
         sqlite3_reset(stmt);
-        return ok(db, rc, "step") ? rows : -1;
+        return check(db, rc, "step") ? rows : -1;
     }
 };
 Raw raw;
@@ -320,11 +288,12 @@ void selectionSchedule(benchmark::State& state) {
 void selectionRaw(benchmark::State& state) {
     int rows = 0;
     for (auto _ : state) {
-        bool good = ok(raw.db, sqlite3_exec(raw.db, "BEGIN", nullptr, nullptr, nullptr), "BEGIN") &&
-                    raw.run(raw.clearMarks) >= 0;
+        bool good =
+            check(raw.db, sqlite3_exec(raw.db, "BEGIN", nullptr, nullptr, nullptr), "BEGIN") &&
+            raw.run(raw.clearMarks) >= 0;
         for (sqlite3_stmt* mark : raw.marks) good = good && raw.run(mark) >= 0;
-        good =
-            good && ok(raw.db, sqlite3_exec(raw.db, "COMMIT", nullptr, nullptr, nullptr), "COMMIT");
+        good = good &&
+               check(raw.db, sqlite3_exec(raw.db, "COMMIT", nullptr, nullptr, nullptr), "COMMIT");
         rows = raw.run(raw.selected);
         if (!good || rows < 0) {
             state.SkipWithError(sqlite3_errmsg(raw.db));
@@ -334,98 +303,43 @@ void selectionRaw(benchmark::State& state) {
     state.counters["rows"] = rows;
 }
 
-// The access layer gives each file a 16 MiB page cache; the raw side gets the
-// same, so both decrypt the same pages.
-bool matchPageCache() {
-    return ok(raw.db, sqlite3_exec(raw.db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr),
-              "page cache");
+// ---------------------------------------------------------------------------
+// The run
+
+// Opens the raw side on the new data file, fills it and prepares its statements.
+bool fillDataFile(const QString& path) {
+    raw.db = openRaw(path);
+    if (!raw.db) return false;
+    registerDateParts(raw.db);
+    Silent silent;
+    const QString filter = tarvel::ScheduleStatistics(silent).filter(7);
+    return fill(raw.db) && raw.prepareAll(filter);
 }
 
-// ---------------------------------------------------------------------------
-// Console output, then the ratio of each pair
-
-struct Aim {
-    const char* name;
-    double ratio;
-};
-constexpr Aim kAims[] = {{"one_date", 1.5}, {"month", 1.5}, {"selection7", 1.5}};
-
-class RatioSummary : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                seconds_[run.run_name.function_name] =
-                    run.real_accumulated_time / double(run.iterations);
+bool warmUp() {
+    if (readAll(QStringLiteral("SELECT COUNT(*) FROM tasks")) != 1) {
+        std::fprintf(stderr, "the access layer cannot read the data file\n");
+        return false;
     }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        std::printf("\nschedule/raw per iteration, wall clock:\n");
-        for (const Aim& aim : kAims) {
-            const std::string name = aim.name;
-            if (!seconds_.count(name + "/schedule") || !seconds_.count(name + "/raw")) continue;
-            const double mine = seconds_[name + "/schedule"], theirs = seconds_[name + "/raw"];
-            std::printf("  %-11s %10.3f ms / %10.3f ms = %5.2fx  aim <= %.1fx  %s\n", aim.name,
-                        mine * 1e3, theirs * 1e3, mine / theirs, aim.ratio,
-                        mine / theirs <= aim.ratio ? "met" : "MISSED");
-        }
-        if (seconds_.count("selection7/schedule"))
-            std::printf("  selection 7 over 30 days: %.0f ms  aim < 1000 ms  %s\n",
-                        seconds_["selection7/schedule"] * 1e3,
-                        seconds_["selection7/schedule"] < 1.0 ? "met" : "MISSED");
-        std::fflush(stdout);
-    }
+    return true;
+}
 
-private:
-    std::map<std::string, double> seconds_;
-};
+void release() {
+    closeRaw(raw.db, raw.all());
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool ownFormat = false;
-    for (int i = 1; i < argc; ++i)
-        if (std::strncmp(argv[i], "--benchmark_format", 18) == 0) ownFormat = true;
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("bench.tvg"));
-    QString error;
-    if (!dir.isValid() || !tarvel::datafile::create(path, &error)) {
-        std::fprintf(stderr, "cannot build the data file: %s\n", qPrintable(error));
-        return 1;
-    }
-    raw.db = openRaw(path);
-    Silent silent;
-    const QString filter = tarvel::ScheduleStatistics(silent).filter(7);
-    if (!raw.db || !fill(raw.db) || !raw.prepareAll(filter)) return 1;
-    tarvel::setGlobalConnectionString(tarvel::connectionStringFor(path));
-    // Open the access layer's cached handle (key derivation) before timing.
-    if (readAll(QStringLiteral("SELECT COUNT(*) FROM tasks")) != 1) {
-        std::fprintf(stderr, "the access layer cannot read the data file\n");
-        return 1;
-    }
-    if (!matchPageCache()) return 1;
-
-    const std::pair<const char*, void (*)(benchmark::State&)> cases[] = {
-        {"one_date/schedule", oneDateSchedule},     {"one_date/raw", oneDateRaw},
-        {"month/schedule", monthSchedule},          {"month/raw", monthRaw},
-        {"selection7/schedule", selectionSchedule}, {"selection7/raw", selectionRaw}};
-    for (const auto& [name, fn] : cases)
-        benchmark::RegisterBenchmark(name, fn)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-    if (ownFormat) {
-        benchmark::RunSpecifiedBenchmarks();
-    } else {
-        RatioSummary summary;
-        benchmark::RunSpecifiedBenchmarks(&summary);
-    }
-
-    tarvel::closeAllHandles();
-    for (sqlite3_stmt* s : raw.all()) sqlite3_finalize(s);
-    sqlite3_close(raw.db);
-    benchmark::Shutdown();
-    return 0;
+    return tarvel::bench::run(argc, argv, {fillDataFile, warmUp, release},
+                              {{"one_date/schedule", oneDateSchedule, benchmark::kMillisecond},
+                               {"one_date/raw", oneDateRaw, benchmark::kMillisecond},
+                               {"month/schedule", monthSchedule, benchmark::kMillisecond},
+                               {"month/raw", monthRaw, benchmark::kMillisecond},
+                               {"selection7/schedule", selectionSchedule, benchmark::kMillisecond},
+                               {"selection7/raw", selectionRaw, benchmark::kMillisecond}},
+                              {"schedule",
+                               Layout::MillisecondsWallClock,
+                               {{"one_date", 1.5}, {"month", 1.5}, {"selection7", 1.5}},
+                               {{"selection7/schedule", "selection 7 over 30 days", 1.0}}});
 }

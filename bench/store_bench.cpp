@@ -17,26 +17,22 @@
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
 #include <QDate>
 #include <QString>
-#include <QTemporaryDir>
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "store/connectionstring.h"
-#include "store/schema.h"
-#include "store/sqlitehandle.h"
+#include "bench/rawengine.h"
 #include "store/tarveldatabase.h"
-#include "tools/datafile.h"
 
 namespace {
+
+using namespace tarvel::bench;
 
 constexpr int kAccounts = 5000;
 constexpr int kContacts = 20000;
@@ -140,26 +136,14 @@ private:
 };
 
 // ---------------------------------------------------------------------------
-// Raw engine helpers
-
-bool check(sqlite3* db, int rc, const char* what) {
-    if (rc == SQLITE_OK || rc == SQLITE_DONE || rc == SQLITE_ROW) return true;
-    std::fprintf(stderr, "%s: %s\n", what, sqlite3_errmsg(db));
-    return false;
-}
-
-sqlite3_stmt* prepare(sqlite3* db, const char* sql) {
-    sqlite3_stmt* stmt = nullptr;
-    if (!check(db, sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr), sql)) return nullptr;
-    return stmt;
-}
+// Inserts through the raw engine
 
 // Binds text, an integer or null in column order and runs a prepared insert.
 class Insert {
 public:
     Insert(sqlite3* db, sqlite3_stmt* stmt) : db_(db), stmt_(stmt) {}
     Insert& text(const std::string& value) {
-        sqlite3_bind_text(stmt_, ++index_, value.data(), int(value.size()), SQLITE_TRANSIENT);
+        bindText(stmt_, ++index_, value);
         return *this;
     }
     Insert& textOrNull(const std::string& value) {
@@ -190,20 +174,6 @@ private:
     sqlite3_stmt* stmt_;
     int index_ = 0;
 };
-
-sqlite3* openRaw(const QString& path) {
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
-                        nullptr) != SQLITE_OK) {
-        std::fprintf(stderr, "cannot open %s\n", qPrintable(path));
-        sqlite3_close(db);
-        return nullptr;
-    }
-    const char* key = tarvel::schema::kDatabasePassword;
-    sqlite3_key(db, key, int(std::strlen(key)));
-    sqlite3_busy_timeout(db, 2000);  // as the access layer does
-    return db;
-}
 
 bool fillAccounts(sqlite3* db, Generator& g) {
     sqlite3_stmt* stmt = prepare(
@@ -386,12 +356,8 @@ bool prepareRaw() {
            raw.check >= 0;
 }
 
-bool buildDataFile(const QString& path) {
-    QString error;
-    if (!tarvel::datafile::create(path, &error)) {
-        std::fprintf(stderr, "cannot build the data file: %s\n", qPrintable(error));
-        return false;
-    }
+// Opens the raw side on the new data file, fills it and prepares its statements.
+bool fillDataFile(const QString& path) {
     raw.db = openRaw(path);
     if (!raw.db) return false;
     Generator g(20240501);
@@ -401,16 +367,6 @@ bool buildDataFile(const QString& path) {
                "COMMIT") &&
          ok;
     return ok && prepareRaw();
-}
-
-// The current time as the canonical text the engine stores.
-std::string nowText() {
-    const std::time_t t = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&t, &local);
-    char buffer[32];
-    std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
-    return buffer;
 }
 
 // ---------------------------------------------------------------------------
@@ -498,8 +454,7 @@ void stampRaw(benchmark::State& state) {
     int id = 0;
     for (auto _ : state) {
         id = id % kContacts + 1;
-        const std::string now = nowText();
-        sqlite3_bind_text(stmt, 1, now.data(), int(now.size()), SQLITE_TRANSIENT);
+        bindText(stmt, 1, nowText());
         sqlite3_bind_int(stmt, 2, id);
         const int rc = sqlite3_step(stmt);
         sqlite3_reset(stmt);
@@ -575,146 +530,36 @@ void listRaw(benchmark::State& state) {
 }
 
 // ---------------------------------------------------------------------------
-// Console output plus a ratio summary per pair
+// The run
 
-struct Pair {
-    const char* name;
-    double target;  // the ratio access/raw this case aims at
-};
-constexpr Pair kPairs[] = {{"lookup", 1.5}, {"stamp_update", 1.5}, {"contact_list", 2.0}};
-
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    explicit RatioReporter(OutputOptions options) : ConsoleReporter(options) {}
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            // Each repetition counts; with aggregates only, the mean stands for them.
-            const bool mean = run.run_type == Run::RT_Aggregate && run.aggregate_name == "mean";
-            if ((run.run_type != Run::RT_Iteration && !mean) || run.error_occurred) continue;
-            Sample& s = (mean ? means_ : samples_)[run.run_name.function_name];
-            s.real += run.real_accumulated_time / double(run.iterations);
-            s.cpu += run.cpu_accumulated_time / double(run.iterations);
-            ++s.count;
-        }
+// The access layer sees the rows the raw side wrote.
+bool warmUp() {
+    tarvel::tarveldatabase db;
+    auto rs = db.GetReadRs(QStringLiteral("SELECT COUNT(*) AS n FROM contacts"));
+    if (!rs || rs->Eof() || rs->value(0).toInt() != kContacts) {
+        std::fprintf(stderr, "the access layer cannot read the data file: %s\n",
+                     qPrintable(db.ErrMsg()));
+        return false;
     }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        std::printf("\naccess/raw per iteration (wall clock; cpu in brackets):\n");
-        if (samples_.empty()) samples_ = means_;
-        for (const Pair& p : kPairs) {
-            const auto a = samples_.find(std::string(p.name) + "/access");
-            const auto r = samples_.find(std::string(p.name) + "/raw");
-            if (a == samples_.end() || r == samples_.end()) continue;
-            const double ratio = a->second.meanReal() / r->second.meanReal();
-            const double cpuRatio = a->second.meanCpu() / r->second.meanCpu();
-            std::printf("  %-13s %10.3f us / %10.3f us = %6.2fx  (cpu %6.2fx)  aim <= %.1fx  %s\n",
-                        p.name, a->second.meanReal() * 1e6, r->second.meanReal() * 1e6, ratio,
-                        cpuRatio, p.target, ratio <= p.target ? "met" : "MISSED");
-        }
-        std::fflush(stdout);
-    }
+    return true;
+}
 
-private:
-    struct Sample {
-        double real = 0, cpu = 0;
-        int count = 0;
-        double meanReal() const { return real / count; }
-        double meanCpu() const { return cpu / count; }
-    };
-    std::map<std::string, Sample> samples_;
-    std::map<std::string, Sample> means_;
-};
-
-// The console reporter's options from the command line, read before
-// benchmark::Initialize consumes the flags: colour as --benchmark_color says
-// (default: when stdout is a terminal), counters as columns with
-// --benchmark_counters_tabular=true. Sets `otherFormat` for a non-console format.
-benchmark::ConsoleReporter::OutputOptions consoleOptions(int argc, char** argv, bool& otherFormat) {
-    auto value = [](const char* arg, const char* flag) -> const char* {
-        const size_t n = std::strlen(flag);
-        return std::strncmp(arg, flag, n) == 0 && arg[n] == '=' ? arg + n + 1 : nullptr;
-    };
-    auto yes = [](const char* v) {
-        return std::strcmp(v, "true") == 0 || std::strcmp(v, "yes") == 0 ||
-               std::strcmp(v, "1") == 0 || std::strcmp(v, "always") == 0;
-    };
-    bool color = isatty(STDOUT_FILENO) != 0;
-    bool tabular = false;
-    otherFormat = false;
-    for (int i = 1; i < argc; ++i) {
-        if (const char* v = value(argv[i], "--benchmark_format"))
-            otherFormat = std::strcmp(v, "console") != 0;
-        if (const char* v = value(argv[i], "--benchmark_color"))
-            color = std::strcmp(v, "auto") == 0 ? color : yes(v);
-        if (const char* v = value(argv[i], "--benchmark_counters_tabular")) tabular = yes(v);
-    }
-    int options = benchmark::ConsoleReporter::OO_None;
-    if (color) options |= benchmark::ConsoleReporter::OO_Color;
-    if (tabular) options |= benchmark::ConsoleReporter::OO_Tabular;
-    return benchmark::ConsoleReporter::OutputOptions(options);
+void release() {
+    closeRaw(raw.db, {raw.lookup, raw.update, raw.list});
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool otherFormat = false;
-    const auto options = consoleOptions(argc, argv, otherFormat);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-
-    QTemporaryDir dir;
-    if (!dir.isValid()) {
-        std::fprintf(stderr, "cannot create a temporary folder\n");
-        return 1;
-    }
-    const QString path = dir.filePath(QStringLiteral("bench.tvg"));
-    if (!buildDataFile(path)) return 1;
-    tarvel::setGlobalConnectionString(tarvel::connectionStringFor(path));
-
-    // Open the access layer's cached handle (key derivation) before timing, and
-    // check that it sees the rows the raw side wrote.
-    {
-        tarvel::tarveldatabase db;
-        auto rs = db.GetReadRs(QStringLiteral("SELECT COUNT(*) AS n FROM contacts"));
-        if (!rs || rs->Eof() || rs->value(0).toInt() != kContacts) {
-            std::fprintf(stderr, "the access layer cannot read the data file: %s\n",
-                         qPrintable(db.ErrMsg()));
-            return 1;
-        }
-    }
-
-    benchmark::RegisterBenchmark("lookup/access", lookupAccess)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("lookup/raw", lookupRaw)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("stamp_update/access", stampAccess)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("stamp_update/raw", stampRaw)
-        ->Unit(benchmark::kMicrosecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("contact_list/access", listAccess)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime();
-    benchmark::RegisterBenchmark("contact_list/raw", listRaw)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime();
-
-    if (otherFormat) {
-        benchmark::RunSpecifiedBenchmarks();
-    } else {
-        RatioReporter reporter(options);
-        benchmark::RunSpecifiedBenchmarks(&reporter);
-    }
-
-    tarvel::closeAllHandles();
-    sqlite3_finalize(raw.lookup);
-    sqlite3_finalize(raw.update);
-    sqlite3_finalize(raw.list);
-    sqlite3_close(raw.db);
-    benchmark::Shutdown();
-    return 0;
+    return tarvel::bench::run(argc, argv, {fillDataFile, warmUp, release},
+                              {{"lookup/access", lookupAccess, benchmark::kMicrosecond},
+                               {"lookup/raw", lookupRaw, benchmark::kMicrosecond},
+                               {"stamp_update/access", stampAccess, benchmark::kMicrosecond},
+                               {"stamp_update/raw", stampRaw, benchmark::kMicrosecond},
+                               {"contact_list/access", listAccess, benchmark::kMillisecond},
+                               {"contact_list/raw", listRaw, benchmark::kMillisecond}},
+                              {"access",
+                               Layout::MicrosecondsWithCpu,
+                               {{"lookup", 1.5}, {"stamp_update", 1.5}, {"contact_list", 2.0}},
+                               {}});
 }
