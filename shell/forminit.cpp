@@ -7,16 +7,14 @@
 
 #include "shell/globals.h"
 #include "store/encode.h"
+#include "views/page.h"
 
 namespace tarvel {
 
 namespace {
 QLabel* heading(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
-    QFont f = label->font();
-    f.setPointSizeF(f.pointSizeF() * 1.3);
-    f.setBold(true);
-    label->setFont(f);
+    setHeadingFont(label, 1.3);
     return label;
 }
 

@@ -7,6 +7,7 @@
 
 #include "shell/globals.h"
 #include "store/encode.h"
+#include "views/page.h"
 
 namespace tarvel {
 
@@ -25,10 +26,7 @@ FormLogin::FormLogin(QWidget* parent)
 
     auto* product = new QLabel(QStringLiteral("Tarvel日志软件V3.1"), this);
     product->setObjectName(QStringLiteral("lbl_product"));
-    QFont big = product->font();
-    big.setPointSizeF(big.pointSizeF() * 1.5);
-    big.setBold(true);
-    product->setFont(big);
+    setHeadingFont(product, 1.5);
 
     auto* prompt = new QLabel(QStringLiteral("请输入登录密码（区分大小写）："), this);
     prompt->setObjectName(QStringLiteral("lbl_prompt"));

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLocale>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
@@ -14,6 +13,9 @@
 #include "shell/updatecheck.h"
 #include "store/clock.h"
 #include "views/formappsetting.h"
+#include "views/formhome.h"
+#include "views/formschremind.h"
+#include "views/formschstat.h"
 #include "views/unsaved.h"
 
 namespace tarvel {
@@ -65,9 +67,9 @@ QIcon badgeIcon(const QString& text, const QColor& color) {
     return icon;
 }
 
-QString longDate(const QDate& date) {
-    return QLocale(QLocale::Chinese, QLocale::China)
-        .toString(date, QStringLiteral("yyyy年M月d日 dddd"));
+QString unsavedQuestion() {
+    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
+           QStringLiteral("是否取消当前修改？");
 }
 
 }  // namespace
@@ -130,12 +132,16 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
 
 TarvelMain::~TarvelMain() {
     if (tray_) tray_->hide();
+    // They work on today_, which goes before the child windows would.
+    for (const QPointer<FormSchRemind>& w : std::as_const(reminders_)) delete w.data();
 }
 
 void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
     dialogs_ = std::move(dialogs);
     if (auto* settings = qobject_cast<FormAppSetting*>(pages_.value(page::Settings)))
         settings->setDialogs(dialogs_);
+    if (auto* statistics = qobject_cast<FormSchStat*>(pages_.value(page::ScheduleStatistics)))
+        statistics->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -146,9 +152,8 @@ QString TarvelMain::moduleCaption(const QString& key) const {
 
 QString TarvelMain::pageCaption(const PageInfo& info) const {
     const QString caption = moduleCaption(QLatin1String(info.moduleKey));
-    if (!info.detail) return caption;
-    return caption +
-           (info.code == page::Task ? QStringLiteral(" - 任务") : QStringLiteral(" - 详细信息"));
+    if (!info.captionSuffix) return caption;
+    return caption + QString::fromUtf8(info.captionSuffix);
 }
 
 QIcon TarvelMain::iconFor(const QString& key, const QString& caption) const {
@@ -213,6 +218,29 @@ PageWidget* TarvelMain::createSettingsPage() {
     return form;
 }
 
+PageSwitch TarvelMain::pageSwitch() {
+    return [this](qint16 code, const QString& condition, qint32 recordId) {
+        OpenPage(code, condition, recordId);
+    };
+}
+
+PageWidget* TarvelMain::createHomePage() {
+    auto* home = new FormHome(today_);
+    home->setPageSwitch(pageSwitch());
+    return home;
+}
+
+PageWidget* TarvelMain::createStatisticsPage() {
+    auto* form = new FormSchStat;
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    return form;
+}
+
+FormHome* TarvelMain::homePage() const {
+    return qobject_cast<FormHome*>(pages_.value(page::Home));
+}
+
 QAction* TarvelMain::toolbarAction(const QString& key) const {
     for (QAction* a : toolbar_->actions())
         if (!a->isSeparator() && a->data().toString() == key) return a;
@@ -271,7 +299,15 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
     if (!page) {
         if (factory_) page = factory_(code, caption);
         if (!page && code == page::Settings) page = createSettingsPage();
-        if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
+        if (!page && code == page::Home) page = createHomePage();
+        if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
+        if (!page) {
+            auto* placeholder = new ModulePage(QLatin1String(info->formName), caption);
+            if (code == page::Schedule)
+                placeholder->addLink(QStringLiteral("cmd_sch_stat"), QStringLiteral("日程统计"),
+                                     [this] { OpenPage(page::ScheduleStatistics); });
+            page = placeholder;
+        }
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));
         page->setWindowTitle(caption);
         // Frameless and maximized, the child windows read as pages of one window.
@@ -304,6 +340,19 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
     return page;
 }
 
+bool TarvelMain::keepUnsavedEdits() {
+    if (!anyUnsaved()) return false;
+    if (!dialogs_->ask(messageTitle(), unsavedQuestion())) return true;
+    // Yes abandons the edits; the flags must not ask again for them.
+    clearUnsaved();
+    return false;
+}
+
+bool TarvelMain::OpenPage(qint16 code, const QString& condition, qint32 recordId) {
+    if (keepUnsavedEdits()) return false;
+    return ShowPage(code, condition, recordId, Clock::today(), -1, PageMode::Normal) != nullptr;
+}
+
 PageWidget* TarvelMain::currentPage() const {
     return pages_.value(currentCode_);
 }
@@ -315,14 +364,7 @@ void TarvelMain::showHistoryEntry() {
 
 void TarvelMain::Toolbar1ButtonClick(const QString& key) {
     try {
-        if (anyUnsaved()) {
-            if (!dialogs_->ask(messageTitle(), QStringLiteral("您输入的信息未保存，") +
-                                                   QLatin1Char('\n') +
-                                                   QStringLiteral("是否取消当前修改？")))
-                return;
-            // Yes abandons the edits; the flags must not ask again for them.
-            clearUnsaved();
-        }
+        if (keepUnsavedEdits()) return;
         if (key == QLatin1String("back")) {
             history_.MovePrevious();
             showHistoryEntry();
@@ -352,9 +394,14 @@ void TarvelMain::Timer1Timer() {
         if (auto routine = std::exchange(pending_, nullptr)) routine();
     }
     if (Clock::today() != lastDay_) {
+        // Yesterday's reminders are over; answered now, they would act on
+        // today's entries (a repeating one would be stamped as seen today).
+        for (const QPointer<FormSchRemind>& w : std::as_const(reminders_))
+            if (w) w->close();
         refreshHomePage();
         lastDay_ = Clock::today();
     }
+    fireReminders();
     if (g.secondTimer) {
         ++periodicRuns_;
         emit homePagePeriodic();
@@ -363,21 +410,64 @@ void TarvelMain::Timer1Timer() {
 
 void TarvelMain::refreshHomePage() {
     ++homeRefreshes_;
-    if (PageWidget* home = pages_.value(page::Home)) home->refresh();
+    if (FormHome* home = homePage())
+        home->refresh();
+    else
+        today_.load();
     statusDate_->setText(longDate(Clock::today()));
     emit homePageRefreshed(Clock::today());
 }
 
+void TarvelMain::fireReminders() {
+    const QList<TodayTask> due = today_.fire(Clock::now());
+    if (due.isEmpty()) return;
+    for (const TodayTask& entry : due) openReminder(entry);
+    if (FormHome* home = homePage()) home->showToday();
+}
+
+void TarvelMain::openReminder(const TodayTask& entry) {
+    auto* window = new FormSchRemind(entry.id, today_, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setPageSwitch([this](qint16 code, const QString& condition, qint32 recordId) {
+        if (!OpenPage(code, condition, recordId)) return;
+        // The task shows in the main window, which may sit in the tray.
+        if (isMinimized()) showNormal();
+        show();
+        raise();
+        activateWindow();
+    });
+    connect(window, &FormSchRemind::entryChanged, this, [this] {
+        if (FormHome* home = homePage()) home->showToday();
+    });
+    window->load();
+    reminders_.removeAll(nullptr);
+    reminders_ << window;
+    window->show();
+    window->raise();
+    window->activateWindow();
+    QApplication::beep();
+    if (tray_ && !isVisible())
+        tray_->showMessage(QStringLiteral("日程提醒"),
+                           entry.timeText + QLatin1Char(' ') + entry.subject);
+}
+
+QList<FormSchRemind*> TarvelMain::reminderWindows() const {
+    QList<FormSchRemind*> open;
+    for (const QPointer<FormSchRemind>& w : reminders_)
+        if (w) open << w.data();
+    return open;
+}
+
 void TarvelMain::closeEvent(QCloseEvent* event) {
-    if (anyUnsaved() && !dialogs_->ask(messageTitle(),
-                                       QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
-                                           QStringLiteral("是否取消当前修改？"),
-                                       Dialogs::Icon::Information)) {
+    if (anyUnsaved() &&
+        !dialogs_->ask(messageTitle(), unsavedQuestion(), Dialogs::Icon::Information)) {
         event->ignore();
         return;
     }
     timer_->stop();
     if (tray_) tray_->hide();
+    for (const QPointer<FormSchRemind>& w : std::as_const(reminders_))
+        if (w) w->close();
     event->accept();
 }
 

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QPointer>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QToolBar>
@@ -13,6 +14,7 @@
 #include <memory>
 
 #include "custom/appsetting.h"
+#include "schedule/reminders.h"
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
 #include "views/seams.h"
@@ -20,6 +22,8 @@
 namespace tarvel {
 
 class UpdateCheck;
+class FormHome;
+class FormSchRemind;
 
 struct MainWindowOptions {
     // Whether the desktop has a notification area to put the tray icon in.
@@ -55,6 +59,10 @@ public:
     PageWidget* ShowPage(qint16 page, const QString& condition = QString(), qint32 recordId = 0,
                          const QDate& date = QDate(), qint16 pageNo = -1,
                          PageMode mode = PageMode::Normal);
+    // A page asked for by a screen (a record opened from the home page, a
+    // statistics selection, a reminder's task): the unsaved-changes question,
+    // then the page in normal mode. False when the user keeps the edit.
+    bool OpenPage(qint16 page, const QString& condition = QString(), qint32 recordId = 0);
     PageWidget* currentPage() const;
     qint16 currentPageCode() const { return currentCode_; }
     PageWidget* pageWidget(qint16 code) const { return pages_.value(code); }
@@ -81,6 +89,13 @@ public:
     QSystemTrayIcon* trayIcon() const { return tray_; }
     UpdateCheck* updateCheck() const { return update_; }
 
+    // The home page's list of today's tasks and birthdays; the timer fires
+    // the reminders of its due entries.
+    TodayList& todayList() { return today_; }
+    FormHome* homePage() const;
+    // The reminder windows open now, oldest first.
+    QList<FormSchRemind*> reminderWindows() const;
+
     QDate lastDaySeen() const { return lastDay_; }
     int homeRefreshCount() const { return homeRefreshes_; }
     int periodicRunCount() const { return periodicRuns_; }
@@ -102,6 +117,13 @@ private:
     void buildTray();
     void buildToolbar(const QList<AppSetting>& entries);
     PageWidget* createSettingsPage();
+    PageWidget* createHomePage();
+    PageWidget* createStatisticsPage();
+    PageSwitch pageSwitch();
+    bool keepUnsavedEdits();
+    // Opens a reminder window for each entry of the today list whose time has come.
+    void fireReminders();
+    void openReminder(const TodayTask& entry);
     void showHistoryEntry();
     void refreshHomePage();
     QString pageCaption(const PageInfo& info) const;
@@ -126,6 +148,8 @@ private:
     int homeRefreshes_ = 0;
     int periodicRuns_ = 0;
     std::function<void()> pending_;
+    TodayList today_;
+    QList<QPointer<FormSchRemind>> reminders_;
 };
 
 // The window caption and tray tip of the program.

@@ -1,35 +1,32 @@
 #include "shell/pages.h"
 
 #include <QFrame>
-#include <QLocale>
-#include <QVBoxLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
 
 #include "store/clock.h"
 
 namespace tarvel {
 
 namespace {
+const char* const kDetail = " - 详细信息";
 const PageInfo kPages[] = {
-    {page::Home, "form_pp", "pp", false},
-    {page::OpportunityList, "form_opp_all", "opportunity", false},
-    {page::OpportunityDetail, "form_opp_detail", "opportunity", true},
-    {page::AccountList, "form_acc_all", "account", false},
-    {page::AccountDetail, "form_acc_detail", "account", true},
-    {page::ContactList, "form_con_all", "contact", false},
-    {page::ContactDetail, "form_con_detail", "contact", true},
-    {page::Schedule, "form_sch_all", "schedule", false},
-    {page::Task, "form_sch_detail", "schedule", true},
-    {page::DocumentList, "form_doc_all", "document", false},
-    {page::DocumentDetail, "form_doc_detail", "document", true},
-    {page::DataExchange, "form_inout", "inout", false},
-    {page::Email, "form_email", "email", false},
-    {page::Settings, "form_app_setting", "setting", false},
+    {page::Home, "form_pp", "pp", nullptr},
+    {page::OpportunityList, "form_opp_all", "opportunity", nullptr},
+    {page::OpportunityDetail, "form_opp_detail", "opportunity", kDetail},
+    {page::AccountList, "form_acc_all", "account", nullptr},
+    {page::AccountDetail, "form_acc_detail", "account", kDetail},
+    {page::ContactList, "form_con_all", "contact", nullptr},
+    {page::ContactDetail, "form_con_detail", "contact", kDetail},
+    {page::Schedule, "form_sch_all", "schedule", nullptr},
+    {page::Task, "form_sch_detail", "schedule", " - 任务"},
+    {page::ScheduleStatistics, "form_sch_stat", "schedule", " - 统计"},
+    {page::DocumentList, "form_doc_all", "document", nullptr},
+    {page::DocumentDetail, "form_doc_detail", "document", kDetail},
+    {page::DataExchange, "form_inout", "inout", nullptr},
+    {page::Email, "form_email", "email", nullptr},
+    {page::Settings, "form_app_setting", "setting", nullptr},
 };
-
-QString longDate(const QDate& date) {
-    return QLocale(QLocale::Chinese, QLocale::China)
-        .toString(date, QStringLiteral("yyyy年M月d日 dddd"));
-}
 }  // namespace
 
 const PageInfo* pageInfo(qint16 code) {
@@ -40,7 +37,7 @@ const PageInfo* pageInfo(qint16 code) {
 
 qint16 pageForKey(const QString& key) {
     for (const PageInfo& info : kPages)
-        if (!info.detail && key == QLatin1String(info.moduleKey)) return info.code;
+        if (!info.captionSuffix && key == QLatin1String(info.moduleKey)) return info.code;
     return 0;
 }
 
@@ -49,10 +46,7 @@ ModulePage::ModulePage(const QString& formName, const QString& caption, QWidget*
     setObjectName(formName);
     caption_ = new QLabel(this);
     caption_->setObjectName(QStringLiteral("lbl_caption"));
-    QFont big = caption_->font();
-    big.setPointSizeF(big.pointSizeF() * 1.6);
-    big.setBold(true);
-    caption_->setFont(big);
+    setHeadingFont(caption_, 1.6);
     condition_ = new QLabel(this);
     condition_->setObjectName(QStringLiteral("lbl_condition"));
     condition_->setWordWrap(true);
@@ -71,8 +65,21 @@ ModulePage::ModulePage(const QString& formName, const QString& caption, QWidget*
     layout->addWidget(line);
     layout->addWidget(condition_);
     layout->addWidget(details_);
+    links_ = new QVBoxLayout;
+    links_->setSpacing(8);
+    layout->addLayout(links_);
     layout->addStretch(1);
     setCaption(caption);
+}
+
+void ModulePage::addLink(const QString& name, const QString& text, std::function<void()> action) {
+    auto* button = new QPushButton(text, this);
+    button->setObjectName(name);
+    connect(button, &QPushButton::clicked, this, std::move(action));
+    auto* row = new QHBoxLayout;
+    row->addWidget(button);
+    row->addStretch(1);
+    links_->addLayout(row);
 }
 
 void ModulePage::setCaption(const QString& caption) {

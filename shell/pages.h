@@ -2,36 +2,21 @@
 
 #include <QLabel>
 #include <QString>
+#include <QVBoxLayout>
+#include <functional>
 
 #include "views/page.h"
 
 namespace tarvel {
 
-// Page codes of the page-switching routine, as stored in the page history.
-// Each module keeps a band of codes: its list, then its detail page.
-namespace page {
-inline constexpr qint16 Home = 1;
-inline constexpr qint16 OpportunityList = 3;
-inline constexpr qint16 OpportunityDetail = 4;
-inline constexpr qint16 AccountList = 12;
-inline constexpr qint16 AccountDetail = 13;
-inline constexpr qint16 ContactList = 22;
-inline constexpr qint16 ContactDetail = 23;
-inline constexpr qint16 Schedule = 30;
-inline constexpr qint16 Task = 31;
-inline constexpr qint16 DocumentList = 40;
-inline constexpr qint16 DocumentDetail = 41;
-inline constexpr qint16 DataExchange = 42;
-inline constexpr qint16 Email = 43;
-inline constexpr qint16 Settings = 44;
-}  // namespace page
-
-// Where a page code lives: its window name and the toolbar key of its module.
+// Where a page code lives: its window name, the toolbar key of its module and
+// what its caption adds to the module's (null for the page the module's
+// toolbar button opens). The codes are in views/page.h.
 struct PageInfo {
     qint16 code;
     const char* formName;
     const char* moduleKey;
-    bool detail;
+    const char* captionSuffix;
 };
 // Null for an unknown code.
 const PageInfo* pageInfo(qint16 code);
@@ -47,9 +32,13 @@ public:
     void fill(const PageRequest& request) override;
     void refresh() override;
     void setCaption(const QString& caption);
+    // A button below the caption that leads on from this page (the schedule
+    // module's way to its statistics page).
+    void addLink(const QString& name, const QString& text, std::function<void()> action);
     PageRequest request() const { return request_; }
 
 private:
+    QVBoxLayout* links_ = nullptr;
     QLabel* caption_;
     QLabel* condition_;
     QLabel* details_;

@@ -16,6 +16,7 @@
 #include "store/connectionstring.h"
 #include "views/formappsetting.h"
 #include "views/formoption.h"
+#include "views/formschremind.h"
 
 namespace tarvel {
 
@@ -99,6 +100,27 @@ int saveScreenshots(const QString& prefix) {
         shoot(main, QStringLiteral("main"));
         main.ShowPage(page::Settings);
         shoot(main, QStringLiteral("setting_main"));
+    }
+    {
+        // The schedule's screens over whatever the data file holds for today.
+        MainWindowOptions options;
+        options.checkForUpdate = false;
+        options.trayAvailable = [] { return false; };
+        TarvelMain main(options);
+        main.Timer1()->stop();  // the shots show the lists, not reminders firing
+        main.ShowPage(page::Home);
+        shoot(main, QStringLiteral("sch_home"));
+        main.ShowPage(page::Schedule);
+        shoot(main, QStringLiteral("sch_module"));
+        main.ShowPage(page::ScheduleStatistics);
+        shoot(main, QStringLiteral("sch_stat"));
+        // The reminder of today's first task that has one, else of the first task.
+        int taskId = 0;
+        for (const TodayTask& t : main.todayList().tasks())
+            if (taskId == 0 || (t.due && !main.todayList().task(taskId)->due)) taskId = t.id;
+        FormSchRemind remind(taskId, main.todayList());
+        remind.load();
+        shoot(remind, QStringLiteral("sch_remind"));
     }
     {
         loadProgramFieldSettings();

@@ -8,6 +8,7 @@
 
 #include "store/tarveldatabase.h"
 #include "views/optionwidgets.h"
+#include "views/page.h"
 
 namespace tarvel {
 
@@ -26,10 +27,7 @@ FormOption::FormOption(QWidget* parent) : QDialog(parent) {
 
     lblOptName_ = new QLabel(this);
     lblOptName_->setObjectName(QStringLiteral("lbl_opt_name"));
-    QFont bold = lblOptName_->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.2);
-    lblOptName_->setFont(bold);
+    setHeadingFont(lblOptName_, 1.2);
 
     model_ = new RecordsetModel(this);
     grid_ = new QTableView(this);

@@ -1,10 +1,47 @@
 #pragma once
 
 #include <QDate>
+#include <QLocale>
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 namespace tarvel {
+
+// Page codes of the page-switching routine, as stored in the page history.
+// Each module keeps a band of codes: its list, then its detail page. They sit
+// here rather than in the shell because screens open one another's pages.
+namespace page {
+inline constexpr qint16 Home = 1;
+inline constexpr qint16 OpportunityList = 3;
+inline constexpr qint16 OpportunityDetail = 4;
+inline constexpr qint16 AccountList = 12;
+inline constexpr qint16 AccountDetail = 13;
+inline constexpr qint16 ContactList = 22;
+inline constexpr qint16 ContactDetail = 23;
+inline constexpr qint16 Schedule = 30;
+inline constexpr qint16 Task = 31;
+inline constexpr qint16 ScheduleStatistics = 32;
+inline constexpr qint16 DocumentList = 40;
+inline constexpr qint16 DocumentDetail = 41;
+inline constexpr qint16 DataExchange = 42;
+inline constexpr qint16 Email = 43;
+inline constexpr qint16 Settings = 44;
+}  // namespace page
+
+// A date as the pages and the status bar show it: "2024年5月1日 星期三".
+inline QString longDate(const QDate& date) {
+    return QLocale(QLocale::Chinese, QLocale::China)
+        .toString(date, QStringLiteral("yyyy年M月d日 dddd"));
+}
+
+// Bold and `scale` times the size: the title line of a page or window.
+inline void setHeadingFont(QWidget* widget, qreal scale) {
+    QFont font = widget->font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setBold(true);
+    widget->setFont(font);
+}
 
 // What a page is asked to show.
 struct PageRequest {
@@ -14,6 +51,11 @@ struct PageRequest {
     QDate date;
     qint16 pageNo = -1;
 };
+
+// How a screen asks the main window for another page: the page-switching
+// routine in normal mode (recorded in the history), after the unsaved-changes
+// question.
+using PageSwitch = std::function<void(qint16 page, const QString& condition, qint32 recordId)>;
 
 // A module screen inside the main window.
 class PageWidget : public QWidget {

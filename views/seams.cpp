@@ -6,10 +6,21 @@
 
 namespace tarvel {
 
-void MessageBoxDialogs::info(const QString& title, const QString& text) {
-    QMessageBox box(QMessageBox::Information, title, text, QMessageBox::Ok, parent_);
+namespace {
+void showNotice(QMessageBox::Icon icon, const QString& title, const QString& text,
+                QWidget* parent) {
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
     box.button(QMessageBox::Ok)->setText(QStringLiteral("确定"));
     box.exec();
+}
+}  // namespace
+
+void MessageBoxDialogs::info(const QString& title, const QString& text) {
+    showNotice(QMessageBox::Information, title, text, parent_);
+}
+
+void MessageBoxDialogs::warning(const QString& title, const QString& text) {
+    showNotice(QMessageBox::Warning, title, text, parent_);
 }
 
 bool MessageBoxDialogs::ask(const QString& title, const QString& text, Icon icon, Buttons buttons) {

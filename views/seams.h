@@ -16,6 +16,8 @@ public:
     virtual ~Dialogs() = default;
     // A notice or refusal: information icon, one OK button.
     virtual void info(const QString& title, const QString& text) = 0;
+    // A caution after which the operation goes on: warning icon, one OK button.
+    virtual void warning(const QString& title, const QString& text) { info(title, text); }
     // A question; true only for Yes (or OK).
     virtual bool ask(const QString& title, const QString& text, Icon icon = Icon::Question,
                      Buttons buttons = Buttons::YesNo) = 0;
@@ -26,6 +28,7 @@ class MessageBoxDialogs : public Dialogs {
 public:
     explicit MessageBoxDialogs(QWidget* parent) : parent_(parent) {}
     void info(const QString& title, const QString& text) override;
+    void warning(const QString& title, const QString& text) override;
     bool ask(const QString& title, const QString& text, Icon icon, Buttons buttons) override;
 
 private:

@@ -16,22 +16,18 @@
 #include "store/clock.h"
 #include "store/tarveldatabase.h"
 #include "tests/support/tempdatafile.h"
+#include "tests/views/data.h"
 #include "tests/views/scripted.h"
 #include "views/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::RecordingOpener;
+using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
 
 namespace {
 
 const QString kQuestion = QStringLiteral("您输入的信息未保存，\n是否取消当前修改？");
-
-void run(const QString& sql) {
-    tarveldatabase db;
-    db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
-}
 
 void writeValue(const char* type, const char* key, const QString& value) {
     SoftwareSetting s;
@@ -138,7 +134,7 @@ void MainTest::moduleButtonsShowNamedPages() {
         {"inout", 42, "form_inout", "数据交换"},
         {"email", page::Email, "form_email", "邮件"},
         {"setting", page::Settings, "form_app_setting", nullptr},  // a screen of its own
-        {"pp", page::Home, "form_pp", "首页"},
+        {"pp", page::Home, "form_pp", nullptr},
     };
     for (const auto& m : modules) {
         click(*w, m.key);
@@ -260,7 +256,7 @@ void MainTest::dayChangeRefreshesTheHomePageOnce() {
     auto w = makeMain();
     QSignalSpy refreshed(w.get(), &TarvelMain::homePageRefreshed);
     QWidget* home = w->pageWidget(page::Home);
-    QVERIFY(labelText(home, "lbl_details").contains(QStringLiteral("2024年5月1日")));
+    QVERIFY(labelText(home, "lbl_date").contains(QStringLiteral("2024年5月1日")));
     w->Timer1Timer();
     QCOMPARE(refreshed.count(), 0);
 
@@ -272,7 +268,7 @@ void MainTest::dayChangeRefreshesTheHomePageOnce() {
     QCOMPARE(refreshed.count(), 1);
     QCOMPARE(refreshed.at(0).at(0).toDate(), QDate(2024, 5, 2));
     QCOMPARE(w->lastDaySeen(), QDate(2024, 5, 2));
-    QVERIFY(labelText(home, "lbl_details").contains(QStringLiteral("2024年5月2日")));
+    QVERIFY(labelText(home, "lbl_date").contains(QStringLiteral("2024年5月2日")));
 
     Clock::advance(24 * 3600);  // and again at the next midnight
     w->Timer1Timer();

@@ -15,24 +15,20 @@
 #include "store/trace.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/controls.h"
+#include "tests/views/data.h"
 #include "tests/views/scripted.h"
 #include "views/formappsetting.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;
 using tarvel::testsupport::indexed;
+using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
 using tarvel::testsupport::typeText;
 
 namespace {
 
 const QString kQuestion = QStringLiteral(" 现在执行界面修改的结果吗?");
-
-void run(const QString& sql) {
-    tarveldatabase db;
-    db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
-}
 
 QStringList keys(const QList<AppSetting>& entries) {
     QStringList out;

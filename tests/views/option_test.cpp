@@ -13,19 +13,15 @@
 #include "store/trace.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/controls.h"
+#include "tests/views/data.h"
 #include "views/formoption.h"
 #include "views/optionwidgets.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;
+using tarvel::testsupport::run;
 
 namespace {
-
-void run(const QString& sql) {
-    tarveldatabase db;
-    db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
-}
 
 // The stored entries of a list, in text order.
 QStringList stored(const char* object, const char* name) {

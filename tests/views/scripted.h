@@ -12,7 +12,7 @@ namespace tarvel::testsupport {
 class ScriptedDialogs : public Dialogs {
 public:
     struct Shown {
-        QString kind;  // "info" or "ask"
+        QString kind;  // "info", "warning" or "ask"
         QString title;
         QString text;
         Icon icon = Icon::Information;
@@ -20,6 +20,9 @@ public:
     };
     void info(const QString& title, const QString& text) override {
         shown.append({QStringLiteral("info"), title, text, Icon::Information, Buttons::YesNo});
+    }
+    void warning(const QString& title, const QString& text) override {
+        shown.append({QStringLiteral("warning"), title, text, Icon::Information, Buttons::YesNo});
     }
     bool ask(const QString& title, const QString& text, Icon icon, Buttons buttons) override {
         shown.append({QStringLiteral("ask"), title, text, icon, buttons});
