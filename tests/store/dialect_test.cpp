@@ -17,33 +17,21 @@ struct Case {
 const Case kTranslations[] = {
     {"DELETE * FROM accounts_contacts WHERE acc_id=5",
      "DELETE  FROM accounts_contacts WHERE acc_id=5"},
-    {"Delete * from contacts WHERE con_id =3", "Delete  from contacts WHERE con_id =3"},
-    {"SELECT * FROM tasks WHERE tas_date=#2024-3-5#",
-     "SELECT * FROM tasks WHERE tas_date='2024-03-05 00:00:00'"},
     {"WHERE (con_birthday<> # 1900-1-1#)", "WHERE (con_birthday<> '1900-01-01 00:00:00')"},
-    {"x=#2024/03/05#", "x='2024-03-05 00:00:00'"},
-    {"x=#3/5/2024#", "x='2024-03-05 00:00:00'"},
-    {"x=#2024-3-5 9:30#", "x='2024-03-05 09:30:00'"},
     {"x=#2024-3-5 9:30:15 PM#", "x='2024-03-05 21:30:15'"},
     {"x=#9:05#", "x='1899-12-30 09:05:00'"},
     {"UPDATE accounts SET acc_recent_contact_date=now WHERE acc_id= 2",
      "UPDATE accounts SET acc_recent_contact_date=tv_now() WHERE acc_id= 2"},
-    {"UPDATE tasks SET tas_last_remind_date= date WHERE tas_id = 1",
-     "UPDATE tasks SET tas_last_remind_date= tv_date() WHERE tas_id = 1"},
     {"SELECT Now(), Date()", "SELECT tv_now(), tv_date()"},
-    {"WHERE con_check=true", "WHERE con_check=-1"},
     {"DELETE * FROM tasks WHERE tas_check= false ", "DELETE  FROM tasks WHERE tas_check= 0 "},
     {"UPDATE accounts SET acc_check=NOT acc_check  ",
      "UPDATE accounts SET acc_check=~ acc_check  "},
-    {"WHERE NOT con_check = 0", "WHERE NOT con_check = 0"},
-    {"WHERE con_id NOT IN (SELECT con_id FROM x)", "WHERE con_id NOT IN (SELECT con_id FROM x)"},
     {"WHERE con_id=11AND con_check=0", "WHERE con_id=11 AND con_check=0"},
     {"WHERE x=1.5e3", "WHERE x=1.5e3"},
     {"WHERE name='it''s #1# now'", "WHERE name='it''s #1# now'"},
-    {"WHERE name=\"say \"\"hi\"\"\"", "WHERE name='say \"hi\"'"},
+    {"WHERE name=\"it's \"\"hi\"\"\"", "WHERE name='it''s \"hi\"'"},
     {"SELECT [my col] FROM t", "SELECT \"my col\" FROM t"},
     {"SELECT a & b", "SELECT a || b"},
-    {"WHERE x / 2 = 3.5", "WHERE x * 1.0 / 2 = 3.5"},
     {"SELECT x.date, date_col FROM t", "SELECT x.date, date_col FROM t"},
     {"SELECT first(accounts.acc_industry) AS con_option, count(contacts.con_id) AS option_count  "
      "From que_contacts_accounts GROUP BY accounts.acc_industry",
@@ -75,12 +63,6 @@ TEST(Dialect, RejectsWhatItCannotRead) {
                             "x='open", "x=#25:00#"}) {
         EXPECT_FALSE(translateUncached(QString::fromUtf8(bad)).error.isEmpty()) << bad;
     }
-}
-
-TEST(Dialect, CachedTranslationMatches) {
-    const QString s = QStringLiteral("DELETE * FROM tasks WHERE tas_date=#2024-2-29#");
-    EXPECT_EQ(tarvel::dialect::translate(s).sql, translateUncached(s).sql);
-    EXPECT_EQ(tarvel::dialect::translate(s).sql, translateUncached(s).sql);
 }
 
 TEST(Dialect, ComparedNumbersBecomeParameters) {
@@ -117,45 +99,24 @@ TEST(JetDate, LiteralForms) {
         const char* text;
         const char* canonical;
     } cases[] = {
-        {"2024-1-5", "2024-01-05 00:00:00"},
-        {"2024/01/05", "2024-01-05 00:00:00"},
-        {"1/5/2024", "2024-01-05 00:00:00"},
-        {"12/31/99", "1999-12-31 00:00:00"},
-        {"1/2/05", "2005-01-02 00:00:00"},
-        {" 1900-1-1", "1900-01-01 00:00:00"},
+        {"12/31/99", "1999-12-31 00:00:00"},           {"1/2/05", "2005-01-02 00:00:00"},
+        {"12:00 AM", "1899-12-30 00:00:00"},           {"12:30 PM", "1899-12-30 12:30:00"},
         {"2024-2-29 23:59:59", "2024-02-29 23:59:59"},
-        {"12:00 AM", "1899-12-30 00:00:00"},
-        {"12:30 PM", "1899-12-30 12:30:00"},
     };
     for (const auto& c : cases) {
         const auto v = parseLiteral(QString::fromUtf8(c.text));
         ASSERT_TRUE(v.has_value()) << c.text;
         EXPECT_EQ(tarvel::jetdate::canonical(*v).toStdString(), c.canonical) << c.text;
     }
-    EXPECT_EQ(tarvel::jetdate::weekdaySundayFirst(QDate(2024, 3, 3)), 1);  // a Sunday
-    EXPECT_EQ(tarvel::jetdate::weekdaySundayFirst(QDate(2024, 3, 9)), 7);  // a Saturday
 }
 
 // Random texts never crash the translator, and a quoted text always reaches the
 // engine exactly as written, whatever surrounds it.
 TEST(Dialect, QuotedTextSurvivesAnySurroundings) {
-    const QStringList pieces = {QStringLiteral("SELECT"),
-                                QStringLiteral(" "),
-                                QStringLiteral("#"),
-                                QStringLiteral("'"),
-                                QStringLiteral("\""),
-                                QStringLiteral("["),
-                                QStringLiteral("now"),
-                                QStringLiteral("11"),
-                                QStringLiteral("AND"),
-                                QStringLiteral("NOT"),
-                                QStringLiteral("con_check"),
-                                QStringLiteral("="),
-                                QStringLiteral("/"),
-                                QStringLiteral("2024-1-1"),
-                                QStringLiteral("que_contacts_accounts"),
-                                QStringLiteral("."),
-                                QStringLiteral("张")};
+    const QStringList pieces =
+        QStringLiteral(
+            "SELECT, ,#,',\",[,now,11,AND,NOT,con_check,=,/,2024-1-1,que_contacts_accounts,.,张")
+            .split(QLatin1Char(','));
     quint32 seed = 12345;
     auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 16; };
     for (int round = 0; round < 3000; ++round) {
