@@ -1,12 +1,12 @@
-// The main window: toolbar from the layout table, page switching and history,
-// the unsaved-changes question, the day-change timer, tray and update request.
-#include <QLabel>
-#include <QMdiSubWindow>
-#include <QMenu>
+// The main window: toolbar from the layout table and the settings window,
+// page switching and history, the unsaved-changes question, the day change
+// with the home page and reminders, the tray and the update request.
+#include <QListWidget>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTreeWidget>
 #include <QtTest>
 
 #include "custom/softwaresetting.h"
@@ -14,13 +14,16 @@
 #include "shell/mainwindow.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
-#include "store/tarveldatabase.h"
 #include "tests/support/tempdatafile.h"
-#include "tests/views/data.h"
-#include "tests/views/scripted.h"
+#include "tests/views/helpers.h"
+#include "views/formappsetting.h"
+#include "views/formhome.h"
+#include "views/formschremind.h"
 #include "views/unsaved.h"
 
 using namespace tarvel;
+using tarvel::testsupport::at;
+using tarvel::testsupport::child;
 using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
@@ -30,21 +33,22 @@ namespace {
 const QString kQuestion = QStringLiteral("您输入的信息未保存，\n是否取消当前修改？");
 
 void writeValue(const char* type, const char* key, const QString& value) {
-    SoftwareSetting s;
-    s.GetValue(QLatin1String(type), QLatin1String(key));
-    s.WriteValue(QLatin1String(type), QLatin1String(key), s.Set_Name(), s.Set_Visible(), value,
-                 s.Set_Description());
+    SoftwareSetting().WriteValue(QLatin1String(type), QLatin1String(key), {}, {}, value, {});
 }
 
-QString labelText(QWidget* page, const char* name) {
+QString labelText(const QWidget* page, const char* name) {
     auto* label = page ? page->findChild<QLabel*>(QLatin1String(name)) : nullptr;
     return label ? label->text() : QStringLiteral("<none>");
 }
 
-MainWindowOptions quietOptions() {
-    MainWindowOptions o;
-    o.trayAvailable = [] { return false; };
-    return o;
+QString toolbar(const TarvelMain& w) {
+    return w.toolbarKeys().join(QLatin1Char(' '));
+}
+
+void click(TarvelMain& w, const char* key) {
+    QAction* a = w.toolbarAction(QLatin1String(key));
+    if (!a) qFatal("no toolbar button %s", key);
+    a->trigger();
 }
 
 }  // namespace
@@ -55,271 +59,173 @@ private slots:
     void init() {
         appGlobals() = AppGlobals{};
         clearUnsaved();
-        Clock::setFixed(QDateTime(QDate(2024, 5, 1), QTime(10, 0)));
+        Clock::setFixed(at(2024, 5, 1, 10));
         file_ = std::make_unique<tarvel::testing::TempDataFile>();
         dialogs_ = std::make_shared<ScriptedDialogs>();
         opener_ = std::make_shared<RecordingOpener>();
     }
-    void cleanup() { file_.reset(); }
+    void cleanup() {
+        main_.reset();
+        file_.reset();
+        Clock::reset();
+    }
 
-    void loadBuildsToolbarFromTheLayoutTable();
-    void moduleButtonsShowNamedPages();
+    void toolbarFollowsTheLayoutTable();
     void backAndForwardAcrossThreeModules();
     void unsavedEditAsksBeforeToolbarActionsAndClosing();
-    void helpAndForumOpenTheStoredAddresses();
     void dayChangeRefreshesTheHomePageOnce();
-    void trayOnlyWithANotificationArea();
     void updateRequestIsSentAsIsAndTheReplyJudged();
+    void settingsPreviewDropsAnUncheckedSeparator();
+    void savedCaptionShowsAfterOk();
 
 private:
-    std::unique_ptr<TarvelMain> makeMain(MainWindowOptions options = quietOptions()) {
-        auto w = std::make_unique<TarvelMain>(options);
-        w->setDialogs(dialogs_);
-        w->setShellOpener(opener_);
-        w->show();
-        return w;
+    TarvelMain& start(MainWindowOptions options = quiet()) {
+        main_ = std::make_unique<TarvelMain>(options);
+        main_->setDialogs(dialogs_);
+        main_->setShellOpener(opener_);
+        main_->Timer1()->stop();  // ticks come from the test
+        main_->show();
+        return *main_;
     }
-    static void click(TarvelMain& w, const char* key) {
-        QAction* a = w.toolbarAction(QLatin1String(key));
-        if (!a) qFatal("no toolbar button %s", key);
-        a->trigger();
+    static MainWindowOptions quiet() {
+        MainWindowOptions o;
+        o.trayAvailable = [] { return false; };
+        o.checkForUpdate = false;
+        return o;
+    }
+    // One tick at `now`; closed reminder windows are gone afterwards.
+    void tick(const QDateTime& now) {
+        Clock::setFixed(now);
+        main_->Timer1Timer();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    FormAppSetting& openSettings() {
+        click(*main_, "setting");
+        auto* form = qobject_cast<FormAppSetting*>(main_->currentPage());
+        if (!form) qFatal("the settings window did not open");
+        return *form;
     }
 
     std::unique_ptr<tarvel::testing::TempDataFile> file_;
     std::shared_ptr<ScriptedDialogs> dialogs_;
     std::shared_ptr<RecordingOpener> opener_;
+    std::unique_ptr<TarvelMain> main_;
 };
 
-void MainTest::loadBuildsToolbarFromTheLayoutTable() {
-    appGlobals().busy = true;
-    auto w = makeMain();
-    QVERIFY(!appGlobals().busy);  // cleared on load
-    QCOMPARE(w->windowTitle(), QStringLiteral("Tarvel日志软件V3.1"));
-    QCOMPARE(w->currentPage()->objectName(), QStringLiteral("form_pp"));
-    QCOMPARE(w->history().ListCount(), 1);
-    QVERIFY(w->Timer1()->isActive());
-    QCOMPARE(w->toolbarKeys().join(QLatin1Char(' ')),
-             QStringLiteral("back forward | pp contact account opportunity schedule document | "
-                            "email inout setting | help bbs"));
-    QCOMPARE(w->toolbarAction(QStringLiteral("account"))->text(), QStringLiteral("客户单位"));
-
+void MainTest::toolbarFollowsTheLayoutTable() {
     run(
         QStringLiteral("UPDATE interface SET object_visible=0 WHERE object_type=1 AND "
                        "object_name IN ('sepline2', 'email')"));
     run(
         QStringLiteral("UPDATE interface SET object_index=0, object_description='人脉' WHERE "
                        "object_type=1 AND object_name='contact'"));
-    w->RebuildToolbar();
-    QCOMPARE(w->toolbarKeys().join(QLatin1Char(' ')),
-             QStringLiteral("contact back forward | pp account opportunity schedule document "
-                            "inout setting | help bbs"));
-    QCOMPARE(w->toolbarAction(QStringLiteral("contact"))->text(), QStringLiteral("人脉"));
-    click(*w, "contact");  // the caption names the module's page too
-    QCOMPARE(labelText(w->currentPage(), "lbl_caption"), QStringLiteral("人脉"));
-}
-
-void MainTest::moduleButtonsShowNamedPages() {
-    auto w = makeMain();
-    const struct {
-        const char* key;
-        qint16 code;
-        const char* form;
-        const char* caption;
-    } modules[] = {
-        {"contact", 22, "form_con_all", "联系人"},
-        {"account", 12, "form_acc_all", "客户单位"},
-        {"opportunity", 3, "form_opp_all", "项目机会"},
-        {"schedule", page::Schedule, "form_sch_all", "日程安排"},
-        {"document", 40, "form_doc_all", "文档附件"},
-        {"inout", 42, "form_inout", "数据交换"},
-        {"email", page::Email, "form_email", "邮件"},
-        {"setting", page::Settings, "form_app_setting", nullptr},  // a screen of its own
-        {"pp", page::Home, "form_pp", nullptr},
-    };
-    for (const auto& m : modules) {
-        click(*w, m.key);
-        PageWidget* page = w->currentPage();
-        QCOMPARE(page->objectName(), QLatin1String(m.form));
-        QCOMPARE(w->mdiArea()->activeSubWindow()->widget(), page);
-        QCOMPARE(w->history().c_RelatedPage(), m.code);
-        if (!m.caption) continue;
-        QCOMPARE(labelText(page, "lbl_caption"), QString::fromUtf8(m.caption));
-        QCOMPARE(labelText(page, "lbl_condition"), QStringLiteral("条件：（无，显示全部记录）"));
-    }
-    QCOMPARE(w->history().ListCount(), 10);
-    click(*w, "contact");  // one child window per page, reused
-    QCOMPARE(w->mdiArea()->subWindowList().size(), 9);
-    for (QMdiSubWindow* sub : w->mdiArea()->subWindowList())
-        QCOMPARE(sub->isVisible(), sub->widget() == w->currentPage());
-
-    // A condition and a record reach the page; unknown keys and codes do nothing.
-    w->ShowPage(page::ContactDetail, QStringLiteral("WHERE con_id=17"), 17);
-    QCOMPARE(labelText(w->currentPage(), "lbl_caption"), QStringLiteral("联系人 - 详细信息"));
-    QCOMPARE(labelText(w->currentPage(), "lbl_condition"), QStringLiteral("条件：WHERE con_id=17"));
-    w->Toolbar1ButtonClick(QStringLiteral("nothing"));
-    QVERIFY(w->ShowPage(999) == nullptr);
-    QCOMPARE(w->currentPageCode(), page::ContactDetail);
-    QCOMPARE(w->history().ListCount(), 12);
+    TarvelMain& w = start();
+    QCOMPARE(toolbar(w), QStringLiteral("contact back forward | pp account opportunity schedule "
+                                        "document inout setting | help bbs"));
+    QCOMPARE(w.toolbarAction(QStringLiteral("contact"))->text(), QStringLiteral("人脉"));
+    click(w, "contact");  // the caption names the module's page too
+    QCOMPARE(labelText(w.currentPage(), "lbl_caption"), QStringLiteral("人脉"));
 }
 
 void MainTest::backAndForwardAcrossThreeModules() {
-    auto w = makeMain();
-    w->ShowPage(page::ContactList, QStringLiteral("WHERE con_name LIKE '%王%'"));
-    click(*w, "account");
-    click(*w, "opportunity");
-    QCOMPARE(w->history().aRelatedPage(), (QVector<qint16>{1, 22, 12, 3}));
-
+    TarvelMain& w = start();
+    w.ShowPage(page::ContactList, QStringLiteral("WHERE con_name LIKE '%王%'"));
+    click(w, "account");
+    click(w, "opportunity");
     const auto expectPage = [&](const char* form, int index) {
-        QCOMPARE(w->currentPage()->objectName(), QLatin1String(form));
-        QVERIFY(w->currentPage()->isVisible());
-        QCOMPARE(w->history().ListIndex(), index);
-        QCOMPARE(w->history().ListCount(), 4);  // history mode adds nothing
+        QCOMPARE(w.currentPage()->objectName(), QLatin1String(form));
+        QVERIFY(w.currentPage()->isVisible());
+        QCOMPARE(w.history().ListIndex(), index);
+        QCOMPARE(w.history().ListCount(), 4);  // history mode adds nothing
     };
-    click(*w, "back");
+    click(w, "back");
     expectPage("form_acc_all", 2);
-    click(*w, "back");
+    click(w, "back");
     expectPage("form_con_all", 1);
-    QCOMPARE(labelText(w->currentPage(), "lbl_condition"),
+    QCOMPARE(labelText(w.currentPage(), "lbl_condition"),
              QStringLiteral("条件：WHERE con_name LIKE '%王%'"));
-    click(*w, "forward");
-    click(*w, "forward");
+    for (int i = 0; i < 3; ++i) click(w, "forward");
     expectPage("form_opp_all", 3);
-    click(*w, "forward");  // at the end: the same page again
-    expectPage("form_opp_all", 3);
-    for (int i = 0; i < 4; ++i) click(*w, "back");
+    for (int i = 0; i < 4; ++i) click(w, "back");
     expectPage("form_pp", 0);
-
-    // A new visit after going back lands at the end; the skipped pages stay.
-    click(*w, "forward");
-    click(*w, "document");
-    QCOMPARE(w->history().aRelatedPage(), (QVector<qint16>{1, 22, 12, 3, 40}));
-    QCOMPARE(w->history().ListIndex(), 4);
-    click(*w, "back");
-    QCOMPARE(w->currentPageCode(), qint16(3));
-    QVERIFY(dialogs_->shown.isEmpty());
 }
 
+// Without a notification area there is no tray icon, and closing needs none.
 void MainTest::unsavedEditAsksBeforeToolbarActionsAndClosing() {
-    auto w = makeMain();
-    click(*w, "contact");
+    writeValue("website", "help", QStringLiteral("https://help.example.org/tarvel/"));
+    QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());  // offscreen has none
+    MainWindowOptions o;                                 // the real tray check
+    o.checkForUpdate = false;
+    TarvelMain& w = start(o);
+    QVERIFY(w.trayIcon() == nullptr);
+    QVERIFY(!w.findChild<QAction*>(QStringLiteral("m_tray_show")));
+    click(w, "contact");
     setUnsaved(UnsavedModule::Contact, true);
     for (const char* key : {"account", "back", "help"}) {
-        dialogs_->shown.clear();
-        dialogs_->answers = {false};
-        click(*w, key);
-        QCOMPARE(dialogs_->shown.size(), 1);
-        QCOMPARE(dialogs_->shown[0].kind, QStringLiteral("ask"));
-        QCOMPARE(dialogs_->shown[0].title, QStringLiteral("Tarvel提示"));
-        QCOMPARE(dialogs_->shown[0].text, kQuestion);
-        // No: the page and the edit stay.
-        QCOMPARE(w->currentPageCode(), page::ContactList);
+        dialogs_->answers = {false};  // No: the page and the edit stay
+        click(w, key);
+        QCOMPARE(dialogs_->lastText(), kQuestion);
+        QCOMPARE(w.currentPageCode(), page::ContactList);
         QVERIFY(isUnsaved(UnsavedModule::Contact));
-        QCOMPARE(w->history().ListCount(), 2);
     }
+    QCOMPARE(dialogs_->shown.size(), 3);
+    QCOMPARE(w.history().ListCount(), 2);
     QVERIFY(opener_->opened.isEmpty());
 
     dialogs_->answers = {true};
-    click(*w, "account");
-    QCOMPARE(w->currentPageCode(), page::AccountList);
-    QVERIFY(!anyUnsaved());  // the edit was given up, nothing left to ask about
-    dialogs_->shown.clear();
-    click(*w, "opportunity");
-    QVERIFY(dialogs_->shown.isEmpty());
+    click(w, "account");
+    QCOMPARE(w.currentPageCode(), page::AccountList);
+    click(w, "help");  // the edit was given up: nothing left to ask about
+    QCOMPARE(dialogs_->shown.size(), 4);
+    QCOMPARE(opener_->opened,
+             QList<QUrl>{QUrl(QStringLiteral("https://help.example.org/tarvel/"))});
 
     setUnsaved(UnsavedModule::Document, true);  // any of the five asks
-    dialogs_->answers = {false};
-    QVERIFY(!w->close());
-    QVERIFY(w->isVisible());
-    QCOMPARE(dialogs_->shown.size(), 1);
-    QCOMPARE(dialogs_->shown[0].text, kQuestion);
-    QCOMPARE(dialogs_->shown[0].icon, Dialogs::Icon::Information);
-    dialogs_->answers = {true};
-    QVERIFY(w->close());
-    QVERIFY(!w->Timer1()->isActive());
-}
-
-void MainTest::helpAndForumOpenTheStoredAddresses() {
-    writeValue("website", "help", QStringLiteral("https://help.example.org/tarvel/"));
-    auto w = makeMain();
-    click(*w, "help");
-    click(*w, "bbs");
-    QCOMPARE(opener_->opened, (QList<QUrl>{QUrl(QStringLiteral("https://help.example.org/tarvel/")),
-                                           QUrl(QStringLiteral("https://www.tarvel.cn/bbs/"))}));
-    QCOMPARE(w->history().ListCount(), 1);  // no page change
-    writeValue("website", "bbs", QStringLiteral("  "));
-    click(*w, "bbs");
-    QCOMPARE(opener_->opened.size(), 2);
+    dialogs_->answers = {false, true};
+    QVERIFY(!w.close());
+    QCOMPARE(dialogs_->lastText(), kQuestion);
+    QVERIFY(w.close());
 }
 
 void MainTest::dayChangeRefreshesTheHomePageOnce() {
-    Clock::setFixed(QDateTime(QDate(2024, 5, 1), QTime(23, 59, 58)));
-    auto w = makeMain();
-    QSignalSpy refreshed(w.get(), &TarvelMain::homePageRefreshed);
-    QWidget* home = w->pageWidget(page::Home);
-    QVERIFY(labelText(home, "lbl_date").contains(QStringLiteral("2024年5月1日")));
-    w->Timer1Timer();
+    // A daily reminder at 9:00 and a task of the next day only.
+    run(
+        QStringLiteral("INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_time, tas_cycle, "
+                       "tas_closedate, tas_remind, tas_again, tas_closed, tas_last_remind_date) "
+                       "VALUES (1, '晨会', #2024-4-1#, #9:00#, 1, #2024-12-31#, 1, 1, 0, "
+                       "#2024-1-1#), (2, '拜访', #2024-5-2#, #10:30#, 0, #2024-5-2#, 0, 0, 0, "
+                       "#2024-1-1#)"));
+    Clock::setFixed(at(2024, 5, 1, 23, 59, 58));
+    TarvelMain& w = start();
+    QSignalSpy refreshed(&w, &TarvelMain::homePageRefreshed);
+    const auto subjects = [&] {
+        QStringList out;
+        const QTreeWidget* list = w.homePage()->lvTodayTasks();
+        for (int i = 0; i < list->topLevelItemCount(); ++i) out << list->topLevelItem(i)->text(1);
+        return out;
+    };
+    QCOMPARE(subjects(), QStringList{"晨会"});
+    tick(at(2024, 5, 1, 23, 59, 59));
     QCOMPARE(refreshed.count(), 0);
 
-    Clock::advance(3);  // 00:00:01 of the next day
-    for (int i = 0; i < 3; ++i) {
-        w->Timer1Timer();
-        Clock::advance(3600);
-    }
+    for (const QTime& t : {QTime(0, 0, 1), QTime(0, 0, 2), QTime(1, 0)})
+        tick(jetdate::naive(QDate(2024, 5, 2), t));
     QCOMPARE(refreshed.count(), 1);
     QCOMPARE(refreshed.at(0).at(0).toDate(), QDate(2024, 5, 2));
-    QCOMPARE(w->lastDaySeen(), QDate(2024, 5, 2));
-    QVERIFY(labelText(home, "lbl_date").contains(QStringLiteral("2024年5月2日")));
+    QVERIFY(labelText(w.homePage(), "lbl_date").contains(QStringLiteral("2024年5月2日")));
+    QCOMPARE(subjects(), (QStringList{"晨会", "拜访"}));
+    QVERIFY(w.reminderWindows().isEmpty());  // yesterday's closed at midnight
 
-    Clock::advance(24 * 3600);  // and again at the next midnight
-    w->Timer1Timer();
-    QCOMPARE(w->homeRefreshCount(), 2);
-
-    // The two flags: a queued routine runs once, the periodic one while asked for.
-    int ran = 0;
-    w->setPendingRoutine([&] { ++ran; });
-    QVERIFY(appGlobals().busy);
-    w->Timer1Timer();
-    w->Timer1Timer();
-    QCOMPARE(ran, 1);
-    QVERIFY(!appGlobals().busy);
-    appGlobals().secondTimer = true;
-    w->Timer1Timer();
-    QCOMPARE(w->periodicRunCount(), 1);
-    QCOMPARE(w->homeRefreshCount(), 2);
-}
-
-void MainTest::trayOnlyWithANotificationArea() {
-    QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());  // offscreen has none
-    auto plain = makeMain(MainWindowOptions{});          // the real check
-    QVERIFY(plain->trayIcon() == nullptr);
-    QVERIFY(!plain->findChild<QAction*>(QStringLiteral("m_tray_show")));
-    QVERIFY(plain->close());
-
-    MainWindowOptions o;
-    o.trayAvailable = [] { return true; };
-    auto w = makeMain(o);
-    QCOMPARE(w->trayIcon()->toolTip(), QStringLiteral("Tarvel日志软件V3.1"));
-    auto* hide = w->findChild<QAction*>(QStringLiteral("m_tray_hide"));
-    auto* show = w->findChild<QAction*>(QStringLiteral("m_tray_show"));
-    auto* exit = w->findChild<QAction*>(QStringLiteral("m_tray_exit"));
-    QVERIFY(hide && show && exit);
-    hide->trigger();
-    QVERIFY(!w->isVisible());
-    show->trigger();
-    QVERIFY(w->isVisible());
-    setUnsaved(UnsavedModule::Contact, true);
-    dialogs_->answers = {false, true};
-    exit->trigger();  // through the normal closing path
-    QVERIFY(w->isVisible());
-    exit->trigger();
-    QVERIFY(!w->isVisible());
-    QCOMPARE(dialogs_->shown.size(), 2);
+    tick(at(2024, 5, 2, 9, 0));  // Timer1 fires the reminder whose time has come
+    QCOMPARE(w.reminderWindows().size(), 1);
+    QCOMPARE(w.reminderWindows().first()->taskId(), 1);
+    QCOMPARE(refreshed.count(), 1);
 }
 
 void MainTest::updateRequestIsSentAsIsAndTheReplyJudged() {
-    auto plain = makeMain(MainWindowOptions{});  // the shipped file names no server
-    QVERIFY(!plain->updateCheck()->requested());
-    QCOMPARE(plain->updateCheck()->Wsk_Getfiles()->state(), QAbstractSocket::UnconnectedState);
+    MainWindowOptions o = quiet();
+    o.checkForUpdate = true;
+    QVERIFY(!start(o).updateCheck()->requested());  // the shipped file names no server
 
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
@@ -327,12 +233,8 @@ void MainTest::updateRequestIsSentAsIsAndTheReplyJudged() {
     writeValue("software", "update_host", QStringLiteral(" 127.0.0.1 "));
     writeValue("software", "update_port", QString::number(port));
     writeValue("software", "date_upgrade", QStringLiteral("2024-3-1"));
-    MainWindowOptions o = quietOptions();
-    o.checkForUpdate = true;
-    auto w = makeMain(o);
-    QSignalSpy checked(w.get(), &TarvelMain::updateChecked);
-    QVERIFY(w->updateCheck()->requested());
-
+    TarvelMain& w = start(o);
+    QSignalSpy checked(&w, &TarvelMain::updateChecked);
     if (!server.hasPendingConnections()) QVERIFY(server.waitForNewConnection(30000));
     QTcpSocket* peer = server.nextPendingConnection();
     const QByteArray expected = "GET http://127.0.0.1:" + QByteArray::number(port) +
@@ -350,10 +252,45 @@ void MainTest::updateRequestIsSentAsIsAndTheReplyJudged() {
     QCOMPARE(checked.count(), 1);
     QCOMPARE(checked.at(0).at(0).toBool(), true);
     QCOMPARE(checked.at(0).at(1).toDate(), QDate(2024, 4, 15));
-    QVERIFY(w->statusBar()->currentMessage().contains(QStringLiteral("2024-04-15")));
+    QVERIFY(w.statusBar()->currentMessage().contains(QStringLiteral("2024-04-15")));
     SoftwareSetting s;
     s.GetValue(QStringLiteral("software"), QStringLiteral("date_recent_getfile"));
     QCOMPARE(s.Set_Value(), QStringLiteral("2024-05-01"));
+}
+
+void MainTest::settingsPreviewDropsAnUncheckedSeparator() {
+    TarvelMain& w = start();
+    const QString stored = toolbar(w);
+    auto* menu = child<QListWidget>(openSettings(), "lv_menu");
+    for (int i = 0; i < menu->count(); ++i)
+        if (menu->item(i)->data(Qt::UserRole) == QStringLiteral("sepline2"))
+            menu->item(i)->setCheckState(Qt::Unchecked);
+    QCOMPARE(toolbar(w), QString(stored).replace(QStringLiteral("document | email"),
+                                                 QStringLiteral("document email")));
+    QVERIFY(toolbar(w) != stored);
+    click(w, "account");  // the preview's buttons work
+    QCOMPARE(w.currentPageCode(), page::AccountList);
+    w.RebuildToolbar();  // nothing was stored
+    QCOMPARE(toolbar(w), stored);
+}
+
+void MainTest::savedCaptionShowsAfterOk() {
+    TarvelMain& w = start();
+    click(w, "contact");
+    FormAppSetting& form = openSettings();
+    child<QLineEdit>(form, "txt_contact")->setText(QStringLiteral("人脉"));
+    form.SSTab1()->setCurrentIndex(FormAppSetting::CaptionsTab);
+    for (bool ok : {false, true}) {
+        dialogs_->answers = {ok};
+        tarvel::testsupport::click(form, "cmd_save");
+        QCOMPARE(dialogs_->lastText(), QStringLiteral(" 现在执行界面修改的结果吗?"));
+        QCOMPARE(w.toolbarAction(QStringLiteral("contact"))->text(),
+                 ok ? QStringLiteral("人脉") : QStringLiteral("联系人"));
+    }
+    // The module page already open shows the new caption too.
+    QCOMPARE(labelText(w.pageWidget(page::ContactList), "lbl_caption"), QStringLiteral("人脉"));
+    QCOMPARE(form.SSTab1()->tabText(FormAppSetting::RelatedFirst + 2),
+             QStringLiteral("人脉的相关信息"));
 }
 
 QTEST_MAIN(MainTest)

@@ -1,0 +1,98 @@
+#pragma once
+// Helpers of the screen tests: controls by name, the test's data file, and
+// message boxes and the shell-open verb that record what they were asked.
+#include <QDateTime>
+#include <QLabel>
+#include <QList>
+#include <QPushButton>
+#include <QTest>
+#include <QUrl>
+#include <QVariant>
+#include <QWidget>
+
+#include "store/jetdate.h"
+#include "store/tarveldatabase.h"
+#include "views/seams.h"
+
+namespace tarvel::testsupport {
+
+// A control by its name; the test stops when the screen lacks it.
+template <typename T>
+T* child(const QWidget& parent, const char* name) {
+    T* w = parent.findChild<T*>(QLatin1String(name));
+    if (!w) qFatal("no control %s", name);
+    return w;
+}
+
+// A member of a control array: the controls share a name, told apart by index.
+template <typename T>
+T* indexed(const QWidget& parent, const char* name, int index) {
+    for (T* w : parent.findChildren<T*>(QLatin1String(name)))
+        if (w->property("Index").toInt() == index) return w;
+    qFatal("no control %s(%d)", name, index);
+    return nullptr;
+}
+
+inline void click(const QWidget& parent, const char* button) {
+    child<QPushButton>(parent, button)->click();
+}
+
+inline void clickLabel(QLabel* label) {
+    QTest::mouseClick(label, Qt::LeftButton, {}, label->rect().center());
+}
+
+// Types text key by key; unlike QTest::keyClicks it takes characters outside Latin-1.
+inline void typeText(QWidget* widget, const QString& text) {
+    for (const QChar c : text)
+        QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+}
+
+// Runs a statement against the test's data file; the test stops when it fails.
+inline void run(const QString& sql) {
+    tarveldatabase db;
+    db.Execute(sql);
+    if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
+}
+
+// The first column of the first row; null when there is none.
+inline QVariant firstValue(const QString& sql) {
+    tarveldatabase db;
+    RecordsetPtr rs = db.GetReadRs(sql);
+    return rs && !rs->Eof() ? rs->value(0) : QVariant();
+}
+
+// A naive date-time, as the program's clock and the data file hold them.
+inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
+    return jetdate::naive(QDate(y, m, d), QTime(h, mi, s));
+}
+
+// Message boxes that record what they were asked to show and answer from a script.
+class ScriptedDialogs : public Dialogs {
+public:
+    struct Shown {
+        QString kind;  // "info", "warning" or "ask"
+        QString text;
+    };
+    void info(const QString&, const QString& text) override { shown.append({"info", text}); }
+    void warning(const QString&, const QString& text) override { shown.append({"warning", text}); }
+    bool ask(const QString&, const QString& text, Icon, Buttons) override {
+        shown.append({QStringLiteral("ask"), text});
+        // An unscripted question is answered No (Cancel), as closing the box would.
+        return answers.isEmpty() ? false : answers.takeFirst();
+    }
+    QString lastText() const { return shown.isEmpty() ? QString() : shown.last().text; }
+
+    QList<Shown> shown;
+    QList<bool> answers;
+};
+
+class RecordingOpener : public ShellOpener {
+public:
+    bool open(const QUrl& url) override {
+        opened.append(url);
+        return true;
+    }
+    QList<QUrl> opened;
+};
+
+}  // namespace tarvel::testsupport
