@@ -7,7 +7,7 @@
 
 namespace tarvel::jetdate {
 
-// Date/time values are naive: held as UTC-spec QDateTime so nothing shifts by
+// Date/time values are naive: held as QDateTime in UTC so nothing shifts by
 // daylight-saving rules, stored as fixed-width "YYYY-MM-DD HH:MM:SS" text.
 QDateTime naive(const QDate& date, const QTime& time = QTime(0, 0));
 
