@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
-#include <QString>
-#include <QStringList>
-#include <QVariant>
-
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
@@ -15,11 +10,24 @@
 
 namespace records_test {
 
-// A fresh data file per test, the clock pinned, and the statement trace on.
+inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
+    return tarvel::jetdate::naive(QDate(y, m, d), QTime(h, mi, s));
+}
+
+// A record object with its key set.
+template <typename Record>
+Record withId(int id) {
+    Record r;
+    r.setID(id);
+    return r;
+}
+
+// A fresh data file per test, the clock pinned at 2026-03-02 09:15:30, and the
+// statement trace on.
 class RecordFixture : public ::testing::Test {
 protected:
     RecordFixture() {
-        tarvel::Clock::setFixed(start());
+        tarvel::Clock::setFixed(at(2026, 3, 2, 9, 15, 30));
         tarvel::trace::setEnabled(true);
         tarvel::trace::clear();
     }
@@ -27,8 +35,6 @@ protected:
         tarvel::trace::setEnabled(false);
         tarvel::trace::clear();
     }
-
-    static QDateTime start() { return tarvel::jetdate::naive(QDate(2026, 3, 2), QTime(9, 15, 30)); }
 
     void run(const QString& sql) {
         tarvel::tarveldatabase db;
