@@ -60,7 +60,7 @@ QString statisticsTaskDateCondition(const QDate& day) {
 bool occursOn(const QDateTime& taskDate, qint16 cycleValue, const QDateTime& closeDate,
               const QDate& day) {
     if (!taskDate.isValid()) return false;
-    // Compared as the wall-clock values they hold, whatever their time spec.
+    // Compared as the wall-clock values they hold, whatever their time zone setting.
     const QDateTime begin = jetdate::naive(taskDate.date(), taskDate.time());
     const QDateTime t = jetdate::naive(day);
     if (cycleValue == cycle::Once) return begin == t;
