@@ -160,8 +160,8 @@ QVector<QVariant> ColumnSlots::read(const Recordset& rs) const {
 }
 
 namespace {
-// Why a recordset did not open: its own error, else the access object's (which
-// may hold the same text twice when the connection itself failed).
+// Why a recordset did not open: its own error, else the access object's (the
+// connection's, when the data file itself could not be opened).
 QString failureText(const tarveldatabase& db, const RecordsetPtr& rs) {
     if (rs && !rs->ErrorDescription().isEmpty()) return rs->ErrorDescription();
     return db.ErrMsg();
