@@ -1,165 +1,15 @@
 #include "store/dialect.h"
 
 #include <QHash>
-#include <vector>
 
-#include "store/jetdate.h"
+#include "store/dialectlexer.h"
+#include "store/dialectoperators.h"
+#include "store/dialecttokens.h"
 #include "store/schema.h"
 
 namespace tarvel::dialect {
 
 namespace {
-
-enum class Kind { Space, Word, Number, String, Identifier, Punct };
-
-struct Token {
-    Kind kind;
-    QString text;
-};
-
-bool isWordStart(QChar c) {
-    return c.isLetter() || c == QLatin1Char('_');
-}
-bool isWordChar(QChar c) {
-    return c.isLetterOrNumber() || c == QLatin1Char('_');
-}
-bool isDigit(QChar c) {
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
-
-QString quoteText(const QString& text) {
-    QString out = text;
-    out.replace(QLatin1Char('\''), QLatin1String("''"));
-    return QLatin1Char('\'') + out + QLatin1Char('\'');
-}
-
-// Splits the statement into tokens; date literals become quoted canonical text.
-bool tokenize(const QString& s, std::vector<Token>& tokens, QString& error) {
-    const qsizetype n = s.size();
-    qsizetype i = 0;
-    while (i < n) {
-        const QChar c = s[i];
-        const qsizetype start = i;
-        if (c.isSpace()) {
-            while (i < n && s[i].isSpace()) ++i;
-            tokens.push_back({Kind::Space, s.mid(start, i - start)});
-        } else if (c == QLatin1Char('\'')) {
-            ++i;
-            while (i < n) {
-                if (s[i] == QLatin1Char('\'')) {
-                    if (i + 1 < n && s[i + 1] == QLatin1Char('\'')) {
-                        i += 2;
-                        continue;
-                    }
-                    break;
-                }
-                ++i;
-            }
-            if (i >= n) {
-                error = QStringLiteral("unterminated string literal");
-                return false;
-            }
-            ++i;
-            tokens.push_back({Kind::String, s.mid(start, i - start)});
-        } else if (c == QLatin1Char('"')) {
-            // A double-quoted text is a string literal in the program's dialect.
-            QString value;
-            ++i;
-            while (i < n) {
-                if (s[i] == QLatin1Char('"')) {
-                    if (i + 1 < n && s[i + 1] == QLatin1Char('"')) {
-                        value += QLatin1Char('"');
-                        i += 2;
-                        continue;
-                    }
-                    break;
-                }
-                value += s[i++];
-            }
-            if (i >= n) {
-                error = QStringLiteral("unterminated string literal");
-                return false;
-            }
-            ++i;
-            tokens.push_back({Kind::String, quoteText(value)});
-        } else if (c == QLatin1Char('[')) {
-            const qsizetype close = s.indexOf(QLatin1Char(']'), i + 1);
-            if (close < 0) {
-                error = QStringLiteral("unterminated bracketed name");
-                return false;
-            }
-            QString name = s.mid(i + 1, close - i - 1);
-            name.replace(QLatin1Char('"'), QLatin1String("\"\""));
-            tokens.push_back({Kind::Identifier, QLatin1Char('"') + name + QLatin1Char('"')});
-            i = close + 1;
-        } else if (c == QLatin1Char('#')) {
-            const qsizetype close = s.indexOf(QLatin1Char('#'), i + 1);
-            const auto value =
-                close < 0 ? std::nullopt
-                          : jetdate::parseLiteral(QStringView(s).mid(i + 1, close - i - 1));
-            if (!value) {
-                error = QStringLiteral("invalid date literal: ") +
-                        (close < 0 ? s.mid(i) : s.mid(i, close - i + 1));
-                return false;
-            }
-            tokens.push_back({Kind::String, quoteText(jetdate::canonical(*value))});
-            i = close + 1;
-        } else if (isDigit(c) || (c == QLatin1Char('.') && i + 1 < n && isDigit(s[i + 1]))) {
-            while (i < n && isDigit(s[i])) ++i;
-            if (i < n && s[i] == QLatin1Char('.')) {
-                ++i;
-                while (i < n && isDigit(s[i])) ++i;
-            }
-            if (i + 1 < n && (s[i] == QLatin1Char('e') || s[i] == QLatin1Char('E'))) {
-                qsizetype j = i + 1;
-                if (j < n && (s[j] == QLatin1Char('+') || s[j] == QLatin1Char('-'))) ++j;
-                if (j < n && isDigit(s[j])) {
-                    while (j < n && isDigit(s[j])) ++j;
-                    i = j;
-                }
-            }
-            tokens.push_back({Kind::Number, s.mid(start, i - start)});
-            // A number glued to a keyword ("=11AND") stays two tokens.
-            if (i < n && isWordStart(s[i])) tokens.push_back({Kind::Space, QStringLiteral(" ")});
-        } else if (isWordStart(c)) {
-            while (i < n && isWordChar(s[i])) ++i;
-            tokens.push_back({Kind::Word, s.mid(start, i - start)});
-        } else {
-            ++i;
-            // Keep two-character operators whole.
-            if (i < n) {
-                const QString two = s.mid(start, 2);
-                if (two == QLatin1String("<>") || two == QLatin1String("<=") ||
-                    two == QLatin1String(">=") || two == QLatin1String("!=") ||
-                    two == QLatin1String("||"))
-                    ++i;
-            }
-            tokens.push_back({Kind::Punct, s.mid(start, i - start)});
-        }
-    }
-    return true;
-}
-
-bool is(const Token& t, const char* word) {
-    return (t.kind == Kind::Word) && t.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
-}
-
-bool isPunct(const Token& t, const char* text) {
-    return t.kind == Kind::Punct && t.text == QLatin1String(text);
-}
-
-// Index of the next non-space token after i, or -1.
-qsizetype nextSolid(const std::vector<Token>& t, qsizetype i) {
-    for (qsizetype j = i + 1; j < qsizetype(t.size()); ++j)
-        if (t[j].kind != Kind::Space) return j;
-    return -1;
-}
-
-qsizetype prevSolid(const std::vector<Token>& t, qsizetype i) {
-    for (qsizetype j = i - 1; j >= 0; --j)
-        if (t[j].kind != Kind::Space) return j;
-    return -1;
-}
 
 bool isComparison(const Token& t) {
     if (t.kind == Kind::Punct)
@@ -170,20 +20,30 @@ bool isComparison(const Token& t) {
     return is(t, "IN") || is(t, "LIKE") || is(t, "BETWEEN") || is(t, "IS");
 }
 
+// NOT on a yes/no column flips -1 and 0, as the original engine does, also when
+// the column stands in parentheses; a following comparison keeps the logical NOT.
+bool negatesYesNoColumn(const Tokens& t, qsizetype i) {
+    int open = 0;
+    for (; i >= 0 && isPunct(t[i], "("); i = nextSolid(t, i)) ++open;
+    if (i < 0 || t[i].kind != Kind::Word) return false;
+    qsizetype column = i;
+    qsizetype after = nextSolid(t, column);
+    while (after >= 0 && isPunct(t[after], ".")) {
+        column = nextSolid(t, after);
+        if (column < 0) return false;
+        after = nextSolid(t, column);
+    }
+    if (!schema::isYesNoColumn(t[column].text)) return false;
+    for (; open > 0; --open, after = nextSolid(t, after))
+        if (after < 0 || !isPunct(t[after], ")")) return false;
+    return after < 0 || !isComparison(t[after]);
+}
+
 // Rewrites words that mean something else in the engine's dialect.
-void rewriteWords(std::vector<Token>& t) {
+void rewriteWords(Tokens& t) {
     const qsizetype count = qsizetype(t.size());
     for (qsizetype i = 0; i < count; ++i) {
         Token& tok = t[i];
-        if (tok.kind == Kind::Punct && tok.text == QLatin1String("&")) {
-            tok.text = QStringLiteral("||");
-            continue;
-        }
-        if (tok.kind == Kind::Punct && tok.text == QLatin1String("/")) {
-            // Division is always exact in the program's dialect, never integer division.
-            tok.text = QStringLiteral("* 1.0 /");
-            continue;
-        }
         if (tok.kind != Kind::Word) continue;
         const qsizetype prev = prevSolid(t, i);
         const qsizetype next = nextSolid(t, i);
@@ -192,37 +52,27 @@ void rewriteWords(std::vector<Token>& t) {
         if (qualified) continue;
         const bool call = next >= 0 && isPunct(t[next], "(");
         if (!call && is(tok, "true")) {
-            tok = {Kind::Number, QStringLiteral("-1")};
+            tok.kind = Kind::Number;
+            tok.text = QStringLiteral("-1");
         } else if (!call && is(tok, "false")) {
-            tok = {Kind::Number, QStringLiteral("0")};
+            tok.kind = Kind::Number;
+            tok.text = QStringLiteral("0");
         } else if (is(tok, "now") || is(tok, "date") || is(tok, "time")) {
             const char* fn = is(tok, "now")    ? kNowFunction
                              : is(tok, "date") ? kDateFunction
                                                : kTimeFunction;
             tok.text = QLatin1String(fn) + (call ? QString() : QStringLiteral("()"));
-        } else if (is(tok, "mod")) {
-            tok = {Kind::Punct, QStringLiteral("%")};
         } else if (is(tok, "DELETE") && next >= 0 && isPunct(t[next], "*")) {
             t[next].text.clear();
-        } else if (is(tok, "NOT") && next >= 0 && t[next].kind == Kind::Word) {
-            // NOT on a yes/no column flips -1 and 0, as the original engine does;
-            // a following comparison keeps the logical NOT.
-            qsizetype col = next;
-            qsizetype after = nextSolid(t, col);
-            while (after >= 0 && isPunct(t[after], ".")) {
-                col = nextSolid(t, after);
-                if (col < 0) break;
-                after = nextSolid(t, col);
-            }
-            if (col >= 0 && schema::isYesNoColumn(t[col].text) &&
-                (after < 0 || !isComparison(t[after])))
-                tok = {Kind::Punct, QStringLiteral("~")};
+        } else if (is(tok, "NOT") && negatesYesNoColumn(t, next)) {
+            tok.kind = Kind::Punct;
+            tok.text = QStringLiteral("~");
         }
     }
 }
 
 // Over the contacts-with-account query, "contacts.x" and "accounts.x" name its columns.
-void rewriteQueryQualifiers(std::vector<Token>& t) {
+void rewriteQueryQualifiers(Tokens& t) {
     const QLatin1String query(schema::kContactsAccountsQuery);
     bool usesQuery = false;
     bool usesBaseTable = false;
@@ -242,14 +92,8 @@ void rewriteQueryQualifiers(std::vector<Token>& t) {
     }
 }
 
-QString join(const std::vector<Token>& t, qsizetype from, qsizetype to) {
-    QString out;
-    for (qsizetype i = from; i < to; ++i) out += t[i].text;
-    return out;
-}
-
 // The query is a view; updates and deletes through it go to the contacts it lists.
-bool rewriteQueryWrite(std::vector<Token>& t, QString& out) {
+bool rewriteQueryWrite(Tokens& t, QString& out) {
     const qsizetype first = nextSolid(t, -1);
     if (first < 0) return false;
     const bool update = is(t[first], "UPDATE");
@@ -283,9 +127,10 @@ bool rewriteQueryWrite(std::vector<Token>& t, QString& out) {
 }  // namespace
 
 Translation translateUncached(const QString& statement) {
-    std::vector<Token> tokens;
+    Tokens tokens;
     Translation result;
     if (!tokenize(statement, tokens, result.error)) return result;
+    translateOperators(tokens);
     rewriteWords(tokens);
     rewriteQueryQualifiers(tokens);
     if (!rewriteQueryWrite(tokens, result.sql))
@@ -303,74 +148,81 @@ bool startsWithWord(const QString& s, QLatin1String word) {
            !isWordChar(s[i + word.size()]);
 }
 
-// Replaces each plain number that follows a comparison operator with ? (outside
-// quotes, brackets and #dates#) and collects the values. Only queries and data
-// changes: schema statements may not carry parameters.
-QString parameterise(const QString& s, QList<QVariant>& values) {
-    if (!startsWithWord(s, QLatin1String("SELECT")) &&
-        !startsWithWord(s, QLatin1String("UPDATE")) && !startsWithWord(s, QLatin1String("DELETE")))
-        return s;
-    const qsizetype n = s.size();
-    QString out;
-    qsizetype copied = 0;  // s[copied, i) is still to be copied to out
-    QChar lastSolid;
-    for (qsizetype i = 0; i < n;) {
-        const QChar c = s[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"') || c == QLatin1Char('[') ||
-            c == QLatin1Char('#')) {
-            const QChar close = c == QLatin1Char('[') ? QLatin1Char(']') : c;
-            const qsizetype k = s.indexOf(close, i + 1);
-            if (k < 0) {  // the tokenizer reports it
-                values.clear();
-                return s;
-            }
-            i = k + 1;
-            lastSolid = close;
-            continue;
+// Digits with an optional fraction, short enough to be read exactly.
+bool isPlainNumber(QStringView text) {
+    const qsizetype dot = text.indexOf(QLatin1Char('.'));
+    return text.size() <= 15 && isDigit(text.front()) && isDigit(text.back()) &&
+           (dot < 0 || text.indexOf(QLatin1Char('.'), dot + 1) < 0);
+}
+
+bool endsComparison(QStringView punct) {
+    const QChar last = punct.back();
+    return last == QLatin1Char('=') || last == QLatin1Char('<') || last == QLatin1Char('>');
+}
+
+// The text with each plain number that follows a comparison replaced by ?, and
+// the value of every ? in the order they stand: the number, or for the caller's
+// own marks the next bound value. Numbers stay in schema statements and inserts,
+// and wherever something is glued to them (11AND, 1e5, 1.).
+struct Shape {
+    QString text;
+    QList<QVariant> values;
+    qsizetype marks = 0;  // the caller's own ? marks
+};
+
+Shape parameterise(const QString& s, const QList<QVariant>& bound) {
+    const bool numbers = startsWithWord(s, QLatin1String("SELECT")) ||
+                         startsWithWord(s, QLatin1String("UPDATE")) ||
+                         startsWithWord(s, QLatin1String("DELETE"));
+    Shape shape;
+    qsizetype copied = 0;  // s[copied, ...) is still to be copied to shape.text
+    bool afterComparison = false;
+    Lexer lexer(s);
+    Lexeme l;
+    while (lexer.next(l)) {
+        if (l.kind == LexemeKind::Space) continue;
+        const QStringView text = lexer.text(l);
+        if (l.kind == LexemeKind::Mark) {
+            shape.values << bound.value(shape.marks++);
+        } else if (numbers && afterComparison && l.kind == LexemeKind::Number &&
+                   isPlainNumber(text) && !isWordChar(lexer.after(l)) &&
+                   lexer.after(l) != QLatin1Char('.')) {
+            shape.values << (text.contains(QLatin1Char('.')) ? QVariant(text.toDouble())
+                                                             : QVariant(text.toLongLong()));
+            if (shape.text.isEmpty()) shape.text.reserve(s.size());
+            shape.text += QStringView(s).mid(copied, l.start - copied);
+            shape.text += QLatin1Char('?');
+            copied = l.start + l.size;
         }
-        const bool afterComparison = lastSolid == QLatin1Char('=') ||
-                                     lastSolid == QLatin1Char('<') || lastSolid == QLatin1Char('>');
-        if (isDigit(c) && afterComparison) {
-            qsizetype k = i;
-            while (k < n && isDigit(s[k])) ++k;
-            bool decimal = false;
-            if (k + 1 < n && s[k] == QLatin1Char('.') && isDigit(s[k + 1])) {
-                decimal = true;
-                for (++k; k < n && isDigit(s[k]);) ++k;
-            }
-            // Anything glued on (11AND, 1e5, 1.) keeps the literal as written.
-            if ((k >= n || (!isWordChar(s[k]) && s[k] != QLatin1Char('.'))) && k - i <= 15) {
-                const QStringView digits = QStringView(s).mid(i, k - i);
-                values << (decimal ? QVariant(digits.toDouble()) : QVariant(digits.toLongLong()));
-                if (out.isEmpty()) out.reserve(n);
-                out += QStringView(s).mid(copied, i - copied);
-                out += QLatin1Char('?');
-                copied = i = k;
-                lastSolid = QLatin1Char('?');
-                continue;
-            }
-        }
-        if (!c.isSpace()) lastSolid = c;
-        ++i;
+        afterComparison = l.kind == LexemeKind::Punct && endsComparison(text);
     }
-    if (copied == 0) return s;
-    out += QStringView(s).mid(copied);
-    return out;
+    if (copied == 0) {
+        shape.text = s;
+    } else {
+        shape.text += QStringView(s).mid(copied);
+    }
+    return shape;
 }
 
 }  // namespace
 
-Translation translate(const QString& statement) {
+Translation translate(const QString& statement, const QList<QVariant>& bound) {
     static QHash<QString, Translation> cache;
-    QList<QVariant> values;
-    const QString shape = parameterise(statement, values);
-    auto it = cache.constFind(shape);
+    Shape shape = parameterise(statement, bound);
+    auto it = cache.constFind(shape.text);
     if (it == cache.constEnd()) {
         if (cache.size() > 4096) cache.clear();  // keep memory bounded
-        it = cache.insert(shape, translateUncached(shape));
+        it = cache.insert(shape.text, translateUncached(shape.text));
     }
     Translation result = *it;
-    result.parameters = std::move(values);
+    result.parameters = std::move(shape.values);
+    if (!result.error.isEmpty()) return result;
+    if (shape.marks > bound.size())
+        result.error = QStringLiteral("参数不足，期待是 %1。").arg(shape.marks - bound.size());
+    else if (shape.marks < bound.size())
+        result.error = QStringLiteral("参数过多：语句只有 %1 个“?”，却给了 %2 个值。")
+                           .arg(shape.marks)
+                           .arg(bound.size());
     return result;
 }
 

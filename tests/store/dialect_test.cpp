@@ -133,3 +133,111 @@ TEST(Dialect, QuotedTextSurvivesAnySurroundings) {
         EXPECT_TRUE(t.sql.contains(payload)) << text.toStdString() << " -> " << t.sql.toStdString();
     }
 }
+
+TEST(Dialect, OperatorsKeepTheOriginalOrder) {
+    const Case cases[] = {
+        {"SELECT 'a' & 1 + 2", "SELECT 'a' || (1 + 2)"},
+        {"SELECT 7 mod 4 * 2", "SELECT 7 % (4 * 2)"},
+        {"SELECT a+b&c", "SELECT (a+b)||c"},
+        {"SELECT x / y - 1", "SELECT x * 1.0 / y - 1"},
+        {"SELECT 7 \\ 2", "SELECT CAST(ROUND(7) AS INTEGER) / CAST(ROUND(2) AS INTEGER)"},
+        {"SELECT f(a & b + 1, c) & d", "SELECT f(a || (b + 1), c) || d"},
+        {"SELECT count(*) FROM t WHERE (a mod 2 * 3) = 0",
+         "SELECT count(*) FROM t WHERE (a % (2 * 3)) = 0"},
+        {"SELECT con_name & now FROM t", "SELECT con_name || tv_now() FROM t"},
+        {"SELECT x & true + 1", "SELECT x || (-1 + 1)"},
+        {"UPDATE contacts SET con_check=NOT (con_check)",
+         "UPDATE contacts SET con_check=~ (con_check)"},
+        {"SELECT a FROM t WHERE NOT (con_check = 0)", "SELECT a FROM t WHERE NOT (con_check = 0)"},
+        {"SELECT a FROM t WHERE NOT (con_check) AND NOT (x)",
+         "SELECT a FROM t WHERE ~ (con_check) AND NOT (x)"},
+        // What the order cannot change is left as written.
+        {"SELECT a.*, b FROM t AS a", "SELECT a.*, b FROM t AS a"},
+        {"SELECT a & ", "SELECT a || "},
+        {"SELECT (a & b", "SELECT (a || b"},
+    };
+    for (const Case& c : cases) {
+        const auto t = translateUncached(QString::fromUtf8(c.jet));
+        EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
+        EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
+    }
+}
+
+// The caller's own ? marks and the numbers taken out of the text share one
+// numbering, in the order they stand.
+TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
+    using tarvel::dialect::translate;
+    const struct {
+        const char* jet;
+        QList<QVariant> bound;
+        const char* engine;
+        QList<QVariant> parameters;
+        bool error;
+    } cases[] = {
+        {"SELECT a FROM t WHERE b = ? AND c = 5",
+         {"x"},
+         "SELECT a FROM t WHERE b = ? AND c = ?",
+         {"x", 5},
+         false},
+        {"SELECT a FROM t WHERE c = 5 AND b = ?",
+         {"x"},
+         "SELECT a FROM t WHERE c = ? AND b = ?",
+         {5, "x"},
+         false},
+        {"SELECT ?, '?', [?], \"?\" FROM t WHERE c=7",
+         {1},
+         "SELECT ?, '?', \"?\", '?' FROM t WHERE c=?",
+         {1, 7},
+         false},
+        // A mark never becomes a numbered one.
+        {"SELECT a FROM t WHERE b = ?1", {"x"}, "SELECT a FROM t WHERE b = ? 1", {"x"}, false},
+        {"SELECT a FROM t WHERE b = ? AND c = ?",
+         {"x"},
+         "SELECT a FROM t WHERE b = ? AND c = ?",
+         {"x", QVariant()},
+         true},
+        {"SELECT a FROM t WHERE c = 5", {"x"}, "SELECT a FROM t WHERE c = ?", {5}, true},
+    };
+    for (const auto& c : cases) {
+        const auto t = translate(QString::fromUtf8(c.jet), c.bound);
+        EXPECT_EQ(t.sql.toStdString(), c.engine);
+        EXPECT_EQ(t.parameters, c.parameters) << c.jet;
+        EXPECT_EQ(!t.error.isEmpty(), c.error) << c.jet << ": " << t.error.toStdString();
+    }
+}
+
+// Odd texts never crash the translator; quoted text reaches the engine as written
+// and what cannot be read is reported.
+TEST(Dialect, OddTextsAreTranslatedOrRefused) {
+    const struct {
+        const char* jet;
+        const char* engine;  // nullptr: refused with a message
+    } cases[] = {
+        {"SELECT 'it''s' & 'a''''b'", "SELECT 'it''s' || 'a''''b'"},
+        {"SELECT '#1/2/2024#', '[x]', 'a\"b'", "SELECT '#1/2/2024#', '[x]', 'a\"b'"},
+        {"SELECT \"say 'hi'\" & \"#\"", "SELECT 'say ''hi''' || '#'"},
+        {"SELECT '?', [a?b], \"?\"", "SELECT '?', \"a?b\", '?'"},
+        {"SELECT [it's], [a\"b]", "SELECT \"it's\", \"a\"\"b\""},
+        {"SELECT '' & \"\"", "SELECT '' || ''"},
+        {"SELECT 'NOT con_check mod 2'", "SELECT 'NOT con_check mod 2'"},
+        {"SELECT ((((", "SELECT (((("},
+        {"SELECT ))) & (", "SELECT ))) || ("},
+        {"mod mod mod", "% % %"},
+        {"- - -", "- - -"},
+        {"SELECT 'open", nullptr},
+        {"SELECT 'a'' ", nullptr},
+        {"SELECT \"open", nullptr},
+        {"SELECT [open", nullptr},
+        {"SELECT #2024-1-1", nullptr},
+        {"SELECT #'#", nullptr},
+    };
+    for (const auto& c : cases) {
+        const auto t = translateUncached(QString::fromUtf8(c.jet));
+        if (c.engine) {
+            EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
+            EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
+        } else {
+            EXPECT_FALSE(t.error.isEmpty()) << c.jet << " -> " << t.sql.toStdString();
+        }
+    }
+}
