@@ -20,7 +20,8 @@ void Connection::Close() {
     handle_.reset();
 }
 
-RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
+RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected,
+                                 const QList<QVariant>& bound) {
     auto result = std::make_shared<Recordset>();
     if (recordsAffected) *recordsAffected = 0;
     error_.clear();
@@ -28,7 +29,7 @@ RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
         error_ = QStringLiteral("连接未打开");
         return result;
     }
-    const dialect::Translation t = dialect::translate(sql);
+    const dialect::Translation t = dialect::translate(sql, bound);
     if (!t.error.isEmpty()) {
         error_ = t.error;
         return result;
@@ -37,7 +38,7 @@ RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected) {
     if (!stmt) return result;
     if (sqlite3_column_count(stmt) > 0) {
         // A row-returning statement: hand back its rows like a read-only open.
-        if (!result->openStatement(sql, handle_, adLockReadOnly))
+        if (!result->openStatement(sql, handle_, adLockReadOnly, bound))
             error_ = result->ErrorDescription();
         return result;
     }

@@ -41,9 +41,9 @@ bool Recordset::Open(const QString& source, const ConnectionPtr& connection, int
 }
 
 bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handle>& handle,
-                              int lockType) {
+                              int lockType, const QList<QVariant>& bound) {
     source_ = source;
-    const dialect::Translation t = dialect::translate(source);
+    const dialect::Translation t = dialect::translate(source, bound);
     if (!t.error.isEmpty()) return fail(t.error);
     QString error;
     sqlite3_stmt* stmt = handle->prepare(t.sql, &error);

@@ -111,7 +111,9 @@ private:
     QVector<QVariant>& decodeAll(Row& row) const;
 
     bool fail(const QString& message);
-    bool openStatement(const QString& source, const std::shared_ptr<Handle>& handle, int lockType);
+    // `bound` holds the values of the source's own ? marks.
+    bool openStatement(const QString& source, const std::shared_ptr<Handle>& handle, int lockType,
+                       const QList<QVariant>& bound = {});
     bool writeInsert();
     bool writeEdit();
     bool reloadRow(const QString& table, qint64 rowid, QVector<QVariant>& values);

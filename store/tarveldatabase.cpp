@@ -1,6 +1,9 @@
 #include "store/tarveldatabase.h"
 
+#include <algorithm>
+
 #include "store/connectionstring.h"
+#include "store/sqlvalue.h"
 #include "store/trace.h"
 
 namespace tarvel {
@@ -54,28 +57,23 @@ RecordsetPtr tarveldatabase::CallProc(const QString& name) {
     oCommand_ = std::make_shared<Command>();
     oCommand_->ActiveConnection = oConn_;
     oCommand_->CommandText = name;
-    for (const ProcParam& p : std::as_const(arrParam_)) oCommand_->Parameters.append(p);
+    oCommand_->Parameters = arrParam_;
     trace::record(name);
-    // A stored query runs by its name; parameters fill its ? marks in order.
+    // A stored query runs by its name; the parameters are bound to the ? marks
+    // in order, never spliced into the text.
     QString sql = name.trimmed();
-    if (!sql.contains(QLatin1Char(' '))) sql = QStringLiteral("SELECT * FROM ") + sql;
+    if (std::none_of(sql.cbegin(), sql.cend(), [](QChar c) { return c.isSpace(); }))
+        sql = QStringLiteral("SELECT * FROM ") + sql;
+    QList<QVariant> values;
     for (const ProcParam& p : std::as_const(oCommand_->Parameters)) {
-        const qsizetype mark = sql.indexOf(QLatin1Char('?'));
-        if (mark < 0) break;
-        QString literal;
-        if (p.value.isNull()) {
-            literal = QStringLiteral("NULL");
-        } else if (p.value.typeId() == QMetaType::QString) {
-            literal = QLatin1Char('\'') + SafeSql(p.value.toString()) + QLatin1Char('\'');
-        } else {
-            literal = p.value.toString();
-        }
-        sql.replace(mark, 1, literal);
+        QVariant stored;
+        sqlvalue::toStorage(p.value, QString(), stored, nullptr);
+        values << stored;
     }
-    auto rs = std::make_shared<Recordset>();
-    if (oConn_->State() == adStateOpen && !rs->Open(sql, oConn_, adOpenStatic, adLockReadOnly))
-        addError(rs->ErrorDescription());
-    return rs;
+    if (oConn_->State() != adStateOpen) return std::make_shared<Recordset>();
+    RecordsetPtr result = oConn_->Execute(sql, nullptr, values);
+    addError(oConn_->ErrorDescription());
+    return result;
 }
 
 QString tarveldatabase::SafeSql(const QString& text) {
