@@ -2,15 +2,17 @@
 
 namespace tarvel::dialect {
 
-bool isWordStart(QChar c) {
-    return c.isLetter() || c == QLatin1Char('_');
+namespace {
+
+// Operators of two characters: <> <= >= != ||.
+bool isPair(QChar first, QChar second) {
+    const char16_t a = first.unicode();
+    const char16_t b = second.unicode();
+    return (a == '<' && (b == '>' || b == '=')) || ((a == '>' || a == '!') && b == '=') ||
+           (a == '|' && b == '|');
 }
-bool isWordChar(QChar c) {
-    return c.isLetterOrNumber() || c == QLatin1Char('_');
-}
-bool isDigit(QChar c) {
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
+
+}  // namespace
 
 // Moves i past a quoted text that starts at i; a doubled quote stays inside.
 bool Lexer::quoted(QChar quote, qsizetype& i) {
@@ -73,12 +75,7 @@ bool Lexer::next(Lexeme& out) {
         kind = LexemeKind::Mark;
         ++i;
     } else {
-        ++i;
-        if (i < n) {
-            const QStringView two = s_.mid(i - 1, 2);
-            for (const char* op : {"<>", "<=", ">=", "!=", "||"})
-                if (two == QLatin1String(op)) ++i;
-        }
+        i += i + 1 < n && isPair(c, s_[i + 1]) ? 2 : 1;
     }
     out = {kind, pos_, i - pos_};
     pos_ = i;

@@ -47,8 +47,16 @@ private:
     QString error_;
 };
 
-bool isWordStart(QChar c);
-bool isWordChar(QChar c);
-bool isDigit(QChar c);
+inline bool isDigit(QChar c) {
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+inline bool isWordStart(QChar c) {
+    const char16_t u = c.unicode();
+    if (u < 128) return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || u == '_';
+    return c.isLetter();
+}
+inline bool isWordChar(QChar c) {
+    return isWordStart(c) || isDigit(c) || (c.unicode() >= 128 && c.isNumber());
+}
 
 }  // namespace tarvel::dialect
