@@ -6,6 +6,7 @@
 
 #include "store/connection.h"
 #include "store/dialect.h"
+#include "store/dialectcriterion.h"
 #include "store/jetdate.h"
 #include "store/sqlitehandle.h"
 #include "store/sqlvalue.h"
@@ -492,29 +493,13 @@ bool likeMatch(const QString& text, const QString& pattern) {
 
 bool Recordset::Find(const QString& criteria) {
     if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
-    static const QRegularExpression re(
-        QStringLiteral("^\\s*\\[?([\\w.]+)\\]?\\s*(<>|<=|>=|=|<|>|\\bLIKE\\b)\\s*(.+?)\\s*$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const auto m = re.match(criteria);
-    if (!m.hasMatch()) return fail(QStringLiteral("查找条件无效：%1").arg(criteria));
-    const int column = fieldIndex(m.captured(1));
-    if (column < 0) return fail(QStringLiteral("找不到字段 %1").arg(m.captured(1)));
-    const QString op = m.captured(2).toUpper();
-    QString raw = m.captured(3);
-    QVariant target;
-    if (raw.size() >= 2 && raw.startsWith(QLatin1Char('\'')) && raw.endsWith(QLatin1Char('\''))) {
-        target = raw.mid(1, raw.size() - 2).replace(QStringLiteral("''"), QStringLiteral("'"));
-    } else if (raw.size() >= 2 && raw.startsWith(QLatin1Char('#')) &&
-               raw.endsWith(QLatin1Char('#'))) {
-        const auto d = jetdate::parseLiteral(QStringView(raw).mid(1, raw.size() - 2));
-        if (!d) return fail(QStringLiteral("查找条件中的日期无效：%1").arg(raw));
-        target = *d;
-    } else {
-        bool ok = false;
-        const double number = raw.toDouble(&ok);
-        if (!ok) return fail(QStringLiteral("查找条件无效：%1").arg(criteria));
-        target = number;
-    }
+    dialect::Criterion criterion;
+    QString error;
+    if (!dialect::parseCriterion(criteria, criterion, error)) return fail(error);
+    const int column = fieldIndex(criterion.column);
+    if (column < 0) return fail(QStringLiteral("找不到字段 %1").arg(criterion.column));
+    const QString& op = criterion.op;
+    const QVariant& target = criterion.value;
     if (!flushEdit()) return false;
     int i = visibleIndex(position_ < 0 ? 0 : position_, 1);
     for (; i < int(rows_.size()); i = visibleIndex(i + 1, 1)) {

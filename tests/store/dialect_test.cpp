@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
+
+#include "store/dialectcriterion.h"
 #include "store/jetdate.h"
 
 using tarvel::dialect::translateUncached;
@@ -239,5 +242,46 @@ TEST(Dialect, OddTextsAreTranslatedOrRefused) {
         } else {
             EXPECT_FALSE(t.error.isEmpty()) << c.jet << " -> " << t.sql.toStdString();
         }
+    }
+}
+
+TEST(Dialect, SearchConditions) {
+    using tarvel::dialect::Criterion;
+    const QVariant invalid = QStringLiteral("<invalid>");
+    const struct {
+        const char* text;
+        const char* column;
+        const char* op;
+        QVariant value;  // `invalid` when refused
+    } cases[] = {
+        {"con_id=1", "con_id", "=", 1.0},
+        {" contacts.con_id >= -2.5 ", "contacts.con_id", ">=", -2.5},
+        {"[con_lastname] like '李%'", "con_lastname", "LIKE", QStringLiteral("李%")},
+        {"con_nickname<>'it''s = #1#'", "con_nickname", "<>", QStringLiteral("it's = #1#")},
+        {"con_nickname = \"say \"\"hi\"\"\"", "con_nickname", "=", QStringLiteral("say \"hi\"")},
+        {"con_birthday < #1980-2-29#", "con_birthday", "<",
+         QDateTime(QDate(1980, 2, 29), QTime(0, 0))},
+        {"con_id = 1e3", "con_id", "=", 1000.0},
+        {"con_id = ", "", "", invalid},
+        {"= 5", "", "", invalid},
+        {"con_id 5", "", "", invalid},
+        {"con_id = 5 AND x = 1", "", "", invalid},
+        {"con_id = 5abc", "", "", invalid},
+        {"con_id = 'open", "", "", invalid},
+        {"con_id = -'x'", "", "", invalid},
+        {"con_birthday = #2024-13-1#", "", "", invalid},
+        {"a. = 1", "", "", invalid},
+    };
+    for (const auto& c : cases) {
+        Criterion criterion;
+        QString error;
+        const bool ok =
+            tarvel::dialect::parseCriterion(QString::fromUtf8(c.text), criterion, error);
+        EXPECT_EQ(ok, c.value != invalid) << c.text << ": " << error.toStdString();
+        EXPECT_EQ(error.isEmpty(), ok) << c.text;
+        if (!ok) continue;
+        EXPECT_EQ(criterion.column.toStdString(), c.column);
+        EXPECT_EQ(criterion.op.toStdString(), c.op);
+        EXPECT_EQ(criterion.value, c.value) << c.text;
     }
 }
