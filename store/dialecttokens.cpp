@@ -94,7 +94,13 @@ qsizetype prevSolid(const Tokens& t, qsizetype i) {
 
 QString join(const Tokens& t, qsizetype from, qsizetype to) {
     QString out;
-    for (qsizetype i = from; i < to; ++i) out += t[i].before + t[i].text + t[i].after;
+    for (qsizetype i = from; i < to; ++i) {
+        const QString piece = t[i].before + t[i].text + t[i].after;
+        // Two minus signs in a row start a comment in the engine's dialect.
+        if (piece.startsWith(QLatin1Char('-')) && out.endsWith(QLatin1Char('-')))
+            out += QLatin1Char(' ');
+        out += piece;
+    }
     return out;
 }
 

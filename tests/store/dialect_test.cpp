@@ -227,6 +227,8 @@ TEST(Dialect, OddTextsAreTranslatedOrRefused) {
         {"SELECT ))) & (", "SELECT ))) || ("},
         {"mod mod mod", "% % %"},
         {"- - -", "- - -"},
+        {"DELETE FROM t WHERE a--1=0 AND b=2", "DELETE FROM t WHERE a- -1=0 AND b=2"},
+        {"SELECT 1-true", "SELECT 1- -1"},
         {"SELECT 'open", nullptr},
         {"SELECT 'a'' ", nullptr},
         {"SELECT \"open", nullptr},
