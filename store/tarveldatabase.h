@@ -39,6 +39,8 @@ public:
     RecordsetPtr GetReadRs(const QString& sql);
     // Runs a statement; `recordsAffected` receives the number of rows changed.
     RecordsetPtr Execute(const QString& sql, qint64* recordsAffected = nullptr);
+    // Runs a stored query by its name, or a statement, with the values of
+    // arrParam bound to its ? marks in order (as many values as marks).
     RecordsetPtr CallProc(const QString& name);
     QString SafeSql() const;
     void OpenConnection();

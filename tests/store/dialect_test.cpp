@@ -5,6 +5,7 @@
 #include <QDateTime>
 
 #include "store/dialectcriterion.h"
+#include "store/dialectlexer.h"
 #include "store/jetdate.h"
 
 using tarvel::dialect::translateUncached;
@@ -285,5 +286,38 @@ TEST(Dialect, SearchConditions) {
         EXPECT_EQ(criterion.column.toStdString(), c.column);
         EXPECT_EQ(criterion.op.toStdString(), c.op);
         EXPECT_EQ(criterion.value, c.value) << c.text;
+    }
+}
+
+// Random texts of operators, groups, marks and quotes: no crash, quoted text
+// reaches the engine as written, and every ? the engine sees has one value.
+TEST(Dialect, RandomExpressionsKeepQuotesAndMarks) {
+    using tarvel::dialect::Lexeme;
+    using tarvel::dialect::LexemeKind;
+    using tarvel::dialect::Lexer;
+    const auto marks = [](const QString& text) {
+        Lexer lexer(text);
+        int count = 0;
+        for (Lexeme l; lexer.next(l);) count += l.kind == LexemeKind::Mark;
+        return lexer.error().isEmpty() ? count : -1;
+    };
+    const QStringList pieces = QStringLiteral(
+                                   "WHERE ,(,),&, mod ,\\,-,+,*,/,=,?,5,x,NOT ,con_check,true,., ,"
+                                   "'q?''#',[n?],\"?\",#2024-1-1#,now")
+                                   .split(QLatin1Char(','));
+    const QString payload = QStringLiteral("'a''#now# \"x\" [y] ? & mod'");
+    quint32 seed = 2024;
+    auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 16; };
+    for (int round = 0; round < 3000; ++round) {
+        QString text = QStringLiteral("SELECT ");
+        for (int n = next() % 14; n > 0; --n) text += pieces[next() % pieces.size()];
+        text += QStringLiteral(" & ") + payload;
+        const int count = marks(text);
+        ASSERT_GE(count, 0) << text.toStdString();
+        const auto t = tarvel::dialect::translate(text, QList<QVariant>(count, 1));
+        ASSERT_TRUE(t.error.isEmpty()) << text.toStdString() << ": " << t.error.toStdString();
+        EXPECT_TRUE(t.sql.contains(payload)) << text.toStdString() << " -> " << t.sql.toStdString();
+        EXPECT_EQ(marks(t.sql), t.parameters.size())
+            << text.toStdString() << " -> " << t.sql.toStdString();
     }
 }
