@@ -90,7 +90,8 @@ void Recordset::Close() {
 }
 
 QVariant Recordset::cellValue(int row, int index) const {
-    if (auto it = written_.constFind(row); it != written_.constEnd()) return (*it)[index];
+    if (!written_.isEmpty())
+        if (auto it = written_.constFind(row); it != written_.constEnd()) return (*it)[index];
     return rows_.value(row, index, columns_->list[index].kind);
 }
 
@@ -139,7 +140,8 @@ int Recordset::AbsolutePosition() const {
     if (Eof() || Bof()) return 0;
     if (liveRows_ == rows_.rowCount()) return position_ + 1;
     rowOfRecord(0);  // builds live_
-    return int(std::lower_bound(live_.begin(), live_.end(), position_) - live_.begin()) + 1;
+    // Records up to the current row; a deleted current row counts with those before it.
+    return int(std::upper_bound(live_.begin(), live_.end(), position_) - live_.begin());
 }
 
 bool Recordset::setAbsolutePosition(int position) {
