@@ -84,7 +84,7 @@ public:
     // an edit in progress is not shown. Null when out of range.
     QVariant valueAt(int record, int index) const;
     QString fieldName(int index) const;
-    // Index of a field by name ("col" or "table.col"), case-insensitive; -1 when absent.
+    // Index of a field by name, -1 when absent (rules: ResultColumns::indexOf).
     int fieldIndex(const QString& name) const;
 
     bool AddNew();

@@ -13,7 +13,7 @@ template <typename T>
 bool ResultRows::Buffer<T>::reserveMore(size_t more) {
     if (capacity_ - size_ >= more) return true;
     const size_t capacity =
-        std::max(size_ + more, std::max<size_t>(capacity_ * 2, 4096 / sizeof(T)));
+        std::max(size_ + more, std::max<size_t>(capacity_ * 2, 512 / sizeof(T)));
     T* data = static_cast<T*>(std::realloc(data_, capacity * sizeof(T)));
     if (!data) return false;
     data_ = data;
