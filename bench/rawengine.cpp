@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -38,6 +40,23 @@ void bindText(sqlite3_stmt* stmt, int index, const std::string& text) {
     sqlite3_bind_text(stmt, index, text.data(), int(text.size()), SQLITE_TRANSIENT);
 }
 
+namespace {
+
+// The raw handles open now, with their files: their page caches are sized again
+// once the files are filled, to what the access layer gives the filled file.
+std::vector<std::pair<sqlite3*, QString>>& openHandles() {
+    static std::vector<std::pair<sqlite3*, QString>> handles;
+    return handles;
+}
+
+bool sizePageCache(sqlite3* db, const QString& path) {
+    const std::string cache =
+        "PRAGMA cache_size=-" + std::to_string(tarvel::pageCacheKiB(QFileInfo(path).size()));
+    return check(db, sqlite3_exec(db, cache.c_str(), nullptr, nullptr, nullptr), "page cache");
+}
+
+}  // namespace
+
 sqlite3* openRaw(const QString& path) {
     sqlite3* db = nullptr;
     if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
@@ -49,8 +68,8 @@ sqlite3* openRaw(const QString& path) {
     const char* key = tarvel::schema::kDatabasePassword;
     sqlite3_key(db, key, int(std::strlen(key)));
     // The rest as the access layer does it: the key checked on a first read, the
-    // same busy timeout, and the same 16 MiB page cache, so both sides decrypt
-    // the same pages.
+    // same busy timeout, and the same page cache for the file's size, so both
+    // sides decrypt the same pages.
     if (!check(db,
                sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr),
                "key")) {
@@ -58,16 +77,20 @@ sqlite3* openRaw(const QString& path) {
         return nullptr;
     }
     sqlite3_busy_timeout(db, 2000);
-    if (!check(db, sqlite3_exec(db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr),
-               "page cache")) {
+    if (!sizePageCache(db, path)) {
         sqlite3_close(db);
         return nullptr;
     }
+    openHandles().emplace_back(db, path);
     return db;
 }
 
 void closeRaw(sqlite3* db, const std::vector<sqlite3_stmt*>& statements) {
     for (sqlite3_stmt* stmt : statements) sqlite3_finalize(stmt);
+    auto& handles = openHandles();
+    handles.erase(std::remove_if(handles.begin(), handles.end(),
+                                 [db](const auto& h) { return h.first == db; }),
+                  handles.end());
     sqlite3_close(db);
 }
 
@@ -192,6 +215,8 @@ bool setUp(const QTemporaryDir& dir, const Steps& steps) {
         return false;
     }
     if (!steps.fill(path)) return false;
+    for (const auto& [db, file] : openHandles())
+        if (!sizePageCache(db, file)) return false;
     tarvel::setGlobalConnectionString(tarvel::connectionStringFor(path));
     return steps.warmUp();
 }

@@ -38,7 +38,7 @@ RecordsetPtr Connection::Execute(const QString& sql, qint64* recordsAffected,
     if (!stmt) return result;
     if (sqlite3_column_count(stmt) > 0) {
         // A row-returning statement: hand back its rows like a read-only open.
-        if (!result->openStatement(sql, handle_, adLockReadOnly, bound))
+        if (!result->readStatement(sql, stmt, t.parameters, handle_, adLockReadOnly))
             error_ = result->ErrorDescription();
         return result;
     }

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "store/connection.h"
 #include "store/dialect.h"
@@ -10,6 +11,7 @@
 #include "store/jetdate.h"
 #include "store/sqlitehandle.h"
 #include "store/sqlvalue.h"
+#include "store/transaction.h"
 
 namespace tarvel {
 
@@ -49,44 +51,23 @@ bool Recordset::openStatement(const QString& source, const std::shared_ptr<Handl
     QString error;
     sqlite3_stmt* stmt = handle->prepare(t.sql, &error);
     if (!stmt) return fail(error);
+    return readStatement(source, stmt, t.parameters, handle, lockType);
+}
+
+bool Recordset::readStatement(const QString& source, sqlite3_stmt* stmt,
+                              const QVector<QVariant>& parameters,
+                              const std::shared_ptr<Handle>& handle, int lockType) {
+    source_ = source;
     StatementLease lease(stmt);
-    const int count = sqlite3_column_count(stmt);
-    if (count == 0) return fail(QStringLiteral("语句不返回记录"));
-    for (int i = 0; i < t.parameters.size(); ++i) sqlvalue::bind(stmt, i + 1, t.parameters[i]);
+    if (sqlite3_column_count(stmt) == 0) return fail(QStringLiteral("语句不返回记录"));
+    for (int i = 0; i < parameters.size(); ++i) sqlvalue::bind(stmt, i + 1, parameters[i]);
     auto columns = handle->resultColumns(stmt);
-    rows_.clear();
-    int rc;
-    cells_.clear();
-    bytes_.clear();
-    bytes_.reserve(512);
-    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
-        Row row;
-        row.firstCell = qsizetype(cells_.size());
-        cells_.resize(cells_.size() + count);
-        Cell* cell = cells_.data() + row.firstCell;
-        for (int i = 0; i < count; ++i, ++cell) {
-            cell->type = sqlite3_column_type(stmt, i);
-            if (cell->type == SQLITE_INTEGER) {
-                cell->integer = sqlite3_column_int64(stmt, i);
-            } else if (cell->type == SQLITE_FLOAT) {
-                cell->real = sqlite3_column_double(stmt, i);
-            } else if (cell->type == SQLITE_TEXT || cell->type == SQLITE_BLOB) {
-                const char* data = cell->type == SQLITE_TEXT
-                                       ? reinterpret_cast<const char*>(sqlite3_column_text(stmt, i))
-                                       : static_cast<const char*>(sqlite3_column_blob(stmt, i));
-                cell->size = sqlite3_column_bytes(stmt, i);
-                cell->offset = int(bytes_.size());
-                bytes_.insert(bytes_.end(), data, data + cell->size);
-            }
-        }
-        rows_.push_back(std::move(row));
-    }
-    if (rc != SQLITE_DONE) {
-        rows_.clear();
-        return fail(handle->lastError());
-    }
+    const int rc = rows_.readAll(stmt);
+    if (rc == SQLITE_NOMEM) return fail(QStringLiteral("内存不足，无法读取全部记录"));
+    if (rc != SQLITE_DONE) return fail(handle->lastError());
     columns_ = std::move(columns);
-    liveRows_ = int(rows_.size());
+    liveRows_ = rows_.rowCount();
+    deleted_.assign(size_t(liveRows_), false);
     handle_ = handle;
     lockType_ = lockType;
     state_ = adStateOpen;
@@ -99,8 +80,9 @@ void Recordset::Close() {
     editMode_ = adEditNone;
     columns_.reset();
     rows_.clear();
-    cells_.clear();
-    bytes_.clear();
+    written_.clear();
+    deleted_.clear();
+    live_.clear();
     liveRows_ = 0;
     pending_.clear();
     changed_.clear();
@@ -108,31 +90,42 @@ void Recordset::Close() {
     position_ = 0;
 }
 
-QVariant Recordset::cellValue(const Row& row, int index) const {
-    if (!row.values.isEmpty()) return row.values[index];
-    const Cell& c = cells_[row.firstCell + index];
-    return sqlvalue::decode(c.type, c.integer, c.real, bytes_.data() + c.offset, c.size,
-                            columns_->list[index].kind);
+QVariant Recordset::cellValue(int row, int index) const {
+    if (!written_.isEmpty())
+        if (auto it = written_.constFind(row); it != written_.constEnd()) return (*it)[index];
+    return rows_.value(row, index, columns_->list[index].kind);
 }
 
-QVector<QVariant>& Recordset::decodeAll(Row& row) const {
-    if (row.values.isEmpty()) {
+QVector<QVariant>& Recordset::decodeAll(int row) {
+    auto it = written_.find(row);
+    if (it == written_.end()) {
         QVector<QVariant> values(FieldCount());
         for (int i = 0; i < FieldCount(); ++i) values[i] = cellValue(row, i);
-        row.values = std::move(values);
+        it = written_.insert(row, std::move(values));
     }
-    return row.values;
+    return *it;
+}
+
+int Recordset::rowOfRecord(int record) const {
+    if (record < 0 || record >= liveRows_) return -1;
+    if (liveRows_ == rows_.rowCount()) return record;
+    if (live_.empty()) {
+        live_.reserve(size_t(liveRows_));
+        for (int i = 0; i < rows_.rowCount(); ++i)
+            if (!deleted_[size_t(i)]) live_.push_back(i);
+    }
+    return live_[size_t(record)];
 }
 
 int Recordset::visibleIndex(int from, int step) const {
     int i = from;
-    while (i >= 0 && i < int(rows_.size()) && rows_[i].deleted) i += step;
+    while (i >= 0 && i < rows_.rowCount() && deleted_[size_t(i)]) i += step;
     return i;
 }
 
 bool Recordset::Eof() const {
     if (state_ != adStateOpen) return true;
-    return position_ >= int(rows_.size()) || liveRows_ == 0;
+    return position_ >= rows_.rowCount() || liveRows_ == 0;
 }
 
 bool Recordset::Bof() const {
@@ -146,10 +139,19 @@ int Recordset::RecordCount() const {
 
 int Recordset::AbsolutePosition() const {
     if (Eof() || Bof()) return 0;
-    int n = 0;
-    for (int i = 0; i <= position_; ++i)
-        if (!rows_[i].deleted) ++n;
-    return n;
+    if (liveRows_ == rows_.rowCount()) return position_ + 1;
+    rowOfRecord(0);  // builds live_
+    // Records up to the current row; a deleted current row counts with those before it.
+    return int(std::upper_bound(live_.begin(), live_.end(), position_) - live_.begin());
+}
+
+bool Recordset::setAbsolutePosition(int position) {
+    if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
+    const int row = rowOfRecord(position - 1);
+    if (row < 0) return fail(QStringLiteral("没有第 %1 条记录").arg(position));
+    if (!flushEdit()) return false;
+    position_ = row;
+    return true;
 }
 
 bool Recordset::flushEdit() {
@@ -166,8 +168,8 @@ bool Recordset::MoveFirst() {
 bool Recordset::MoveLast() {
     if (state_ != adStateOpen) return fail(QStringLiteral("记录集已关闭"));
     if (!flushEdit()) return false;
-    const int last = visibleIndex(int(rows_.size()) - 1, -1);
-    position_ = last < 0 ? int(rows_.size()) : last;
+    const int last = visibleIndex(rows_.rowCount() - 1, -1);
+    position_ = last < 0 ? rows_.rowCount() : last;
     return true;
 }
 
@@ -192,29 +194,20 @@ QString Recordset::fieldName(int index) const {
 }
 
 int Recordset::fieldIndex(const QString& name) const {
-    if (!columns_) return -1;
-    if (auto it = columns_->byName.constFind(name); it != columns_->byName.constEnd()) return *it;
-    if (auto it = columns_->byName.constFind(name.toLower()); it != columns_->byName.constEnd())
-        return *it;
-    // "table.column" also names a column by where it came from.
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot > 0) {
-        const QString table = name.left(dot), column = name.mid(dot + 1);
-        for (int i = 0; i < FieldCount(); ++i) {
-            const Column& c = columns_->list[i];
-            if (c.table.compare(table, Qt::CaseInsensitive) == 0 &&
-                c.origin.compare(column, Qt::CaseInsensitive) == 0)
-                return i;
-        }
-    }
-    return -1;
+    return columns_ ? columns_->indexOf(name) : -1;
 }
 
 QVariant Recordset::value(int index) const {
     if (index < 0 || index >= FieldCount()) return QVariant();
     if (editMode_ != adEditNone) return pending_[index];
     if (Eof() || Bof()) return QVariant();
-    return cellValue(rows_[position_], index);
+    return cellValue(position_, index);
+}
+
+QVariant Recordset::valueAt(int record, int index) const {
+    if (state_ != adStateOpen || index < 0 || index >= FieldCount()) return QVariant();
+    const int row = rowOfRecord(record);
+    return row < 0 ? QVariant() : cellValue(row, index);
 }
 
 bool Recordset::setValue(int index, const QVariant& value) {
@@ -226,7 +219,7 @@ bool Recordset::setValue(int index, const QVariant& value) {
     if (editMode_ == adEditNone) {
         if (Eof() || Bof()) return fail(QStringLiteral("没有当前记录"));
         editMode_ = adEditInProgress;
-        pending_ = decodeAll(rows_[position_]);
+        pending_ = decodeAll(position_);
         changed_ = QVector<bool>(FieldCount(), false);
     }
     pending_[index] = value;
@@ -350,16 +343,18 @@ bool Recordset::writeInsert() {
     }
     QString error;
     if (!run(*handle_, insert, error)) return fail(error);
-    Row row;
-    row.values = pending_;
-    if (!reloadRow(mainTable, sqlite3_last_insert_rowid(handle_->db()), row.values)) return false;
-    rows_.push_back(std::move(row));
+    QVector<QVariant> values = pending_;
+    if (!reloadRow(mainTable, sqlite3_last_insert_rowid(handle_->db()), values)) return false;
+    if (!rows_.appendNullRow()) return fail(QStringLiteral("内存不足"));
+    position_ = rows_.rowCount() - 1;
+    written_.insert(position_, std::move(values));
+    deleted_.push_back(false);
+    live_.clear();
     ++liveRows_;
-    position_ = int(rows_.size()) - 1;
     return true;
 }
 
-QStringList Recordset::locateRow(const QString& table, const TableInfo& info, const Row& row,
+QStringList Recordset::locateRow(const QString& table, const TableInfo& info, int row,
                                  QVector<QVariant>& values) const {
     // The row is found by its key when the recordset holds it, else by all the
     // values it was read with.
@@ -383,11 +378,14 @@ QStringList Recordset::locateRow(const QString& table, const TableInfo& info, co
 }
 
 bool Recordset::writeEdit() {
-    Row& row = rows_[position_];
+    const int row = position_;
     QStringList tables;
     for (int i = 0; i < FieldCount(); ++i)
         if (changed_[i] && !tables.contains(columns_->list[i].table, Qt::CaseInsensitive))
             tables << columns_->list[i].table;
+    // A row of a joined query may span several tables: all of them change or none.
+    Transaction transaction(handle_);
+    if (!transaction.isActive()) return fail(transaction.error());
     for (const QString& table : std::as_const(tables)) {
         const TableInfo* info = handle_->tableInfo(table);
         if (!info) return fail(QStringLiteral("找不到表 %1").arg(table));
@@ -414,8 +412,9 @@ bool Recordset::writeEdit() {
         if (!run(*handle_, update, error, &changes)) return fail(error);
         if (changes != 1) return fail(QStringLiteral("要修改的记录已被删除或修改"));
     }
+    if (!transaction.commit()) return fail(transaction.error());
     // Read back what the engine stored, so the row shows the column types' view of it.
-    decodeAll(row);
+    QVector<QVariant>& values = decodeAll(row);
     for (int i = 0; i < FieldCount(); ++i) {
         if (!changed_[i]) continue;
         QVariant stored;
@@ -423,12 +422,12 @@ bool Recordset::writeEdit() {
         if (columns_->list[i].declaredType.compare(QLatin1String("DATETIME"),
                                                    Qt::CaseInsensitive) == 0 &&
             !stored.isNull())
-            row.values[i] = jetdate::fromCanonical(stored.toString()).value_or(QDateTime());
+            values[i] = jetdate::fromCanonical(stored.toString()).value_or(QDateTime());
         else
-            row.values[i] = stored.typeId() == QMetaType::LongLong &&
-                                    stored.toLongLong() >= INT_MIN && stored.toLongLong() <= INT_MAX
-                                ? QVariant(stored.toInt())
-                                : stored;
+            values[i] = stored.typeId() == QMetaType::LongLong && stored.toLongLong() >= INT_MIN &&
+                                stored.toLongLong() <= INT_MAX
+                            ? QVariant(stored.toInt())
+                            : stored;
     }
     return true;
 }
@@ -447,15 +446,16 @@ bool Recordset::Delete() {
     const TableInfo* info = handle_->tableInfo(table);
     if (!info) return fail(QStringLiteral("记录集没有可写的表"));
     Statement remove;
-    Row& row = rows_[position_];
-    const QStringList where = locateRow(table, *info, row, remove.values);
+    const QStringList where = locateRow(table, *info, position_, remove.values);
     if (where.isEmpty()) return fail(QStringLiteral("无法确定要删除的记录"));
     remove.sql =
         QStringLiteral("DELETE FROM %1 WHERE rowid IN (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
             .arg(quoted(table), where.join(QStringLiteral(" AND ")));
     QString error;
     if (!run(*handle_, remove, error)) return fail(error);
-    row.deleted = true;
+    deleted_[size_t(position_)] = true;
+    written_.remove(position_);
+    live_.clear();
     --liveRows_;
     return true;
 }
@@ -502,8 +502,8 @@ bool Recordset::Find(const QString& criteria) {
     const QVariant& target = criterion.value;
     if (!flushEdit()) return false;
     int i = visibleIndex(position_ < 0 ? 0 : position_, 1);
-    for (; i < int(rows_.size()); i = visibleIndex(i + 1, 1)) {
-        const QVariant v = cellValue(rows_[i], column);
+    for (; i < rows_.rowCount(); i = visibleIndex(i + 1, 1)) {
+        const QVariant v = cellValue(i, column);
         if (v.isNull()) continue;
         bool hit;
         if (op == QLatin1String("LIKE")) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -8,6 +9,9 @@
 #include <vector>
 
 #include "store/resultcolumns.h"
+#include "store/resultrows.h"
+
+struct sqlite3_stmt;
 
 namespace tarvel {
 
@@ -64,6 +68,8 @@ public:
     bool Bof() const;
     int RecordCount() const;
     int AbsolutePosition() const;  // 1-based; 0 at BOF/EOF
+    // Makes record `position` (1-based) current; false when there is none.
+    bool setAbsolutePosition(int position);
     bool MoveFirst();
     bool MoveLast();
     bool MoveNext();
@@ -74,8 +80,11 @@ public:
     FieldRef Fields(const QString& name) { return FieldRef(this, fieldIndex(name)); }
     QVariant value(int index) const;
     QVariant value(const QString& name) const { return value(fieldIndex(name)); }
+    // A field of any record (0-based, in cursor order) without moving to it;
+    // an edit in progress is not shown. Null when out of range.
+    QVariant valueAt(int record, int index) const;
     QString fieldName(int index) const;
-    // Index of a field by name ("col" or "table.col"), case-insensitive; -1 when absent.
+    // Index of a field by name, -1 when absent (rules: ResultColumns::indexOf).
     int fieldIndex(const QString& name) const;
 
     bool AddNew();
@@ -93,33 +102,24 @@ public:
 private:
     friend class Connection;
     using Column = ResultColumn;
-    // Rows are kept as copied cells (one array and one text buffer for the whole
-    // result) and turned into values when read; an edited row holds its values.
-    struct Cell {
-        qint64 integer = 0;
-        double real = 0;
-        int offset = 0;
-        int size = 0;
-        int type = 0;
-    };
-    struct Row {
-        qsizetype firstCell = 0;  // into cells_
-        QVector<QVariant> values;
-        bool deleted = false;
-    };
-    QVariant cellValue(const Row& row, int index) const;
-    QVector<QVariant>& decodeAll(Row& row) const;
+    QVariant cellValue(int row, int index) const;
+    QVector<QVariant>& decodeAll(int row);
 
     bool fail(const QString& message);
     // `bound` holds the values of the source's own ? marks.
     bool openStatement(const QString& source, const std::shared_ptr<Handle>& handle, int lockType,
                        const QList<QVariant>& bound = {});
+    // Reads the rows of a statement prepared (and translated from `source`) on `handle`.
+    bool readStatement(const QString& source, sqlite3_stmt* stmt,
+                       const QVector<QVariant>& parameters, const std::shared_ptr<Handle>& handle,
+                       int lockType);
     bool writeInsert();
     bool writeEdit();
     bool reloadRow(const QString& table, qint64 rowid, QVector<QVariant>& values);
     QString primaryTable() const;
-    QStringList locateRow(const QString& table, const TableInfo& info, const Row& row,
+    QStringList locateRow(const QString& table, const TableInfo& info, int row,
                           QVector<QVariant>& values) const;
+    int rowOfRecord(int record) const;
     int visibleIndex(int from, int step) const;
     bool flushEdit();
 
@@ -129,11 +129,12 @@ private:
     int lockType_ = adLockReadOnly;
     int editMode_ = adEditNone;
     std::shared_ptr<const ResultColumns> columns_;
-    std::vector<Row> rows_;
-    std::vector<Cell> cells_;
-    std::vector<char> bytes_;
-    int liveRows_ = 0;  // rows not deleted
-    int position_ = 0;  // index into rows_; -1 = BOF, rows_.size() = EOF
+    ResultRows rows_;
+    QHash<int, QVector<QVariant>> written_;  // rows the program edited or added, by row
+    std::vector<bool> deleted_;
+    mutable std::vector<int> live_;  // the row of each record once rows were deleted
+    int liveRows_ = 0;               // rows not deleted
+    int position_ = 0;               // index into rows_; -1 = BOF, rows_.rowCount() = EOF
     QVector<QVariant> pending_;
     QVector<bool> changed_;
     QString error_;

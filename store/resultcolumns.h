@@ -2,12 +2,15 @@
 
 #include <QHash>
 #include <QString>
+#include <memory>
 #include <vector>
+
+struct sqlite3_stmt;
 
 namespace tarvel {
 
-// What a prepared statement returns: its columns, where each came from, and
-// an index by name. Built once per statement and shared by every recordset.
+// What a prepared statement returns: its columns and where each came from.
+// Built once per statement and shared by every recordset over it.
 struct ResultColumn {
     QString name;
     QString table;   // base table the column came from; empty for computed values
@@ -15,9 +18,22 @@ struct ResultColumn {
     QString declaredType;
     int kind = 0;  // sqlvalue::Kind of the declared type
 };
-struct ResultColumns {
+
+class ResultColumns {
+public:
+    static std::shared_ptr<const ResultColumns> describe(sqlite3_stmt* stmt);
+
+    // The column a caller means by `name`, -1 when none: the exact name, else
+    // the name in any case, else the bare name of a qualified result column
+    // ("x.name"), else "table.column" by base table and origin. The first
+    // column wins at each step, also when a name is ambiguous.
+    int indexOf(const QString& name) const;
+
     std::vector<ResultColumn> list;
-    QHash<QString, int> byName;  // exact and lower-case names; the first column wins
+
+private:
+    QHash<QString, int> exact_;
+    QHash<QString, int> folded_;  // lower-case names, then bare names of qualified ones
 };
 
 }  // namespace tarvel

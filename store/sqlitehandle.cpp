@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <QFileInfo>
+#include <algorithm>
 
 #include "store/clock.h"
 #include "store/connectionstring.h"
@@ -121,12 +122,30 @@ void firstFinal(sqlite3_context* ctx) {
     *slot = nullptr;
 }
 
+// The number of tables, views and indexes; -1 when the file cannot be read.
+int schemaObjects(sqlite3* db) {
+    sqlite3_stmt* stmt = nullptr;
+    int count = -1;
+    if (sqlite3_prepare_v2(db, "SELECT count(*) FROM sqlite_master", -1, &stmt, nullptr) ==
+            SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW)
+        count = sqlite3_column_int(stmt, 0);
+    sqlite3_finalize(stmt);
+    return count;
+}
+
 QHash<QString, std::shared_ptr<Handle>>& handleCache() {
     static QHash<QString, std::shared_ptr<Handle>> cache;
     return cache;
 }
 
 }  // namespace
+
+int pageCacheKiB(qint64 fileBytes) {
+    constexpr qint64 kFloorKiB = 16 * 1024, kCeilingKiB = 256 * 1024;
+    // A quarter more than the file, for the engine's own overhead per page and for growth.
+    return int(std::clamp(fileBytes / 1024 + fileBytes / 4096, kFloorKiB, kCeilingKiB));
+}
 
 Handle::Handle(sqlite3* db, QString path) : db_(db), path_(std::move(path)) {
     registerFunctions();
@@ -164,16 +183,18 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
     }
     const QByteArray key = password.toUtf8();
     sqlite3_key(db, key.constData(), key.size());
-    // The key is only checked on first read; a wrong key or a foreign file fails here.
-    if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr) !=
-        SQLITE_OK) {
+    // The key is only checked on first read; a wrong key or a foreign file fails
+    // here. An empty file reads as a database without tables: no data file either.
+    if (schemaObjects(db) <= 0 && !create) {
         sqlite3_close(db);
         return fail(QStringLiteral("%1 不是 Tarvel 数据文件，或数据库密码不对").arg(path));
     }
     sqlite3_busy_timeout(db, 2000);
-    // Pages are decrypted on every cache miss; a larger cache keeps lists and the
-    // schedule's day-by-day queries from decrypting the same pages again.
-    sqlite3_exec(db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr);
+    // Pages are decrypted on every cache miss; a cache that holds the whole file
+    // lets a list or a search decrypt each page once.
+    const QByteArray cache =
+        "PRAGMA cache_size=-" + QByteArray::number(pageCacheKiB(QFileInfo(path).size()));
+    sqlite3_exec(db, cache.constData(), nullptr, nullptr, nullptr);
     return std::shared_ptr<Handle>(new Handle(db, path));
 }
 
@@ -288,33 +309,7 @@ std::shared_ptr<const ResultColumns> Handle::resultColumns(sqlite3_stmt* stmt) {
     auto key = sqlOf_.constFind(stmt);
     Cached* cached = key == sqlOf_.constEnd() ? nullptr : &statements_[*key];
     if (cached && cached->columns) return cached->columns;
-    auto columns = std::make_shared<ResultColumns>();
-    const int count = sqlite3_column_count(stmt);
-    columns->list.reserve(count);
-    auto text = [](const char* s) { return s ? QString::fromUtf8(s) : QString(); };
-    QHash<QString, int> bareNames;  // "t.col" -> how often "col" ends a result name
-    for (int i = 0; i < count; ++i) {
-        const QString name = text(sqlite3_column_name(stmt, i));
-        ++bareNames[name.mid(name.lastIndexOf(QLatin1Char('.')) + 1).toLower()];
-    }
-    for (int i = 0; i < count; ++i) {
-        ResultColumn c{text(sqlite3_column_name(stmt, i)), text(sqlite3_column_table_name(stmt, i)),
-                       text(sqlite3_column_origin_name(stmt, i)),
-                       text(sqlite3_column_decltype(stmt, i))};
-        c.kind = sqlvalue::kindOf(c.declaredType);
-        // A table-qualified column is known by its bare name, as long as that is unambiguous.
-        if (const qsizetype dot = c.name.lastIndexOf(QLatin1Char('.')); dot >= 0) {
-            const QString bare = c.name.mid(dot + 1);
-            if (bareNames.value(bare.toLower()) == 1) {
-                columns->byName.insert(c.name, i);
-                c.name = bare;
-            }
-        }
-        if (!columns->byName.contains(c.name)) columns->byName.insert(c.name, i);
-        const QString lower = c.name.toLower();
-        if (!columns->byName.contains(lower)) columns->byName.insert(lower, i);
-        columns->list.push_back(std::move(c));
-    }
+    auto columns = ResultColumns::describe(stmt);
     if (cached) cached->columns = columns;
     return columns;
 }

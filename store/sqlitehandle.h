@@ -81,6 +81,10 @@ private:
     sqlite3_stmt* stmt_;
 };
 
+// The page cache, in KiB, for a data file of `fileBytes`: enough to hold the
+// whole file (so a scan decrypts each page once), within 16 to 256 MiB.
+int pageCacheKiB(qint64 fileBytes);
+
 // The cached handle for a connection string (opened on first use).
 std::shared_ptr<Handle> acquireHandle(const QString& connectionString, QString* error);
 

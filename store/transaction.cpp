@@ -10,6 +10,18 @@ namespace tarvel {
 Transaction::Transaction(const QString& connectionString) {
     const QString cs = connectionString.isEmpty() ? globalConnectionString() : connectionString;
     handle_ = acquireHandle(cs, &error_);
+    begin();
+}
+
+Transaction::Transaction(std::shared_ptr<Handle> handle) : handle_(std::move(handle)) {
+    if (!handle_ || !handle_->isOpen()) {
+        error_ = QStringLiteral("数据文件已关闭");
+        handle_.reset();
+    }
+    begin();
+}
+
+void Transaction::begin() {
     if (!handle_) return;
     if (!sqlite3_get_autocommit(handle_->db())) return;  // joins the open one
     if (handle_->exec(QStringLiteral("BEGIN"), &error_))

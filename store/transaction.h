@@ -14,6 +14,8 @@ class Transaction {
 public:
     // The data file of `connectionString`, or of the global connection string.
     explicit Transaction(const QString& connectionString = QString());
+    // An open data file's handle (a recordset's writes).
+    explicit Transaction(std::shared_ptr<Handle> handle);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -27,6 +29,8 @@ public:
     QString error() const { return error_; }
 
 private:
+    void begin();
+
     std::shared_ptr<Handle> handle_;
     bool owner_ = false;
     bool done_ = false;

@@ -9,28 +9,12 @@ void RecordsetModel::setRecordset(RecordsetPtr recordset) {
 
 void RecordsetModel::reload() {
     beginResetModel();
-    rows_.clear();
+    rows_ = 0;
     names_.clear();
-    Recordset* rs = recordset_.get();
+    const Recordset* rs = recordset_.get();
     if (rs && rs->State() == adStateOpen) {
         for (int c = 0; c < rs->FieldCount(); ++c) names_ << rs->fieldName(c);
-        const bool atEof = rs->Eof() && !rs->Bof();
-        const int position = rs->AbsolutePosition();
-        if (rs->RecordCount() > 0) {
-            rs->MoveFirst();
-            for (; !rs->Eof(); rs->MoveNext()) {
-                QVector<QVariant> row(names_.size());
-                for (int c = 0; c < names_.size(); ++c) row[c] = rs->value(c);
-                rows_.append(row);
-            }
-            // Back to where the recordset stood; the loop left it at EOF.
-            if (position > 0) {
-                moveTo(position - 1);
-            } else if (!atEof) {
-                rs->MoveFirst();
-                rs->MovePrevious();
-            }
-        }
+        rows_ = rs->RecordCount();
     }
     endResetModel();
 }
@@ -46,14 +30,11 @@ int RecordsetModel::currentRow() const {
 
 bool RecordsetModel::moveTo(int row) {
     if (!recordset_ || row < 0 || row >= recordset_->RecordCount()) return false;
-    if (currentRow() == row) return true;
-    recordset_->MoveFirst();
-    for (int i = 0; i < row; ++i) recordset_->MoveNext();
-    return true;
+    return currentRow() == row || recordset_->setAbsolutePosition(row + 1);
 }
 
 int RecordsetModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : int(rows_.size());
+    return parent.isValid() ? 0 : rows_;
 }
 
 int RecordsetModel::columnCount(const QModelIndex& parent) const {
@@ -62,8 +43,8 @@ int RecordsetModel::columnCount(const QModelIndex& parent) const {
 
 QVariant RecordsetModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return QVariant();
-    if (role != Qt::DisplayRole && role != Qt::EditRole) return QVariant();
-    return rows_[index.row()][index.column()];
+    if ((role != Qt::DisplayRole && role != Qt::EditRole) || !recordset_) return QVariant();
+    return recordset_->valueAt(index.row(), index.column());
 }
 
 QVariant RecordsetModel::headerData(int section, Qt::Orientation orientation, int role) const {

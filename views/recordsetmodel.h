@@ -2,15 +2,17 @@
 
 #include <QAbstractTableModel>
 #include <QHash>
-#include <QVector>
+#include <QStringList>
 
 #include "store/recordset.h"
 
 namespace tarvel {
 
-// Shows a recordset (a data control's, usually) in a grid. The rows are read
-// when the model is (re)loaded; call reload() after the recordset changed.
-// Grid rows and recordset rows are kept in step through currentRow()/moveTo().
+// Shows a recordset (a data control's, usually) in a grid. Cells are read from
+// the recordset when the grid asks for them; the model keeps no copy. Its shape
+// (rows, columns) is taken when it is (re)loaded: call reload() after rows were
+// added or deleted. Grid rows and recordset rows are kept in step through
+// currentRow()/moveTo().
 class RecordsetModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -18,7 +20,7 @@ public:
 
     void setRecordset(RecordsetPtr recordset);
     RecordsetPtr recordset() const { return recordset_; }
-    // Re-reads every row; the recordset keeps its position.
+    // Takes the recordset's shape again; the recordset keeps its position.
     void reload();
 
     // A header caption other than the field name.
@@ -37,7 +39,7 @@ public:
 
 private:
     RecordsetPtr recordset_;
-    QVector<QVector<QVariant>> rows_;
+    int rows_ = 0;
     QStringList names_;
     QHash<int, QString> captions_;
 };

@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <optional>
 
 #include "store/connectionstring.h"
 #include "store/encode.h"
@@ -204,4 +206,146 @@ TEST(SafeSqlAndEncode, QuotesAndDigests) {
     EXPECT_EQ(encode().MD5("abcdef"), "e80b5017098950fc58aad83c8c14978e");
     EXPECT_EQ(encode().MD5(QStringLiteral("密码")),
               "a8105204604a0b11e916f3879aae3b0b");  // over UTF-8 bytes
+}
+
+TEST(DataFileCheck, OnlyATarvelFileOpensAndNoneIsTouched) {
+    // Missing, empty and junk files are each reported as such and left as they were.
+    const struct {
+        const char* name;
+        std::optional<QByteArray> content;
+        const char* message;
+    } cases[] = {
+        {"missing", std::nullopt, "数据文件不存在"},
+        {"empty", QByteArray(), "不是 Tarvel 数据文件"},
+        {"junk", QByteArray(4096, 'x'), "不是 Tarvel 数据文件"},
+    };
+    for (const auto& c : cases) {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("mydata3.tvg");
+        if (c.content) {
+            QFile f(path);
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write(*c.content);
+        }
+        setGlobalConnectionString(buildConnectionString(dir.path()));
+        tarveldatabase db;
+        EXPECT_EQ(db.GetReadRs("SELECT * FROM setting")->State(), adStateClosed) << c.name;
+        EXPECT_TRUE(db.ErrMsg().contains(QString::fromUtf8(c.message)))
+            << c.name << ": " << db.ErrMsg().toStdString();
+        EXPECT_EQ(QFile::exists(path), c.content.has_value()) << c.name;
+        if (c.content) {
+            EXPECT_EQ(QFileInfo(path).size(), c.content->size()) << c.name;
+        }
+    }
+    setGlobalConnectionString(QString());
+}
+
+TEST_F(Access, FieldNamesResolveInOnePlace) {
+    RecordsetPtr rs = db.GetReadRs(
+        "SELECT c.con_id, c.con_lastname AS [t.nick], c.con_nickname AS [u.nick], "
+        "c.con_lastname AS LastName, a.acc_name, 1 AS Two, 2 AS two FROM contacts c "
+        "LEFT JOIN accounts_contacts l ON l.con_id = c.con_id "
+        "LEFT JOIN accounts a ON a.acc_id = l.acc_id");
+    ASSERT_EQ(rs->State(), adStateOpen) << db.ErrMsg().toStdString();
+    const std::pair<const char*, int> names[] = {
+        {"con_id", 0},                 // exact
+        {"CON_ID", 0},                 // any case
+        {"two", 6},                    // exact wins over an earlier name in another case
+        {"TWO", 5},                    // else the first in any case
+        {"nick", 1},                   // bare name of a qualified column, the first one
+        {"U.NICK", 2},                 // the qualified name itself
+        {"lastname", 3},               // a name in any case wins over a bare name
+        {"contacts.con_lastname", 1},  // base table and column, the first one
+        {"accounts.acc_name", 4},      //
+        {"accounts.con_id", -1},       // no such column in that table
+        {"con_nickname", -1},          // renamed by the query
+        {"", -1},
+    };
+    for (const auto& [name, index] : names) EXPECT_EQ(rs->fieldIndex(name), index) << name;
+}
+
+TEST_F(Access, AnEditOverTwoTablesWritesBothOrNeither) {
+    const char* joined =
+        "SELECT c.con_id, c.con_lastname, a.acc_id, a.acc_name FROM contacts c "
+        "INNER JOIN accounts_contacts l ON l.con_id = c.con_id "
+        "INNER JOIN accounts a ON a.acc_id = l.acc_id";
+    RecordsetPtr rs = db.GetWriteRs(joined);
+    ASSERT_EQ(rs->RecordCount(), 1);
+    rs->Fields("con_lastname") = QStringLiteral("张三");
+    rs->Fields("acc_name") = QStringLiteral("乙公司");
+    ASSERT_TRUE(rs->Update()) << rs->ErrorDescription().toStdString();
+    EXPECT_EQ(scalar("SELECT con_lastname FROM contacts WHERE con_id=1").toString(), "张三");
+    EXPECT_EQ(scalar("SELECT acc_name FROM accounts WHERE acc_id=1").toString(), "乙公司");
+    EXPECT_EQ(rs->value("acc_name").toString(), "乙公司");
+
+    // The account goes away behind the recordset's back: the contact keeps its name too.
+    db.Execute("DELETE * FROM accounts WHERE acc_id=1");
+    rs->Fields("con_lastname") = QStringLiteral("张四");
+    rs->Fields("acc_name") = QStringLiteral("丙公司");
+    EXPECT_FALSE(rs->Update());
+    EXPECT_FALSE(rs->ErrorDescription().isEmpty());
+    EXPECT_EQ(scalar("SELECT con_lastname FROM contacts WHERE con_id=1").toString(), "张三");
+}
+
+TEST_F(Access, RecordsAreReachedByPositionAcrossAddsAndDeletes) {
+    db.Execute("INSERT INTO contacts (con_lastname) VALUES ('王')");
+    RecordsetPtr rs = db.GetWriteRs("SELECT con_id, con_lastname FROM contacts ORDER BY con_id");
+    ASSERT_EQ(rs->RecordCount(), 3);
+    rs->MoveNext();
+    ASSERT_TRUE(rs->Delete());  // 李
+    ASSERT_TRUE(rs->AddNew());
+    rs->Fields("con_lastname") = QStringLiteral("赵");
+    ASSERT_TRUE(rs->Update());
+    EXPECT_EQ(rs->AbsolutePosition(), 3);
+    const char* expected[] = {"张", "王", "赵"};
+    for (int record = 0; record < 3; ++record)
+        EXPECT_EQ(rs->valueAt(record, 1).toString(), QString::fromUtf8(expected[record]));
+    EXPECT_TRUE(rs->valueAt(3, 1).isNull());
+    EXPECT_TRUE(rs->valueAt(0, 2).isNull());
+    ASSERT_TRUE(rs->setAbsolutePosition(2));
+    EXPECT_EQ(rs->value(1).toString(), "王");
+    EXPECT_EQ(rs->AbsolutePosition(), 2);
+    EXPECT_FALSE(rs->setAbsolutePosition(4));
+    EXPECT_EQ(rs->AbsolutePosition(), 2);
+}
+
+TEST(PageCache, HoldsTheWholeFileWithinBounds) {
+    const std::pair<qint64, int> sizes[] = {
+        {0, 16 * 1024},
+        {8 << 20, 16 * 1024},
+        {80 << 20, 100 * 1024},
+        {qint64(4) << 30, 256 * 1024},
+    };
+    for (const auto& [bytes, kib] : sizes) EXPECT_EQ(pageCacheKiB(bytes), kib) << bytes;
+}
+
+TEST_F(Access, EveryKindOfCellComesBackAsStored) {
+    // Integers at the edges of the 32-bit range, reals, empty text apart from
+    // null, bytes with a zero, text beyond ASCII; two rows, so that cells of the
+    // second row are found past the first row's payloads.
+    RecordsetPtr rs = db.GetReadRs(
+        "SELECT 0 AS a, -1 AS b, 2147483647 AS c, -2147483648 AS d, 2147483648 AS e, "
+        "-9223372036854775807 AS f, 1.5 AS g, '' AS h, NULL AS i, x'00ff' AS j, '张三é' AS k "
+        "UNION ALL SELECT 1, 2, 3, 4, 5, 6, -0.25, 'x', 'y', x'', NULL");
+    ASSERT_EQ(rs->RecordCount(), 2) << db.ErrMsg().toStdString();
+    const QVariant first[] = {0,
+                              -1,
+                              2147483647,
+                              -2147483647 - 1,
+                              qlonglong(2147483648LL),
+                              qlonglong(-9223372036854775807LL),
+                              1.5,
+                              QString(""),
+                              QVariant(),
+                              QByteArray("\0\xff", 2),
+                              QStringLiteral("张三é")};
+    const QVariant second[] = {
+        1, 2, 3, 4, 5, 6, -0.25, QString("x"), QString("y"), QByteArray(), QVariant()};
+    for (int i = 0; i < 11; ++i) {
+        for (const auto& [record, expected] : {std::pair{0, first[i]}, std::pair{1, second[i]}}) {
+            const QVariant got = rs->valueAt(record, i);
+            EXPECT_EQ(got, expected) << "record " << record << " column " << i;
+            EXPECT_EQ(got.isNull(), expected.isNull()) << "record " << record << " column " << i;
+        }
+    }
 }
