@@ -3,7 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
@@ -13,23 +13,15 @@ namespace tarvel {
 // date. Nothing here touches the file itself.
 class document : public RecordBase {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString DocName() const { return docName_; }
-    void setDocName(const QString& value) { docName_ = value; }
-    QString DocPath() const { return docPath_; }
-    void setDocPath(const QString& value) { docPath_ = value; }
-    QString DocDescription() const { return docDescription_; }
-    void setDocDescription(const QString& value) { docDescription_ = value; }
-    QString DocTag() const { return docTag_; }
-    void setDocTag(const QString& value) { docTag_ = value; }
-    QDateTime CreatDate() const { return creatDate_; }
-    void setCreatDate(const QDateTime& value) { creatDate_ = value; }
-    QDateTime DocRecentEditDate() const { return recentEditDate_; }
-    void setDocRecentEditDate(const QDateTime& value) { recentEditDate_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, DocName, docName_)
+    TARVEL_PROPERTY(QString, DocPath, docPath_)
+    TARVEL_PROPERTY(QString, DocDescription, docDescription_)
+    TARVEL_PROPERTY(QString, DocTag, docTag_)
+    TARVEL_PROPERTY(QDateTime, CreatDate, creatDate_)
+    TARVEL_PROPERTY(QDateTime, DocRecentEditDate, recentEditDate_)
     // Held for callers; not stored.
-    QString DocType() const { return docType_; }
-    void setDocType(const QString& value) { docType_ = value; }
+    TARVEL_PROPERTY(QString, DocType, docType_)
 
     bool Add();
     bool Update();
@@ -53,9 +45,12 @@ public:
     bool UpdateIndex(int documentId);
     bool InitDocument(int documentId, bool load);
 
+    // Columns, properties and the panel's controls (txt_doc_name, ...).
+    static const RecordDescription<document>& description();
+
 private:
-    void readQuickEdit();
-    void linkToPanelRecord();
+    static const RecordLinks& links();
+    bool linkToPanelRecord();
 
     int id_ = 0;
     QString docName_, docPath_, docDescription_, docTag_;

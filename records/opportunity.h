@@ -3,8 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/currency.h"
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
@@ -13,39 +12,23 @@ namespace tarvel {
 // nothing.
 class Opportunity : public RecordBase {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString Subject() const { return subject_; }
-    void setSubject(const QString& value) { subject_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime DieDate() const { return dieDate_; }
-    void setDieDate(const QDateTime& value) { dieDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
-    Currency ESale() const { return eSale_; }
-    void setESale(Currency value) { eSale_ = value; }
-    Currency Sale() const { return sale_; }
-    void setSale(Currency value) { sale_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString Phase() const { return phase_; }
-    void setPhase(const QString& value) { phase_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, Subject, subject_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, DieDate, dieDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
+    TARVEL_PROPERTY(Currency, ESale, eSale_)
+    TARVEL_PROPERTY(Currency, Sale, sale_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, Phase, phase_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
     // Chance of success in percent.
-    qint16 Probability() const { return probability_; }
-    void setProbability(qint16 value) { probability_ = value; }
-    QString OppType() const { return oppType_; }
-    void setOppType(const QString& value) { oppType_ = value; }
-    QString Industry() const { return industry_; }
-    void setIndustry(const QString& value) { industry_ = value; }
-    QString Province() const { return province_; }
-    void setProvince(const QString& value) { province_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
+    TARVEL_PROPERTY(qint16, Probability, probability_)
+    TARVEL_PROPERTY(QString, OppType, oppType_)
+    TARVEL_PROPERTY(QString, Industry, industry_)
+    TARVEL_PROPERTY(QString, Province, province_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
 
     bool Add();
     bool Update();
@@ -76,9 +59,13 @@ public:
     bool UpdateIndex(int opportunityId);
     bool InitOpportunity(int opportunityId, bool load);
 
+    // Columns, properties and the panel's controls (txt_opp_name, ...).
+    static const RecordDescription<Opportunity>& description();
+
 private:
-    void readQuickEdit();
-    void linkToPanelRecord();
+    static const RecordLinks& links();
+    bool readQuickEdit();
+    bool linkToPanelRecord();
 
     int id_ = 0;
     QString subject_, description_;

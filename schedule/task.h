@@ -3,8 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/currency.h"
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
@@ -32,43 +31,25 @@ namespace tarvel {
 //  - deleting: Delete() then DeleteRelation().
 class Task : public RecordBase {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString Subject() const { return subject_; }
-    void setSubject(const QString& value) { subject_ = value; }
-    QDateTime TaskDate() const { return taskDate_; }
-    void setTaskDate(const QDateTime& value) { taskDate_ = value; }
-    QDateTime TaskTime() const { return taskTime_; }
-    void setTaskTime(const QDateTime& value) { taskTime_ = value; }
-    QString TaskType() const { return taskType_; }
-    void setTaskType(const QString& value) { taskType_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
-    Currency Outlay() const { return outlay_; }
-    void setOutlay(Currency value) { outlay_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
-    qint16 Remind() const { return remind_; }
-    void setRemind(qint16 value) { remind_ = value; }
-    qint16 Closed() const { return closed_; }
-    void setClosed(qint16 value) { closed_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, Subject, subject_)
+    TARVEL_PROPERTY(QDateTime, TaskDate, taskDate_)
+    TARVEL_PROPERTY(QDateTime, TaskTime, taskTime_)
+    TARVEL_PROPERTY(QString, TaskType, taskType_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
+    TARVEL_PROPERTY(Currency, Outlay, outlay_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
+    TARVEL_PROPERTY(qint16, Remind, remind_)
+    TARVEL_PROPERTY(qint16, Closed, closed_)
     // 1: remind again on every day the task occurs (see schedule/reminders.h).
-    qint16 Again() const { return again_; }
-    void setAgain(qint16 value) { again_ = value; }
-    qint16 Cycle() const { return cycle_; }
-    void setCycle(qint16 value) { cycle_ = value; }
-    QDateTime CloseDate() const { return closeDate_; }
-    void setCloseDate(const QDateTime& value) { closeDate_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QDateTime Task_last_remind_date() const { return lastRemindDate_; }
-    void setTask_last_remind_date(const QDateTime& value) { lastRemindDate_ = value; }
+    TARVEL_PROPERTY(qint16, Again, again_)
+    TARVEL_PROPERTY(qint16, Cycle, cycle_)
+    TARVEL_PROPERTY(QDateTime, CloseDate, closeDate_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QDateTime, Task_last_remind_date, lastRemindDate_)
 
     // Stores a new row; tas_create_date is today and tas_recent_contact_date
     // now (both also kept in the properties), tas_last_remind_date stays
@@ -138,18 +119,19 @@ public:
     bool SetQuery(int otherId);
     QString Digest() const { return digest_; }
 
+    // Columns, properties and the schedule form's controls (txt_sch_subject, ...).
+    static const RecordDescription<Task>& description();
+
 private:
-    // The columns Update writes, in its order; with `onlyPresent` those the
-    // recordset lacks are skipped. True when every one was written.
-    bool writeColumns(Recordset& rs, bool onlyPresent) const;
-    void readForm(bool newTask);
+    static const RecordLinks& links();
+    bool readForm(bool newTask);
     // TaskDate and TaskTime from a date picker and a time box; fails, changing
     // nothing, when either holds no date or time.
-    void readWhen(const char* dateControl, const char* timeControl);
+    bool readWhen(const char* dateControl, const char* timeControl);
     // 1 when the check box is ticked, else 0.
     qint16 ticked(const char* control) const;
-    void linkToShownRecords();
-    QString panelRecordName(qint16 recordKind, int recordId) const;
+    bool linkToShownRecords();
+    bool panelRecordName(qint16 recordKind, int recordId, QString& name) const;
 
     int id_ = 0;
     QString subject_;

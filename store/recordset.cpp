@@ -197,6 +197,12 @@ int Recordset::fieldIndex(const QString& name) const {
         return *it;
     // "table.column" also names a column by where it came from.
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot < 0) {
+        // A bare name also names a qualified result column "x.name"; the first wins.
+        for (int i = 0; i < FieldCount(); ++i)
+            if (columns_->list[i].name.endsWith(QLatin1Char('.') + name, Qt::CaseInsensitive))
+                return i;
+    }
     if (dot > 0) {
         const QString table = name.left(dot), column = name.mid(dot + 1);
         for (int i = 0; i < FieldCount(); ++i) {
