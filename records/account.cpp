@@ -70,27 +70,6 @@ bool Account::Add() {
                              read(description().select("accounts", QString::number(id_))));
 }
 
-bool Account::Update() {
-    return report("Update", updateRow(*this, description()));
-}
-
-bool Account::Delete() {
-    return report("Delete", execute(QStringLiteral("DELETE * FROM accounts WHERE acc_id=") +
-                                    QString::number(id_)));
-}
-
-bool Account::DeleteRelation() {
-    return report("DeleteRelation", deleteRelation(links(), id_));
-}
-
-bool Account::GetById() {
-    return report("GetById", getRow(*this, description()));
-}
-
-void Account::LoadRow(const Recordset& rs) {
-    description().load(*this, rs);
-}
-
 bool Account::GetByIdEx(int otherId, qint16 relationKind) {
     if (id_ == 0) return true;
     if (!GetById()) return report("GetByIdEx", false);
@@ -104,10 +83,6 @@ bool Account::GetByIdEx(int otherId, qint16 relationKind) {
 
 bool Account::AddRelative(qint16 relationKind, int otherId, const QString& text) {
     return report("AddRelative", addRelative(links(), id_, relationKind, otherId, text));
-}
-
-bool Account::DeleteRelative(qint16 relationKind, int otherId) {
-    return report("DeleteRelative", deleteRelative(links(), id_, relationKind, otherId));
 }
 
 bool Account::CalcByOpportunity() {

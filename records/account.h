@@ -9,7 +9,7 @@ namespace tarvel {
 
 // One row of `accounts` (an organisation). Every operation returns its success
 // flag and appends "<operation>出错，原因可能是<reason>" to ErrMsg on failure.
-class Account : public RecordBase {
+class Account : public RecordRow<Account> {
 public:
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, AccName, accName_)
@@ -34,18 +34,11 @@ public:
     TARVEL_PROPERTY(double, AddSale, addSale_)
 
     bool Add();
-    bool Update();
-    bool Delete();
-    bool DeleteRelation();
-    bool GetById();
     bool GetByIdEx(int otherId, qint16 relationKind);
-    // Fills the properties from the current row of any recordset over `accounts`.
-    void LoadRow(const Recordset& rs);
 
     // Links: kinds 1 (role = text), 4, 5. An account is tied to a contact only
     // from the contact's side, so kinds 2 and 3 only stamp this account.
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByOpportunity();
     bool CalcByImportant();
@@ -69,9 +62,9 @@ public:
 
     // Columns, properties and the panel's controls (txt_acc_name, ...).
     static const RecordDescription<Account>& description();
+    static const RecordLinks& links();
 
 private:
-    static const RecordLinks& links();
     bool linkToPanelRecord();
 
     int id_ = 0;

@@ -102,27 +102,6 @@ const RecordLinks& Contact::links() {
     return l;
 }
 
-bool Contact::Add() {
-    return report("Add", addRow(*this, description()));
-}
-
-bool Contact::Update() {
-    return report("Update", updateRow(*this, description()));
-}
-
-bool Contact::Delete() {
-    return report("Delete",
-                  execute(QStringLiteral("DELETE * FROM contacts WHERE con_id=") + num(id_)));
-}
-
-bool Contact::DeleteRelation() {
-    return report("DeleteRelation", deleteRelation(links(), id_));
-}
-
-bool Contact::GetById() {
-    return report("GetById", getRow(*this, description()));
-}
-
 void Contact::LoadRow(const Recordset& rs) {
     description().load(*this, rs);
     // Of the account, the fields the stored query carries.
@@ -166,10 +145,6 @@ QVariant Contact::GetMaxId() {
 
 bool Contact::AddRelative(qint16 relationKind, int otherId, const QString& text) {
     return report("AddRelative", addRelative(links(), id_, relationKind, otherId, text));
-}
-
-bool Contact::DeleteRelative(qint16 relationKind, int otherId) {
-    return report("DeleteRelative", deleteRelative(links(), id_, relationKind, otherId));
 }
 
 bool Contact::CalcByOpportunity() {

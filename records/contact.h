@@ -12,7 +12,7 @@ namespace tarvel {
 // record pattern of every record class: empty-recordset insert, whole-row
 // update, link deletion apart from row deletion, and operations that return
 // their success flag and append "<operation>出错，原因可能是<reason>" to ErrMsg.
-class Contact : public RecordBase {
+class Contact : public RecordRow<Contact> {
 public:
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, LastName, lastName_)
@@ -55,15 +55,6 @@ public:
     // The contact's role in the record whose panel shows it (GetByIdEx).
     TARVEL_PROPERTY(QString, PartInOpp, partInOpp_)
 
-    bool Add();
-    // Rewrites every column but con_create_date.
-    bool Update();
-    // Removes the row only; DeleteRelation removes its links.
-    bool Delete();
-    bool DeleteRelation();
-    // Loads the row and its account from que_contacts_accounts; a missing id
-    // changes nothing and still succeeds.
-    bool GetById();
     // GetById, then the role (kind 1) or the contact-to-contact relation (kind 3).
     bool GetByIdEx(int otherId, qint16 relationKind);
     // The largest con_id; null on an empty table or a failure.
@@ -75,8 +66,6 @@ public:
     // Links to any kind; `text` is the role (kind 1) or the relation (kind 3).
     // Kind 2 moves the contact: a contact has at most one account.
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
-    // Also appends each statement it executes to ErrMsg before running it.
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByOpportunity();
     bool CalcByImportant();
@@ -104,9 +93,9 @@ public:
 
     // Columns, properties and the panel's controls (txt_con_name, ...).
     static const RecordDescription<Contact>& description();
+    static const RecordLinks& links();
 
 private:
-    static const RecordLinks& links();
     bool readQuickEdit();
     bool storeAndLinkAccount();
     bool updateAccount(bool rename);

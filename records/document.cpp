@@ -54,39 +54,6 @@ const RecordLinks& document::links() {
     return l;
 }
 
-bool document::Add() {
-    return report("Add", addRow(*this, description()));
-}
-
-bool document::Update() {
-    return report("Update", updateRow(*this, description()));
-}
-
-bool document::Delete() {
-    return report("Delete", execute(QStringLiteral("DELETE * FROM documents WHERE doc_id=") +
-                                    QString::number(id_)));
-}
-
-bool document::DeleteRelation() {
-    return report("DeleteRelation", deleteRelation(links(), id_));
-}
-
-bool document::GetById() {
-    return report("GetById", getRow(*this, description()));
-}
-
-void document::LoadRow(const Recordset& rs) {
-    description().load(*this, rs);
-}
-
-bool document::AddRelative(qint16 relationKind, int otherId) {
-    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, QString()));
-}
-
-bool document::DeleteRelative(qint16 relationKind, int otherId) {
-    return report("DeleteRelative", deleteRelative(links(), id_, relationKind, otherId));
-}
-
 bool document::CalcByTag() {
     return report("CalcByTag",
                   groupedCounts(QStringLiteral("SELECT first(documents.doc_tag) AS doc_option, "

@@ -11,7 +11,7 @@ namespace tarvel {
 // description. Unlike the other records, the key is written by the program
 // (an ID of 0 lets the database number it) and Update rewrites the creation
 // date. Nothing here touches the file itself.
-class document : public RecordBase {
+class document : public RecordRow<document> {
 public:
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, DocName, docName_)
@@ -22,17 +22,6 @@ public:
     TARVEL_PROPERTY(QDateTime, DocRecentEditDate, recentEditDate_)
     // Held for callers; not stored.
     TARVEL_PROPERTY(QString, DocType, docType_)
-
-    bool Add();
-    bool Update();
-    bool Delete();
-    bool DeleteRelation();
-    bool GetById();
-    void LoadRow(const Recordset& rs);
-
-    // Kinds 1 to 4; removing a link stamps nothing.
-    bool AddRelative(qint16 relationKind, int otherId);
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByTag();
 
@@ -47,9 +36,9 @@ public:
 
     // Columns, properties and the panel's controls (txt_doc_name, ...).
     static const RecordDescription<document>& description();
+    static const RecordLinks& links();
 
 private:
-    static const RecordLinks& links();
     bool linkToPanelRecord();
 
     int id_ = 0;

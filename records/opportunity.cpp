@@ -70,39 +70,6 @@ const RecordLinks& Opportunity::links() {
     return l;
 }
 
-bool Opportunity::Add() {
-    return report("Add", addRow(*this, description()));
-}
-
-bool Opportunity::Update() {
-    return report("Update", updateRow(*this, description()));
-}
-
-bool Opportunity::Delete() {
-    return report("Delete", execute(QStringLiteral("DELETE * FROM opportunities WHERE opp_id=") +
-                                    QString::number(id_)));
-}
-
-bool Opportunity::DeleteRelation() {
-    return report("DeleteRelation", deleteRelation(links(), id_));
-}
-
-bool Opportunity::GetById() {
-    return report("GetById", getRow(*this, description()));
-}
-
-void Opportunity::LoadRow(const Recordset& rs) {
-    description().load(*this, rs);
-}
-
-bool Opportunity::AddRelative(qint16 relationKind, int otherId) {
-    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, QString()));
-}
-
-bool Opportunity::DeleteRelative(qint16 relationKind, int otherId) {
-    return report("DeleteRelative", deleteRelative(links(), id_, relationKind, otherId));
-}
-
 namespace {
 // The grouped count of deals by one column, with what follows the GROUP BY.
 QString opportunitiesBy(const char* column, const char* order = "") {

@@ -10,7 +10,7 @@ namespace tarvel {
 // One row of `opportunities` (a sales deal). Follows the record pattern of
 // Contact; links carry no role from this side, and removing a link stamps
 // nothing.
-class Opportunity : public RecordBase {
+class Opportunity : public RecordRow<Opportunity> {
 public:
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, Subject, subject_)
@@ -29,17 +29,6 @@ public:
     TARVEL_PROPERTY(QString, Industry, industry_)
     TARVEL_PROPERTY(QString, Province, province_)
     TARVEL_PROPERTY(QString, Tag, tag_)
-
-    bool Add();
-    bool Update();
-    bool Delete();
-    bool DeleteRelation();
-    bool GetById();
-    void LoadRow(const Recordset& rs);
-
-    // Kinds 2, 3, 4, 5; an existing link is left as it is.
-    bool AddRelative(qint16 relationKind, int otherId);
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByImportant();
     bool CalcByOppType();
@@ -61,9 +50,9 @@ public:
 
     // Columns, properties and the panel's controls (txt_opp_name, ...).
     static const RecordDescription<Opportunity>& description();
+    static const RecordLinks& links();
 
 private:
-    static const RecordLinks& links();
     bool readQuickEdit();
     bool linkToPanelRecord();
 

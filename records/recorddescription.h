@@ -212,4 +212,45 @@ void RecordBase::showControls(const Record& record, const RecordDescription<Reco
     }
 }
 
+// The row and link operations of a record class, the same for every class
+// over its description() and links(); a class declares its own where it
+// differs. Each returns its success flag and reports a failure in ErrMsg.
+template <typename Self>
+class RecordRow : public RecordBase {
+public:
+    // Inserts a new row from the properties in Add's order; ID receives the key.
+    bool Add() { return report("Add", addRow(self(), Self::description())); }
+    // Rewrites row ID from the properties in Update's order (no check that it exists).
+    bool Update() { return report("Update", updateRow(self(), Self::description())); }
+    // Removes the row only; DeleteRelation removes its links.
+    bool Delete() {
+        const auto& d = Self::description();
+        return report("Delete", execute(QStringLiteral("DELETE * FROM %1 WHERE %2=%3")
+                                            .arg(QLatin1String(d.table), QLatin1String(d.key),
+                                                 QString::number(self().ID()))));
+    }
+    bool DeleteRelation() {
+        return report("DeleteRelation", deleteRelation(Self::links(), self().ID()));
+    }
+    // Loads row ID; a missing row changes nothing and still succeeds.
+    bool GetById() { return report("GetById", getRow(self(), Self::description())); }
+    // Fills the properties from the current row of any recordset over the table.
+    void LoadRow(const Recordset& rs) { Self::description().load(self(), rs); }
+    bool AddRelative(qint16 relationKind, int otherId) {
+        return AddRelative(relationKind, otherId, QString());
+    }
+    bool DeleteRelative(qint16 relationKind, int otherId) {
+        return report("DeleteRelative",
+                      deleteRelative(Self::links(), self().ID(), relationKind, otherId));
+    }
+
+protected:
+    // With the role or relation text, for the classes whose links carry one.
+    bool AddRelative(qint16 relationKind, int otherId, const QString& text) {
+        return report("AddRelative",
+                      addRelative(Self::links(), self().ID(), relationKind, otherId, text));
+    }
+    Self& self() { return static_cast<Self&>(*this); }
+};
+
 }  // namespace tarvel

@@ -91,35 +91,6 @@ bool Task::Add() {
     return report("Add", addRow(*this, description()));
 }
 
-bool Task::Update() {
-    return report("Update", updateRow(*this, description()));
-}
-
-bool Task::Delete() {
-    return report("Delete",
-                  execute(QStringLiteral("DELETE * FROM tasks WHERE tas_id=") + num(id_)));
-}
-
-bool Task::DeleteRelation() {
-    return report("DeleteRelation", deleteRelation(links(), id_));
-}
-
-bool Task::GetById() {
-    return report("GetById", getRow(*this, description()));
-}
-
-void Task::LoadRow(const Recordset& rs) {
-    description().load(*this, rs);
-}
-
-bool Task::AddRelative(qint16 relationKind, int otherId) {
-    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, QString()));
-}
-
-bool Task::DeleteRelative(qint16 relationKind, int otherId) {
-    return report("DeleteRelative", deleteRelative(links(), id_, relationKind, otherId));
-}
-
 Currency Task::GetOutlayAtDay(const QDate& day) {
     const RecordsetPtr rs =
         read(QStringLiteral("SELECT SUM(tas_outlay) FROM tasks WHERE tas_date=#") +

@@ -29,7 +29,7 @@ namespace tarvel {
 //  - related panels of the other records: SetQuery() fills the task grid
 //    `dgrid_sch` and the digest;
 //  - deleting: Delete() then DeleteRelation().
-class Task : public RecordBase {
+class Task : public RecordRow<Task> {
 public:
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, Subject, subject_)
@@ -55,23 +55,6 @@ public:
     // now (both also kept in the properties), tas_last_remind_date stays
     // empty. ID receives the database's key.
     bool Add();
-    // Rewrites row ID from the properties, except tas_create_date and
-    // tas_last_remind_date.
-    bool Update();
-    // The row only; link rows stay until DeleteRelation.
-    bool Delete();
-    // Every link row of the task, documents, accounts, opportunities, contacts.
-    bool DeleteRelation();
-    // Loads row ID; a missing row leaves the properties and still succeeds.
-    bool GetById();
-    // The loader of GetById, for lists that read rows of `tasks` themselves.
-    void LoadRow(const Recordset& rs);
-
-    // Links of kinds 1, 2, 3 and 5. AddRelative stamps the task and the other
-    // record and leaves an existing link as it is; kind 4 only stamps the
-    // task. DeleteRelative stamps nothing. Other id 0 (or ID 0) does nothing.
-    bool AddRelative(qint16 relationKind, int otherId);
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     // The outlay of the rows stored on `day` (occurrences of recurring tasks
     // on later days are not counted); 0 for a day without rows or on failure.
@@ -121,9 +104,11 @@ public:
 
     // Columns, properties and the schedule form's controls (txt_sch_subject, ...).
     static const RecordDescription<Task>& description();
+    // Kinds 1, 2, 3 and 5; AddRelative leaves an existing link as it is and
+    // with kind 4 only stamps the task; DeleteRelative stamps nothing.
+    static const RecordLinks& links();
 
 private:
-    static const RecordLinks& links();
     bool readForm(bool newTask);
     // TaskDate and TaskTime from a date picker and a time box; fails, changing
     // nothing, when either holds no date or time.
