@@ -95,50 +95,32 @@ bool Account::CalcByOpportunity() {
                       "acc_count"));
 }
 
-namespace {
-// The grouped count of accounts by one column; `tail` is what follows "From accounts ".
-QString accountsBy(const char* column, const char* tail) {
-    return QStringLiteral(
-               "SELECT first(accounts.%1) AS acc_option, count(accounts.acc_id) AS "
-               "option_count  From accounts %2")
-        .arg(QLatin1String(column), QLatin1String(tail));
-}
-}  // namespace
-
 bool Account::CalcByImportant() {
-    return report("CalcByImportant",
-                  groupedCounts(accountsBy("acc_important", "GROUP BY accounts.acc_important "),
-                                "acc_option"));
+    return countBy("CalcByImportant", "accounts.acc_important",
+                   "accounts GROUP BY accounts.acc_important ");
 }
 
 bool Account::CalcByAccType() {
-    return report(
-        "CalcByAccType",
-        groupedCounts(accountsBy("acc_type", "GROUP BY accounts.acc_type "), "acc_option"));
+    return countBy("CalcByAccType", "accounts.acc_type", "accounts GROUP BY accounts.acc_type ");
 }
 
 bool Account::CalcByRelation() {
-    return report(
-        "CalcByRelation",
-        groupedCounts(accountsBy("acc_relation", "GROUP BY accounts.acc_relation "), "acc_option"));
+    return countBy("CalcByRelation", "accounts.acc_relation",
+                   "accounts GROUP BY accounts.acc_relation ");
 }
 
 bool Account::CalcByTag() {
-    return report("CalcByTag", tagCounts("acc", QStringLiteral("SELECT count(accounts.acc_id) AS "
-                                                               "option_count FROM accounts WHERE  "
-                                                               "acc_tag LIKE '%")));
+    return countTags("CalcByTag");
 }
 
 bool Account::CalcByIndustry() {
-    return report(
-        "CalcByIndustry",
-        groupedCounts(accountsBy("acc_industry", "GROUP BY accounts.acc_industry "), "acc_option"));
+    return countBy("CalcByIndustry", "accounts.acc_industry",
+                   "accounts GROUP BY accounts.acc_industry ");
 }
 
 bool Account::CalcByProvince() {
-    return report("CalcByProvince",
-                  groupedCounts(accountsBy("acc_province", " GROUP BY accounts.acc_province "),
-                                "acc_option"));
+    return countBy("CalcByProvince", "accounts.acc_province",
+                   "accounts  GROUP BY accounts.acc_province ");
 }
 
 bool Account::InitAccount(int accountId, bool load) {
@@ -205,16 +187,6 @@ bool Account::linkToPanelRecord() {
         return true;
     return AddRelative(panelKind, panelRecordId(),
                        panelKind == kind::Opportunity ? partInOpp_ : QString());
-}
-
-bool Account::AddToList() {
-    return report("AddToList", addListRow(*this, description()) && linkToPanelRecord());
-}
-
-bool Account::UpdateIndex(int accountId) {
-    return report("UpdateIndex",
-                  updateListRow(*this, description(), accountId) && linkToPanelRecord() &&
-                      showAgain([&](int id) { return SetQuery(id); }, "acc_id", accountId));
 }
 
 }  // namespace tarvel

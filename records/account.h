@@ -52,11 +52,7 @@ public:
     bool ShowAccount(int accountId, bool load);
     bool SetQuery(int otherId);
     bool AddAccount();
-    bool AddToList();
     bool ChangeAccount(int accountId);
-    // Writes the edited account into the grid row (or the table), links it to
-    // the panel's record again and positions the grid on it.
-    bool UpdateIndex(int accountId);
     // With `load`: loads the account (and on an opportunity panel its role).
     bool InitAccount(int accountId, bool load);
 
@@ -65,6 +61,7 @@ public:
     static const RecordLinks& links();
 
 private:
+    friend class RecordRow<Account>;
     bool linkToPanelRecord();
 
     int id_ = 0;

@@ -157,62 +157,38 @@ bool Contact::CalcByOpportunity() {
                       "con_count"));
 }
 
-namespace {
-// The grouped count of contacts labelled by `label`, over `rest` (the source and its grouping).
-QString contactsBy(const char* label, const char* rest) {
-    return QStringLiteral(
-               "SELECT first(%1) AS con_option, count(contacts.con_id) AS option_count "
-               " From %2")
-        .arg(QLatin1String(label), QLatin1String(rest));
-}
-}  // namespace
-
 bool Contact::CalcByImportant() {
-    return report("CalcByImportant",
-                  groupedCounts(contactsBy("contacts.con_important",
-                                           "contacts GROUP BY contacts.con_important "),
-                                "con_option"));
+    return countBy("CalcByImportant", "contacts.con_important",
+                   "contacts GROUP BY contacts.con_important ");
 }
 
 bool Contact::CalcByAccType() {
-    return report("CalcByAccType", groupedCounts(contactsBy("accounts.acc_type",
-                                                            "que_contacts_accounts GROUP BY "
-                                                            "accounts.acc_type"),
-                                                 "con_option"));
+    return countBy("CalcByAccType", "accounts.acc_type",
+                   "que_contacts_accounts GROUP BY accounts.acc_type");
 }
 
 bool Contact::CalcByRelation() {
-    return report("CalcByRelation",
-                  groupedCounts(contactsBy("contacts.con_relation",
-                                           "contacts GROUP BY contacts.con_relation "),
-                                "con_option"));
+    return countBy("CalcByRelation", "contacts.con_relation",
+                   "contacts GROUP BY contacts.con_relation ");
 }
 
 bool Contact::CalcByIndustry() {
-    return report("CalcByIndustry", groupedCounts(contactsBy("accounts.acc_industry",
-                                                             "que_contacts_accounts GROUP BY "
-                                                             "accounts.acc_industry"),
-                                                  "con_option"));
+    return countBy("CalcByIndustry", "accounts.acc_industry",
+                   "que_contacts_accounts GROUP BY accounts.acc_industry");
 }
 
 bool Contact::CalcByProvince() {
-    return report("CalcByProvince",
-                  groupedCounts(contactsBy("contacts.con_province",
-                                           "contacts GROUP BY contacts.con_province "),
-                                "con_option"));
+    return countBy("CalcByProvince", "contacts.con_province",
+                   "contacts GROUP BY contacts.con_province ");
 }
 
 bool Contact::CalcByTag() {
-    return report("CalcByTag", tagCounts("con", QStringLiteral("SELECT count(contacts.con_id) AS "
-                                                               "option_count FROM contacts WHERE  "
-                                                               "con_tag LIKE '%")));
+    return countTags("CalcByTag");
 }
 
 bool Contact::CalcByAccount() {
-    return report("CalcByAccount",
-                  groupedCounts(contactsBy("accounts.acc_name",
-                                           "que_contacts_accounts GROUP BY accounts.acc_id "),
-                                "con_option"));
+    return countBy("CalcByAccount", "accounts.acc_name",
+                   "que_contacts_accounts GROUP BY accounts.acc_id ");
 }
 
 bool Contact::InitContact(int contactId, bool load) {

@@ -55,17 +55,11 @@ const RecordLinks& document::links() {
 }
 
 bool document::CalcByTag() {
-    return report("CalcByTag",
-                  groupedCounts(QStringLiteral("SELECT first(documents.doc_tag) AS doc_option, "
-                                               "count(documents.doc_id) AS option_count  From "
-                                               "documents GROUP BY documents.doc_tag "),
-                                "doc_option"));
+    return countBy("CalcByTag", "documents.doc_tag", "documents GROUP BY documents.doc_tag ");
 }
 
 bool document::InitDocument(int documentId, bool load) {
-    if (!load) return true;
-    id_ = documentId;
-    return report("InitDocument", GetById());
+    return loadForPanel("InitDocument", documentId, load);
 }
 
 bool document::ShowDocument(int documentId, bool load) {
@@ -104,22 +98,6 @@ bool document::ChangeDocument(int documentId) {
     if (!readControls(*this, description())) return report("ChangeDocument", false);
     recentEditDate_ = recordvalue::now();
     return true;
-}
-
-bool document::linkToPanelRecord() {
-    const qint16 panelKind = panel::kindOf(panelName());
-    if (panelKind == 0 || panelKind == kind::Document) return true;
-    return AddRelative(panelKind, panelRecordId());
-}
-
-bool document::AddToList() {
-    return report("AddToList", addListRow(*this, description()) && linkToPanelRecord());
-}
-
-bool document::UpdateIndex(int documentId) {
-    return report("UpdateIndex",
-                  updateListRow(*this, description(), documentId) && linkToPanelRecord() &&
-                      showAgain([&](int id) { return SetQuery(id); }, "doc_id", documentId));
 }
 
 }  // namespace tarvel

@@ -29,9 +29,7 @@ public:
     bool ShowDocument(int documentId, bool load);
     bool SetQuery(int otherId);
     bool AddDocument();
-    bool AddToList();
     bool ChangeDocument(int documentId);
-    bool UpdateIndex(int documentId);
     bool InitDocument(int documentId, bool load);
 
     // Columns, properties and the panel's controls (txt_doc_name, ...).
@@ -39,8 +37,6 @@ public:
     static const RecordLinks& links();
 
 private:
-    bool linkToPanelRecord();
-
     int id_ = 0;
     QString docName_, docPath_, docDescription_, docTag_;
     QDateTime creatDate_, recentEditDate_;

@@ -70,36 +70,24 @@ const RecordLinks& Opportunity::links() {
     return l;
 }
 
-namespace {
-// The grouped count of deals by one column, with what follows the GROUP BY.
-QString opportunitiesBy(const char* column, const char* order = "") {
-    return QStringLiteral(
-               "SELECT first(opportunities.%1) AS opp_option, "
-               "count(opportunities.opp_id) AS option_count  From opportunities GROUP "
-               "BY opportunities.%1%2")
-        .arg(QLatin1String(column), QLatin1String(order));
-}
-}  // namespace
-
 bool Opportunity::CalcByImportant() {
-    return report("CalcByImportant", groupedCounts(opportunitiesBy("opp_important"), "opp_option"));
+    return countBy("CalcByImportant", "opportunities.opp_important",
+                   "opportunities GROUP BY opportunities.opp_important");
 }
 
 bool Opportunity::CalcByOppType() {
-    return report("CalcByOppType", groupedCounts(opportunitiesBy("opp_type"), "opp_option"));
+    return countBy("CalcByOppType", "opportunities.opp_type",
+                   "opportunities GROUP BY opportunities.opp_type");
 }
 
 bool Opportunity::CalcByOppTag() {
-    return report("CalcByOppTag",
-                  tagCounts("opp", QStringLiteral("SELECT count(opportunities.opp_id) AS "
-                                                  "option_count FROM opportunities WHERE  opp_tag "
-                                                  "LIKE '%")));
+    return countTags("CalcByOppTag");
 }
 
 bool Opportunity::CalcByPhase() {
-    return report("CalcByPhase",
-                  groupedCounts(opportunitiesBy("opp_phase", " ORDER BY opportunities.opp_phase"),
-                                "opp_option"));
+    return countBy(
+        "CalcByPhase", "opportunities.opp_phase",
+        "opportunities GROUP BY opportunities.opp_phase ORDER BY opportunities.opp_phase");
 }
 
 bool Opportunity::CalcByProbability() {
@@ -132,17 +120,17 @@ bool Opportunity::CalcByProbability() {
 }
 
 bool Opportunity::CalcByIndustry() {
-    return report("CalcByIndustry", groupedCounts(opportunitiesBy("opp_industry"), "opp_option"));
+    return countBy("CalcByIndustry", "opportunities.opp_industry",
+                   "opportunities GROUP BY opportunities.opp_industry");
 }
 
 bool Opportunity::CalcByProvince() {
-    return report("CalcByProvince", groupedCounts(opportunitiesBy("opp_province"), "opp_option"));
+    return countBy("CalcByProvince", "opportunities.opp_province",
+                   "opportunities GROUP BY opportunities.opp_province");
 }
 
 bool Opportunity::InitOpportunity(int opportunityId, bool load) {
-    if (!load) return true;
-    id_ = opportunityId;
-    return report("InitOpportunity", GetById());
+    return loadForPanel("InitOpportunity", opportunityId, load);
 }
 
 bool Opportunity::ShowOpportunity(int opportunityId, bool load) {
@@ -225,22 +213,6 @@ bool Opportunity::ChangeOpportunity(int opportunityId) {
     rcDate_ = recordvalue::now();
     private_ = 0;
     return true;
-}
-
-bool Opportunity::linkToPanelRecord() {
-    const qint16 panelKind = panel::kindOf(panelName());
-    if (panelKind == 0 || panelKind == kind::Opportunity) return true;
-    return AddRelative(panelKind, panelRecordId());
-}
-
-bool Opportunity::AddToList() {
-    return report("AddToList", addListRow(*this, description()) && linkToPanelRecord());
-}
-
-bool Opportunity::UpdateIndex(int opportunityId) {
-    return report("UpdateIndex",
-                  updateListRow(*this, description(), opportunityId) && linkToPanelRecord() &&
-                      showAgain([&](int id) { return SetQuery(id); }, "opp_id", opportunityId));
 }
 
 }  // namespace tarvel

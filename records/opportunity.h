@@ -42,10 +42,8 @@ public:
     bool ShowOpportunity(int opportunityId, bool load);
     bool SetQuery(int otherId);
     bool AddOpportunity();
-    bool AddToList();
     // Also makes the deal public: saving from a panel always clears the flag.
     bool ChangeOpportunity(int opportunityId);
-    bool UpdateIndex(int opportunityId);
     bool InitOpportunity(int opportunityId, bool load);
 
     // Columns, properties and the panel's controls (txt_opp_name, ...).
@@ -54,7 +52,6 @@ public:
 
 private:
     bool readQuickEdit();
-    bool linkToPanelRecord();
 
     int id_ = 0;
     QString subject_, description_;

@@ -243,8 +243,57 @@ public:
         return report("DeleteRelative",
                       deleteRelative(Self::links(), self().ID(), relationKind, otherId));
     }
+    // Stores the record as a new row of the panel's grid, links it to the
+    // panel's record and puts its key into the form.
+    bool AddToList() {
+        return report("AddToList",
+                      addListRow(self(), Self::description()) && self().linkToPanelRecord());
+    }
+    // Writes the edited record back (the grid's row, else the table), links
+    // it to the panel's record again and positions the grid on it.
+    bool UpdateIndex(int id) {
+        return report("UpdateIndex",
+                      updateListRow(self(), Self::description(), id) &&
+                          self().linkToPanelRecord() &&
+                          showAgain([&](int other) { return self().SetQuery(other); },
+                                    Self::description().key, id));
+    }
 
 protected:
+    // A category count "SELECT first(<label>) AS xxx_option, count(<table>.<key>)
+    // AS option_count  From <rest>", xxx being the key's prefix ("con").
+    bool countBy(const char* operation, const char* label, const char* rest) {
+        const auto& d = Self::description();
+        const QString option = QLatin1String(d.key).left(3) + QStringLiteral("_option");
+        return report(operation,
+                      groupedCounts(QStringLiteral("SELECT first(%1) AS %2, count(%3.%4) AS "
+                                                   "option_count  From %5")
+                                        .arg(QLatin1String(label), option, QLatin1String(d.table),
+                                             QLatin1String(d.key), QLatin1String(rest)),
+                                    option.toLatin1().constData()));
+    }
+    // One count per defined tag, by substring of the xxx_tag column.
+    bool countTags(const char* operation) {
+        const auto& d = Self::description();
+        const QString prefix = QLatin1String(d.key).left(3);
+        return report(operation,
+                      tagCounts(prefix.toLatin1().constData(),
+                                QStringLiteral("SELECT count(%1.%2) AS option_count FROM %1 WHERE  "
+                                               "%3_tag LIKE '%")
+                                    .arg(QLatin1String(d.table), QLatin1String(d.key), prefix)));
+    }
+    // Links to the record of the panel the form is, unless it is of this kind.
+    bool linkToPanelRecord() {
+        const qint16 panelKind = panel::kindOf(panelName());
+        return panelKind == 0 || panelKind == Self::links().own ||
+               AddRelative(panelKind, panelRecordId(), QString());
+    }
+    // Loads record `id` for a panel when `load` is set.
+    bool loadForPanel(const char* operation, int id, bool load) {
+        if (!load) return true;
+        self().setID(id);
+        return report(operation, GetById());
+    }
     // With the role or relation text, for the classes whose links carry one.
     bool AddRelative(qint16 relationKind, int otherId, const QString& text) {
         return report("AddRelative",
