@@ -139,12 +139,11 @@ bool Account::ShowAccount(int accountId, bool load) {
     if (!InitAccount(accountId, load) || !needForm()) return report("ShowAccount", false);
     showControls(*this, description());
     setFormProperty("g_AccID", accountId);
-    const QString digest = taskDigest(
-        QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,tas_description  FROM  tasks "
-                       " WHERE tas_id IN (SELECT tas_id FROM accounts_tasks WHERE acc_id=") +
-        QString::number(id_) + QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC"));
-    setFormValue("rtxt_acc_sch", digest);
-    return report("ShowAccount", !digest.isNull());
+    return report("ShowAccount",
+                  showTaskDigest("rtxt_acc_sch",
+                                 "  FROM  tasks  WHERE tas_id IN (SELECT tas_id FROM "
+                                 "accounts_tasks WHERE acc_id=",
+                                 id_));
 }
 
 bool Account::SetQuery(int otherId) {

@@ -213,36 +213,25 @@ bool Contact::ShowContact(int contactId, bool load) {
     setFormValue("txt_con_accaddr", account_.Address());
     setFormProperty("g_ConID", contactId);
     setFormProperty("OldAccountID", account_.ID());
-    const QString digest = taskDigest(
-        QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,tas_description FROM tasks "
-                       "WHERE tas_id IN (SELECT tas_id FROM contacts_tasks WHERE con_id=") +
-        num(id_) + QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC"));
-    setFormValue("rtxt_con_sch", digest);
-    return report("ShowContact", !digest.isNull());
+    return report("ShowContact",
+                  showTaskDigest("rtxt_con_sch",
+                                 " FROM tasks WHERE tas_id IN (SELECT tas_id FROM contacts_tasks "
+                                 "WHERE con_id=",
+                                 id_));
 }
 
 bool Contact::SetQuery(int otherId) {
-    static const QStringList columns = {QStringLiteral("con_id"),
-                                        QStringLiteral("con_lastname"),
-                                        QStringLiteral("con_nickname"),
-                                        QStringLiteral("acc_name"),
-                                        QStringLiteral("con_department_title"),
-                                        QStringLiteral("acc_address"),
-                                        QStringLiteral("con_telephone"),
-                                        QStringLiteral("con_mobile"),
-                                        QStringLiteral("con_email"),
-                                        QStringLiteral("con_fax"),
-                                        QStringLiteral("con_description"),
-                                        QStringLiteral("con_create_date"),
-                                        QStringLiteral("con_recent_contact_date"),
-                                        QStringLiteral("con_birthday"),
-                                        QStringLiteral("con_private")};
-    static const QStringList captions = {
-        QStringLiteral("联系人名称"), QStringLiteral("昵称"),     QStringLiteral("单位名称"),
-        QStringLiteral("部门职务"),   QStringLiteral("单位地址"), QStringLiteral("电话"),
-        QStringLiteral("手机"),       QStringLiteral("电子邮件"), QStringLiteral("传真"),
-        QStringLiteral("简介"),       QStringLiteral("创建日期"), QStringLiteral("最近联系日期"),
-        QStringLiteral("生日"),       QStringLiteral("私有")};
+    static const QStringList columns =
+        QStringLiteral(
+            "con_id,con_lastname,con_nickname,acc_name,con_department_title,acc_address,"
+            "con_telephone,con_mobile,con_email,con_fax,con_description,con_create_date,"
+            "con_recent_contact_date,con_birthday,con_private")
+            .split(QLatin1Char(','));
+    static const QStringList captions =
+        QStringLiteral(
+            "联系人名称,昵称,单位名称,部门职务,单位地址,电话,手机,电子邮件,传真,简介,"
+            "创建日期,最近联系日期,生日,私有")
+            .split(QLatin1Char(','));
     const QString other = num(otherId);
     if (panel::kindOf(panelName()) == kind::Contact) {
         // Related in either direction, never the contact itself.

@@ -142,12 +142,11 @@ bool Opportunity::ShowOpportunity(int opportunityId, bool load) {
     setFormValue("txt_opp_revenue2", sale_.toString());
     setFormValue("cbo_opp_probability", QString::number(probability_) + QLatin1Char('%'));
     setFormProperty("g_OppID", opportunityId);
-    const QString digest = taskDigest(
-        QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,tas_description  FROM tasks "
-                       " WHERE tas_id IN (SELECT tas_id FROM opportunities_tasks WHERE opp_id=") +
-        QString::number(id_) + QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC"));
-    setFormValue("rtxt_opp_sch", digest);
-    return report("ShowOpportunity", !digest.isNull());
+    return report("ShowOpportunity",
+                  showTaskDigest("rtxt_opp_sch",
+                                 "  FROM tasks  WHERE tas_id IN (SELECT tas_id FROM "
+                                 "opportunities_tasks WHERE opp_id=",
+                                 id_));
 }
 
 bool Opportunity::SetQuery(int otherId) {

@@ -434,19 +434,30 @@ bool RecordBase::showRelated(const QString& select, std::initializer_list<PanelL
     return true;
 }
 
-QString RecordBase::taskDigest(const QString& sql) const {
-    RecordsetPtr rs = read(sql);
-    if (!rs) return QString();
-    QString digest(QLatin1String(""));
+bool RecordBase::showTaskDigest(const char* control, const char* from, int id) const {
+    const RecordsetPtr rs =
+        read(QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,tas_description") +
+             QLatin1String(from) + QString::number(id) +
+             QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC"));
+    if (rs) setFormValue(control, taskDigest(*rs, false));
+    return rs != nullptr;
+}
+
+QString RecordBase::taskDigest(Recordset& rs, bool withDone) {
     const QString lineBreak = QStringLiteral("\r\n");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        using recordvalue::text;
-        digest += text(rs->value(QStringLiteral("tas_date"))) + QLatin1Char(',') +
-                  text(rs->value(QStringLiteral("tas_time"))) + QLatin1Char(',') +
-                  text(rs->value(QStringLiteral("tas_tag"))) + lineBreak +
-                  text(rs->value(QStringLiteral("tas_subject"))) + lineBreak +
-                  text(rs->value(QStringLiteral("tas_description"))) + lineBreak +
-                  QStringLiteral("===================") + lineBreak;
+    auto text = [&](const char* column) {
+        return recordvalue::text(rs.value(QLatin1String(column)));
+    };
+    QString digest;
+    for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
+        const bool done = recordvalue::int16(rs.value(QStringLiteral("tas_closed"))) != 0;
+        digest += text("tas_date") + QLatin1Char(',') + text("tas_time") + QLatin1Char(',') +
+                  (!withDone ? QString()
+                   : done    ? QStringLiteral("完成,")
+                             : QStringLiteral("未完成,")) +
+                  text("tas_tag") + lineBreak + text("tas_subject") + lineBreak +
+                  text("tas_description") + lineBreak + QStringLiteral("===================") +
+                  lineBreak;
     }
     return digest;
 }

@@ -245,9 +245,14 @@ protected:
         setPanelFlags();
         return setQuery(panelRecordId()) && needGrid() && findKey(gridRows(), keyColumn, id);
     }
-    // The tasks of a record as the panels show them, newest first; null when
-    // the read failed.
-    QString taskDigest(const QString& sql) const;
+    // Fills `control` with the digest of a record's tasks, newest first:
+    // "SELECT tas_date,...,tas_description" + `from` (its FROM and WHERE up
+    // to the record's id) + id + ") ORDER BY tas_date DESC,tas_time DESC".
+    bool showTaskDigest(const char* control, const char* from, int id) const;
+    // The digest of the tasks of `rs` from its first row: per task its date,
+    // time, the done state (with `withDone`) and tag, then subject and
+    // description, and a separator line.
+    static QString taskDigest(Recordset& rs, bool withDone);
 
 private:
     QString errMsg_;

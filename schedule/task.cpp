@@ -124,25 +124,16 @@ bool Task::InitTask(int taskId) {
     }
     // A task begun from a record's panel is named after that record.
     const qint16 panelKind = panel::kindOf(panelName());
-    subject_.clear();
-    if (panelKind != 0 && panelKind != kind::Task) {
-        QString name;
-        if (!panelRecordName(panelKind, panelRecordId(), name)) return report("InitTask", false);
-        subject_ = recordKindLabel(panelKind) + QLatin1Char(':') + name;
-    }
-    id_ = 0;
-    taskDate_ = recordvalue::today();
+    QString name;
+    const bool named = panelKind != 0 && panelKind != kind::Task;
+    if (named && !panelRecordName(panelKind, panelRecordId(), name))
+        return report("InitTask", false);
+    // Every column empty (texts "", no dates, zeros), then the new task's own.
+    for (const auto& c : description().columns) c.set(*this, QVariant());
+    if (named) subject_ = recordKindLabel(panelKind) + QLatin1Char(':') + name;
+    taskDate_ = closeDate_ = createDate_ = recordvalue::today();
     taskTime_ = jetdate::naive(jetdate::timeBaseDate(), Clock::time());
-    description_.clear();
-    taskType_.clear();
-    important_.clear();
-    tag_.clear();
-    outlay_ = Currency();
-    closeDate_ = recordvalue::today();
-    createDate_ = recordvalue::today();
     rcDate_ = recordvalue::now();
-    lastRemindDate_ = QDateTime();
-    private_ = remind_ = closed_ = again_ = cycle_ = 0;
     return true;
 }
 
@@ -225,9 +216,7 @@ bool Task::AddNextTask() {
 }
 
 bool Task::linkToShownRecords() {
-    const qint16 panelKind = panel::kindOf(panelName());
-    if (panelKind == kind::Task) return true;
-    if (panelKind != 0) return AddRelative(panelKind, panelRecordId());
+    if (panel::kindOf(panelName()) != 0) return linkToPanelRecord();
     static const std::tuple<const char*, const char*, qint16> shown[] = {
         {"iShowOpp", "g_OppID", kind::Opportunity},
         {"iShowAcc", "g_AccID", kind::Account},
@@ -298,21 +287,8 @@ bool Task::SetQuery(int otherId) {
     if (!shown || panelKind == 0 || panelKind == kind::Task) return report("SetQuery", shown);
     // The digest is read off the grid's own rows: the same tasks, in its order.
     Recordset& rs = gridRows();
-    const QString lineBreak = QStringLiteral("\r\n");
-    QString digest;
-    auto text = [&](const char* column) {
-        return recordvalue::text(rs.value(QLatin1String(column)));
-    };
-    for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
-        const bool done = recordvalue::int16(rs.value(QStringLiteral("tas_closed"))) != 0;
-        digest += text("tas_date") + QLatin1Char(',') + text("tas_time") + QLatin1Char(',') +
-                  (done ? QStringLiteral("完成") : QStringLiteral("未完成")) + QLatin1Char(',') +
-                  text("tas_tag") + lineBreak + text("tas_subject") + lineBreak +
-                  text("tas_description") + lineBreak + QStringLiteral("===================") +
-                  lineBreak;
-    }
+    digest_ = taskDigest(rs, true);
     rs.MoveFirst();
-    digest_ = digest;
     setFormValue("rtxt_sch_digest", digest_);
     return true;
 }
