@@ -64,6 +64,17 @@ const RecordLinks& Account::links() {
     return l;
 }
 
+const std::vector<CategoryCount>& Account::counts() {
+    static const std::vector<CategoryCount> c{
+        {"CalcByImportant", "accounts.acc_important", "accounts GROUP BY accounts.acc_important "},
+        {"CalcByAccType", "accounts.acc_type", "accounts GROUP BY accounts.acc_type "},
+        {"CalcByRelation", "accounts.acc_relation", "accounts GROUP BY accounts.acc_relation "},
+        {"CalcByTag", nullptr, nullptr},
+        {"CalcByIndustry", "accounts.acc_industry", "accounts GROUP BY accounts.acc_industry "},
+        {"CalcByProvince", "accounts.acc_province", "accounts  GROUP BY accounts.acc_province "}};
+    return c;
+}
+
 bool Account::Add() {
     // The account reads its new row once more; the read changes nothing.
     return report("Add", addRow(*this, description()) &&
@@ -93,34 +104,6 @@ bool Account::CalcByOpportunity() {
                       QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id NOT "
                                      "IN (SELECT DISTINCT acc_id FROM opportunities_accounts)"),
                       "acc_count"));
-}
-
-bool Account::CalcByImportant() {
-    return countBy("CalcByImportant", "accounts.acc_important",
-                   "accounts GROUP BY accounts.acc_important ");
-}
-
-bool Account::CalcByAccType() {
-    return countBy("CalcByAccType", "accounts.acc_type", "accounts GROUP BY accounts.acc_type ");
-}
-
-bool Account::CalcByRelation() {
-    return countBy("CalcByRelation", "accounts.acc_relation",
-                   "accounts GROUP BY accounts.acc_relation ");
-}
-
-bool Account::CalcByTag() {
-    return countTags("CalcByTag");
-}
-
-bool Account::CalcByIndustry() {
-    return countBy("CalcByIndustry", "accounts.acc_industry",
-                   "accounts GROUP BY accounts.acc_industry ");
-}
-
-bool Account::CalcByProvince() {
-    return countBy("CalcByProvince", "accounts.acc_province",
-                   "accounts  GROUP BY accounts.acc_province ");
 }
 
 bool Account::InitAccount(int accountId, bool load) {

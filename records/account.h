@@ -41,12 +41,12 @@ public:
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
 
     bool CalcByOpportunity();
-    bool CalcByImportant();
-    bool CalcByAccType();
-    bool CalcByRelation();
-    bool CalcByTag();
-    bool CalcByIndustry();
-    bool CalcByProvince();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByAccType() { return count("CalcByAccType"); }
+    bool CalcByRelation() { return count("CalcByRelation"); }
+    bool CalcByTag() { return count("CalcByTag"); }
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
 
     // Panel operations over oForm / oAdodc.
     bool ShowAccount(int accountId, bool load);
@@ -59,6 +59,8 @@ public:
     // Columns, properties and the panel's controls (txt_acc_name, ...).
     static const RecordDescription<Account>& description();
     static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
 
 private:
     friend class RecordRow<Account>;

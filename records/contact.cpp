@@ -102,6 +102,19 @@ const RecordLinks& Contact::links() {
     return l;
 }
 
+const std::vector<CategoryCount>& Contact::counts() {
+    static const std::vector<CategoryCount> c{
+        {"CalcByImportant", "contacts.con_important", "contacts GROUP BY contacts.con_important "},
+        {"CalcByAccType", "accounts.acc_type", "que_contacts_accounts GROUP BY accounts.acc_type"},
+        {"CalcByRelation", "contacts.con_relation", "contacts GROUP BY contacts.con_relation "},
+        {"CalcByIndustry", "accounts.acc_industry",
+         "que_contacts_accounts GROUP BY accounts.acc_industry"},
+        {"CalcByProvince", "contacts.con_province", "contacts GROUP BY contacts.con_province "},
+        {"CalcByTag", nullptr, nullptr},
+        {"CalcByAccount", "accounts.acc_name", "que_contacts_accounts GROUP BY accounts.acc_id "}};
+    return c;
+}
+
 void Contact::LoadRow(const Recordset& rs) {
     description().load(*this, rs);
     // Of the account, the fields the stored query carries.
@@ -155,40 +168,6 @@ bool Contact::CalcByOpportunity() {
                       QStringLiteral("SELECT COUNT(*) AS con_count FROM contacts WHERE con_id NOT "
                                      "IN (SELECT DISTINCT con_id FROM opportunities_contacts)"),
                       "con_count"));
-}
-
-bool Contact::CalcByImportant() {
-    return countBy("CalcByImportant", "contacts.con_important",
-                   "contacts GROUP BY contacts.con_important ");
-}
-
-bool Contact::CalcByAccType() {
-    return countBy("CalcByAccType", "accounts.acc_type",
-                   "que_contacts_accounts GROUP BY accounts.acc_type");
-}
-
-bool Contact::CalcByRelation() {
-    return countBy("CalcByRelation", "contacts.con_relation",
-                   "contacts GROUP BY contacts.con_relation ");
-}
-
-bool Contact::CalcByIndustry() {
-    return countBy("CalcByIndustry", "accounts.acc_industry",
-                   "que_contacts_accounts GROUP BY accounts.acc_industry");
-}
-
-bool Contact::CalcByProvince() {
-    return countBy("CalcByProvince", "contacts.con_province",
-                   "contacts GROUP BY contacts.con_province ");
-}
-
-bool Contact::CalcByTag() {
-    return countTags("CalcByTag");
-}
-
-bool Contact::CalcByAccount() {
-    return countBy("CalcByAccount", "accounts.acc_name",
-                   "que_contacts_accounts GROUP BY accounts.acc_id ");
 }
 
 bool Contact::InitContact(int contactId, bool load) {

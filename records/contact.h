@@ -68,13 +68,13 @@ public:
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
 
     bool CalcByOpportunity();
-    bool CalcByImportant();
-    bool CalcByAccType();
-    bool CalcByRelation();
-    bool CalcByIndustry();
-    bool CalcByProvince();
-    bool CalcByTag();
-    bool CalcByAccount();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByAccType() { return count("CalcByAccType"); }
+    bool CalcByRelation() { return count("CalcByRelation"); }
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
+    bool CalcByTag() { return count("CalcByTag"); }
+    bool CalcByAccount() { return count("CalcByAccount"); }
 
     // Panel operations over oForm / oAdodc. The panel's own record key is the
     // form property panel::RecordId.
@@ -94,6 +94,8 @@ public:
     // Columns, properties and the panel's controls (txt_con_name, ...).
     static const RecordDescription<Contact>& description();
     static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
 
 private:
     bool readQuickEdit();

@@ -54,8 +54,10 @@ const RecordLinks& document::links() {
     return l;
 }
 
-bool document::CalcByTag() {
-    return countBy("CalcByTag", "documents.doc_tag", "documents GROUP BY documents.doc_tag ");
+const std::vector<CategoryCount>& document::counts() {
+    static const std::vector<CategoryCount> c{
+        {"CalcByTag", "documents.doc_tag", "documents GROUP BY documents.doc_tag "}};
+    return c;
 }
 
 bool document::InitDocument(int documentId, bool load) {

@@ -23,7 +23,7 @@ public:
     // Held for callers; not stored.
     TARVEL_PROPERTY(QString, DocType, docType_)
 
-    bool CalcByTag();
+    bool CalcByTag() { return count("CalcByTag"); }
 
     // Panel operations over oForm / oAdodc.
     bool ShowDocument(int documentId, bool load);
@@ -35,6 +35,8 @@ public:
     // Columns, properties and the panel's controls (txt_doc_name, ...).
     static const RecordDescription<document>& description();
     static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
 
 private:
     int id_ = 0;

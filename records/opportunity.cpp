@@ -70,24 +70,20 @@ const RecordLinks& Opportunity::links() {
     return l;
 }
 
-bool Opportunity::CalcByImportant() {
-    return countBy("CalcByImportant", "opportunities.opp_important",
-                   "opportunities GROUP BY opportunities.opp_important");
-}
-
-bool Opportunity::CalcByOppType() {
-    return countBy("CalcByOppType", "opportunities.opp_type",
-                   "opportunities GROUP BY opportunities.opp_type");
-}
-
-bool Opportunity::CalcByOppTag() {
-    return countTags("CalcByOppTag");
-}
-
-bool Opportunity::CalcByPhase() {
-    return countBy(
-        "CalcByPhase", "opportunities.opp_phase",
-        "opportunities GROUP BY opportunities.opp_phase ORDER BY opportunities.opp_phase");
+const std::vector<CategoryCount>& Opportunity::counts() {
+    static const std::vector<CategoryCount> c{
+        {"CalcByImportant", "opportunities.opp_important",
+         "opportunities GROUP BY opportunities.opp_important"},
+        {"CalcByOppType", "opportunities.opp_type",
+         "opportunities GROUP BY opportunities.opp_type"},
+        {"CalcByOppTag", nullptr, nullptr},
+        {"CalcByPhase", "opportunities.opp_phase",
+         "opportunities GROUP BY opportunities.opp_phase ORDER BY opportunities.opp_phase"},
+        {"CalcByIndustry", "opportunities.opp_industry",
+         "opportunities GROUP BY opportunities.opp_industry"},
+        {"CalcByProvince", "opportunities.opp_province",
+         "opportunities GROUP BY opportunities.opp_province"}};
+    return c;
 }
 
 bool Opportunity::CalcByProbability() {
@@ -117,16 +113,6 @@ bool Opportunity::CalcByProbability() {
     setArrDesc(desc);
     setArrValue(counts);
     return true;
-}
-
-bool Opportunity::CalcByIndustry() {
-    return countBy("CalcByIndustry", "opportunities.opp_industry",
-                   "opportunities GROUP BY opportunities.opp_industry");
-}
-
-bool Opportunity::CalcByProvince() {
-    return countBy("CalcByProvince", "opportunities.opp_province",
-                   "opportunities GROUP BY opportunities.opp_province");
 }
 
 bool Opportunity::InitOpportunity(int opportunityId, bool load) {

@@ -30,13 +30,13 @@ public:
     TARVEL_PROPERTY(QString, Province, province_)
     TARVEL_PROPERTY(QString, Tag, tag_)
 
-    bool CalcByImportant();
-    bool CalcByOppType();
-    bool CalcByOppTag();
-    bool CalcByPhase();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByOppType() { return count("CalcByOppType"); }
+    bool CalcByOppTag() { return count("CalcByOppTag"); }
+    bool CalcByPhase() { return count("CalcByPhase"); }
     bool CalcByProbability();
-    bool CalcByIndustry();
-    bool CalcByProvince();
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
 
     // Panel operations over oForm / oAdodc.
     bool ShowOpportunity(int opportunityId, bool load);
@@ -49,6 +49,8 @@ public:
     // Columns, properties and the panel's controls (txt_opp_name, ...).
     static const RecordDescription<Opportunity>& description();
     static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
 
 private:
     bool readQuickEdit();

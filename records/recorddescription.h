@@ -212,6 +212,15 @@ void RecordBase::showControls(const Record& record, const RecordDescription<Reco
     }
 }
 
+// One category count of a record class: the operation's name and the
+// statement's label and source ("SELECT first(<label>) ... From <source>");
+// no label: one count per defined tag.
+struct CategoryCount {
+    const char* operation;
+    const char* label;
+    const char* source;
+};
+
 // The row and link operations of a record class, the same for every class
 // over its description() and links(); a class declares its own where it
 // differs. Each returns its success flag and reports a failure in ErrMsg.
@@ -260,6 +269,13 @@ public:
     }
 
 protected:
+    // The count of Self::counts() named `operation`.
+    bool count(const char* operation) {
+        for (const CategoryCount& c : Self::counts())
+            if (qstrcmp(c.operation, operation) == 0)
+                return c.label ? countBy(operation, c.label, c.source) : countTags(operation);
+        return report(operation, fail(QStringLiteral("没有这种统计")));
+    }
     // A category count "SELECT first(<label>) AS xxx_option, count(<table>.<key>)
     // AS option_count  From <rest>", xxx being the key's prefix ("con").
     bool countBy(const char* operation, const char* label, const char* rest) {
