@@ -142,10 +142,7 @@ bool Account::SetQuery(int otherId) {
              {kind::Task, "accounts_tasks WHERE tas_id="},
              {kind::Document, "accounts_documents WHERE doc_id="}},
             otherId, "dgrid_acc",
-            {QStringLiteral("客户/单位名称"), QStringLiteral("电话"), QStringLiteral("传真"),
-             QStringLiteral("网址"), QStringLiteral("类型"), QStringLiteral("行业"),
-             QStringLiteral("地区"), QStringLiteral("地址"), QStringLiteral("简介"),
-             QStringLiteral("创建日期"), QStringLiteral("最近联系日期"), QStringLiteral("私有")}));
+            "客户/单位名称,电话,传真,网址,类型,行业,地区,地址,简介,创建日期,最近联系日期,私有"));
 }
 
 bool Account::AddAccount() {

@@ -140,14 +140,13 @@ bool Contact::GetByIdEx(int otherId, qint16 relationKind) {
     if (relationKind != kind::Contact) return true;
     // Either column may hold this contact. The missing blank before AND is how
     // the statement has always read.
-    return report(
-        "GetByIdEx",
-        readText(
-            QStringLiteral("SELECT * FROM  contacts_contacts  WHERE (contacts_contacts.con_id1=") +
-                me + QStringLiteral("AND contacts_contacts.con_id2= ") + other +
-                QStringLiteral(") OR (contacts_contacts.con_id1=") + other +
-                QStringLiteral("AND contacts_contacts.con_id2= ") + me + QLatin1Char(')'),
-            QStringLiteral("con_relation"), partInOpp_));
+    return report("GetByIdEx", readText(QStringLiteral("SELECT * FROM  contacts_contacts  WHERE "
+                                                       "(contacts_contacts.con_id1=%1AND "
+                                                       "contacts_contacts.con_id2= %2) OR "
+                                                       "(contacts_contacts.con_id1=%2AND "
+                                                       "contacts_contacts.con_id2= %1)")
+                                            .arg(me, other),
+                                        QStringLiteral("con_relation"), partInOpp_));
 }
 
 QVariant Contact::GetMaxId() {
@@ -206,11 +205,9 @@ bool Contact::SetQuery(int otherId) {
             "con_telephone,con_mobile,con_email,con_fax,con_description,con_create_date,"
             "con_recent_contact_date,con_birthday,con_private")
             .split(QLatin1Char(','));
-    static const QStringList captions =
-        QStringLiteral(
-            "联系人名称,昵称,单位名称,部门职务,单位地址,电话,手机,电子邮件,传真,简介,"
-            "创建日期,最近联系日期,生日,私有")
-            .split(QLatin1Char(','));
+    const char* captions =
+        "联系人名称,昵称,单位名称,部门职务,单位地址,电话,手机,电子邮件,传真,简介,创建日期,"
+        "最近联系日期,生日,私有";
     const QString other = num(otherId);
     if (panel::kindOf(panelName()) == kind::Contact) {
         // Related in either direction, never the contact itself.

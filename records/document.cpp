@@ -75,17 +75,14 @@ bool document::ShowDocument(int documentId, bool load) {
 bool document::SetQuery(int otherId) {
     return report(
         "SetQuery",
-        showRelated(
-            QStringLiteral("SELECT doc_id,doc_name,doc_path,doc_description,doc_tag,"
-                           "doc_create_date,doc_recentedit_date FROM documents  WHERE "
-                           "doc_id IN (SELECT doc_id FROM "),
-            {{kind::Opportunity, "opportunities_documents WHERE opp_id="},
-             {kind::Task, "tasks_documents WHERE tas_id="},
-             {kind::Account, "accounts_documents WHERE acc_id="},
-             {kind::Contact, "contacts_documents WHERE con_id="}},
-            otherId, "dgrid_doc",
-            {QStringLiteral("文档附件名称"), QStringLiteral("路径"), QStringLiteral("简介"),
-             QStringLiteral("分类"), QStringLiteral("创建日期"), QStringLiteral("最近修改日期")}));
+        showRelated(QStringLiteral("SELECT doc_id,doc_name,doc_path,doc_description,doc_tag,"
+                                   "doc_create_date,doc_recentedit_date FROM documents  WHERE "
+                                   "doc_id IN (SELECT doc_id FROM "),
+                    {{kind::Opportunity, "opportunities_documents WHERE opp_id="},
+                     {kind::Task, "tasks_documents WHERE tas_id="},
+                     {kind::Account, "accounts_documents WHERE acc_id="},
+                     {kind::Contact, "contacts_documents WHERE con_id="}},
+                    otherId, "dgrid_doc", "文档附件名称,路径,简介,分类,创建日期,最近修改日期"));
 }
 
 bool document::AddDocument() {

@@ -149,11 +149,8 @@ bool Opportunity::SetQuery(int otherId) {
              {kind::Task, "opportunities_tasks WHERE tas_id="},
              {kind::Document, "opportunities_documents WHERE doc_id="}},
             otherId, "dgrid_opp",
-            {QStringLiteral("项目机会"), QStringLiteral("预计结束日期"), QStringLiteral("预计金额"),
-             QStringLiteral("实际金额"), QStringLiteral("成功概率"), QStringLiteral("类型"),
-             QStringLiteral("阶段"), QStringLiteral("重要性"), QStringLiteral("标签"),
-             QStringLiteral("简介"), QStringLiteral("创建日期"), QStringLiteral("最近联系日期"),
-             QStringLiteral("私有")}));
+            "项目机会,预计结束日期,预计金额,实际金额,成功概率,类型,阶段,重要性,标签,简介,创建日期,"
+            "最近联系日期,私有"));
 }
 
 // The texts through the description; the date, the amounts and the
@@ -163,14 +160,12 @@ bool Opportunity::readQuickEdit() {
     const QDateTime day =
         recordvalue::dateTime(oForm()->controlValue(QStringLiteral("dt_opp_enddate")));
     dieDate_ = day.isValid() ? jetdate::naive(day.date()) : QDateTime();
-    const QString revenue = formText("txt_opp_revenue");
-    const auto estimate = Currency::parse(revenue);
-    if (!estimate) return fail(QStringLiteral("“%1”不是有效的金额").arg(revenue));
-    eSale_ = *estimate;
-    const QString revenue2 = formText("txt_opp_revenue2");
-    const auto realised = Currency::parse(revenue2);
-    if (!realised) return fail(QStringLiteral("“%1”不是有效的金额").arg(revenue2));
-    sale_ = *realised;
+    auto amount = [&](const char* control, Currency& into) {
+        const auto value = Currency::parse(formText(control));
+        if (value) into = *value;
+        return value || fail(QStringLiteral("“%1”不是有效的金额").arg(formText(control)));
+    };
+    if (!amount("txt_opp_revenue", eSale_) || !amount("txt_opp_revenue2", sale_)) return false;
     // The list shows "80%": the last character is the percent sign.
     QString probability = formText("cbo_opp_probability");
     probability_ = 0;

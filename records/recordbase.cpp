@@ -10,38 +10,25 @@ namespace tarvel {
 
 namespace panel {
 qint16 kindOf(const QString& formName) {
-    if (formName == QLatin1String(Opportunity)) return kind::Opportunity;
-    if (formName == QLatin1String(Account)) return kind::Account;
-    if (formName == QLatin1String(Contact)) return kind::Contact;
-    if (formName == QLatin1String(Task)) return kind::Task;
-    if (formName == QLatin1String(Document)) return kind::Document;
+    // In the order of the kind codes.
+    const char* const names[] = {Opportunity, Account, Contact, Task, Document};
+    for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
+        if (formName == QLatin1String(names[k - 1])) return k;
     return 0;
 }
 }  // namespace panel
 
 QString stampStatement(qint16 recordKind, int id) {
-    // The doubled blanks belong to the statements as the program has always issued them.
-    const char* prefix = nullptr;
-    switch (recordKind) {
-        case kind::Contact:
-            prefix = "UPDATE contacts SET con_recent_contact_date=now WHERE con_id=";
-            break;
-        case kind::Account:
-            prefix = "UPDATE accounts SET acc_recent_contact_date=now  WHERE acc_id= ";
-            break;
-        case kind::Opportunity:
-            prefix = "UPDATE opportunities SET opp_recent_contact_date=now  WHERE opp_id=";
-            break;
-        case kind::Task:
-            prefix = "UPDATE tasks SET tas_recent_contact_date=now WHERE tas_id=";
-            break;
-        case kind::Document:
-            prefix = "UPDATE documents SET doc_recentedit_date=now WHERE doc_id=";
-            break;
-        default:
-            return QString();
-    }
-    return QLatin1String(prefix) + QString::number(id);
+    // By kind code; the doubled blanks belong to the statements as the program
+    // has always issued them.
+    static const char* const prefixes[] = {
+        "UPDATE opportunities SET opp_recent_contact_date=now  WHERE opp_id=",
+        "UPDATE accounts SET acc_recent_contact_date=now  WHERE acc_id= ",
+        "UPDATE contacts SET con_recent_contact_date=now WHERE con_id=",
+        "UPDATE tasks SET tas_recent_contact_date=now WHERE tas_id=",
+        "UPDATE documents SET doc_recentedit_date=now WHERE doc_id="};
+    if (recordKind < kind::Opportunity || recordKind > kind::Document) return QString();
+    return QLatin1String(prefixes[recordKind - 1]) + QString::number(id);
 }
 
 namespace recordvalue {
@@ -195,25 +182,12 @@ bool RecordBase::execute(const QString& sql) const {
     return db.ErrMsg().isEmpty() || fail(db.ErrMsg());
 }
 
-RecordsetPtr RecordBase::read(const QString& sql) const {
+RecordsetPtr RecordBase::open(const QString& sql, bool writable) const {
     tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
+    RecordsetPtr rs = writable ? db.GetWriteRs(sql) : db.GetReadRs(sql);
     if (rs && rs->State() == adStateOpen) return rs;
     fail(failureText(db, rs));
     return nullptr;
-}
-
-RecordsetPtr RecordBase::openWritable(const QString& sql) const {
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetWriteRs(sql);
-    if (rs && rs->State() == adStateOpen) return rs;
-    fail(failureText(db, rs));
-    return nullptr;
-}
-
-int RecordBase::probe(const QString& sql) const {
-    const RecordsetPtr rs = read(sql);
-    return rs ? (rs->Eof() ? 0 : 1) : -1;
 }
 
 bool RecordBase::check(Recordset& rs, bool ok) const {
@@ -266,8 +240,9 @@ bool RecordBase::addRelative(const RecordLinks& links, int id, qint16 relationKi
     if (!execute(stampStatement(links.own, id))) return false;
     const RecordLink* link = links.find(relationKind);
     if (!link || !link->probe) return true;
-    const int exists = probe(linkStatement(link->probe, id, otherId));
-    if (exists < 0) return false;
+    const RecordsetPtr probed = read(linkStatement(link->probe, id, otherId));
+    if (!probed) return false;
+    const bool exists = !probed->Eof();
     if (link->replaces && exists && !execute(linkStatement(link->remove, id, otherId)))
         return false;
     QString sql;
@@ -402,15 +377,13 @@ void RecordBase::setFormProperty(const char* name, const QVariant& value) const 
 
 void RecordBase::setPanelFlags() const {
     const qint16 own = panel::kindOf(panelName());
-    setFormProperty("iShowTas", own == kind::Task ? 0 : 1);
-    setFormProperty("iShowCon", own == kind::Contact ? 0 : 1);
-    setFormProperty("iShowOpp", own == kind::Opportunity ? 0 : 1);
-    setFormProperty("iShowAcc", own == kind::Account ? 0 : 1);
-    setFormProperty("iShowDoc", own == kind::Document ? 0 : 1);
+    const char* const flags[] = {"iShowOpp", "iShowAcc", "iShowCon", "iShowTas", "iShowDoc"};
+    for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
+        setFormProperty(flags[k - 1], own == k ? 0 : 1);
 }
 
 bool RecordBase::showInGrid(const QString& source, const char* gridControl,
-                            const QStringList& captions) const {
+                            const char* captions) const {
     if (!oAdodc_) return fail(QStringLiteral("没有设置表格的数据控件"));
     if (!needForm()) return false;
     DataControl& control = *oAdodc_;
@@ -418,12 +391,13 @@ bool RecordBase::showInGrid(const QString& source, const char* gridControl,
     control.RecordSource = source;
     setPanelFlags();
     if (!control.Refresh()) return fail(control.ErrorDescription());
-    oForm_->setControlItems(QLatin1String(gridControl), captions);
+    oForm_->setControlItems(QLatin1String(gridControl),
+                            QString::fromUtf8(captions).split(QLatin1Char(',')));
     return true;
 }
 
 bool RecordBase::showRelated(const QString& select, std::initializer_list<PanelLink> links,
-                             int otherId, const char* gridControl, const QStringList& captions,
+                             int otherId, const char* gridControl, const char* captions,
                              const char* close) const {
     const qint16 panelKind = panel::kindOf(panelName());
     for (const PanelLink& l : links)

@@ -158,10 +158,9 @@ protected:
     // Each runs one statement through a fresh tarveldatabase; false (or null)
     // with the engine's description as the reason.
     bool execute(const QString& sql) const;
-    RecordsetPtr read(const QString& sql) const;
-    RecordsetPtr openWritable(const QString& sql) const;
-    // 1 when the statement returns rows, 0 when none, -1 when it failed.
-    int probe(const QString& sql) const;
+    RecordsetPtr open(const QString& sql, bool writable) const;
+    RecordsetPtr read(const QString& sql) const { return open(sql, false); }
+    RecordsetPtr openWritable(const QString& sql) const { return open(sql, true); }
     bool check(Recordset& rs, bool ok) const;
     // The text `column` of the first row of `sql` into `out`; "" when there is none.
     bool readText(const QString& sql, const QString& column, QString& out) const;
@@ -226,9 +225,9 @@ protected:
     // panel shows, which is every kind but the panel's own.
     void setPanelFlags() const;
     // Points the grid at `source`, refreshes it and captions its columns (the
-    // key column is hidden, so the captions start with the name column).
-    bool showInGrid(const QString& source, const char* gridControl,
-                    const QStringList& captions) const;
+    // key column is hidden, so the captions, separated by commas, start with
+    // the name column).
+    bool showInGrid(const QString& source, const char* gridControl, const char* captions) const;
     // The grid query of the panel the form is: `select` (ending in "... IN (SELECT x FROM "),
     // the link of the panel's kind, the other id and `close`. No case: nothing to show.
     struct PanelLink {
@@ -236,8 +235,7 @@ protected:
         const char* link;  // "opportunities_accounts WHERE acc_id="
     };
     bool showRelated(const QString& select, std::initializer_list<PanelLink> links, int otherId,
-                     const char* gridControl, const QStringList& captions,
-                     const char* close = ")") const;
+                     const char* gridControl, const char* captions, const char* close = ")") const;
     // After a row was written through the panel: flags, the grid's query again
     // (the class's SetQuery) and the grid on the record.
     template <typename Requery>

@@ -100,21 +100,16 @@ Currency Task::GetOutlayAtDay(const QDate& day) {
 }
 
 bool Task::panelRecordName(qint16 recordKind, int recordId, QString& name) const {
-    static const std::pair<qint16, const char*> sources[] = {
-        {kind::Opportunity, "opp_subject FROM opportunities WHERE opp_id="},
-        {kind::Account, "acc_name FROM accounts WHERE acc_id="},
-        {kind::Contact, "con_lastname FROM contacts WHERE con_id="},
-        {kind::Document, "doc_name FROM documents WHERE doc_id="}};
-    name.clear();
-    for (const auto& [k, source] : sources) {
-        if (k != recordKind) continue;
-        const QString s = QLatin1String(source);
-        if (!readText(QStringLiteral("SELECT ") + s + num(recordId),
-                      s.section(QLatin1Char(' '), 0, 0), name))
-            return false;
-        name = name.trimmed();
-    }
-    return true;
+    // By kind code: the name column, the table and its key (no task is begun from a task).
+    static const char* const sources[] = {
+        "opp_subject FROM opportunities WHERE opp_id=", "acc_name FROM accounts WHERE acc_id=",
+        "con_lastname FROM contacts WHERE con_id=", nullptr,
+        "doc_name FROM documents WHERE doc_id="};
+    const QString source = QLatin1String(sources[recordKind - 1]);
+    const bool ok = readText(QStringLiteral("SELECT ") + source + num(recordId),
+                             source.section(QLatin1Char(' '), 0, 0), name);
+    name = name.trimmed();
+    return ok;
 }
 
 bool Task::InitTask(int taskId) {
@@ -276,12 +271,8 @@ bool Task::SetQuery(int otherId) {
          {kind::Contact, "contacts_tasks WHERE con_id="},
          {kind::Document, "tasks_documents WHERE doc_id="}},
         otherId, "dgrid_sch",
-        {QStringLiteral("联系日期"), QStringLiteral("时间"), QStringLiteral("主题"),
-         QStringLiteral("提醒"), QStringLiteral("完成"), QStringLiteral("私有"),
-         QStringLiteral("费用"), QStringLiteral("重要性"), QStringLiteral("标签"),
-         QStringLiteral("创建日期"), QStringLiteral("最近联系日期"), QStringLiteral("描述"),
-         QStringLiteral("类型"), QStringLiteral("重复提醒"), QStringLiteral("周期"),
-         QStringLiteral("结束日期")},
+        "联系日期,时间,主题,提醒,完成,私有,费用,重要性,标签,创建日期,最近联系日期,描述,类型,"
+        "重复提醒,周期,结束日期",
         ") ORDER BY tas_date DESC");
     const qint16 panelKind = panel::kindOf(panelName());
     if (!shown || panelKind == 0 || panelKind == kind::Task) return report("SetQuery", shown);

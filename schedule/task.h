@@ -116,6 +116,7 @@ private:
     // 1 when the check box is ticked, else 0.
     qint16 ticked(const char* control) const;
     bool linkToShownRecords();
+    // The name of the record of a panel of kind `recordKind` (any but the task).
     bool panelRecordName(qint16 recordKind, int recordId, QString& name) const;
 
     int id_ = 0;
