@@ -1,435 +1,171 @@
 #include "records/account.h"
 
-#include "store/tarveldatabase.h"
-
 namespace tarvel {
 
-namespace {
-QString num(int id) {
-    return QString::number(id);
+const RecordDescription<Account>& Account::description() {
+    // Add, Update, AddToList and UpdateIndex each write in their own order;
+    // the controls come in the order the panel is filled.
+    static const RecordDescription<Account> d{
+        "accounts",
+        "acc_id",
+        "accounts",
+        "0",
+        "g_AccID",
+        "txt_acc_name",
+        "bCantChgFlag_AccName",
+        {{"acc_id", "ID", &Account::id_},
+         {"acc_name", "AccName", &Account::accName_, "txt_acc_name", 50, {1, 1, 1, 1}},
+         {"acc_telephone", "Telephone", &Account::telephone_, "txt_acc_tel", 50, {12, 11, 2, 2}},
+         {"acc_fax", "Fax", &Account::fax_, "txt_acc_fax", 50, {13, 12, 3, 3}},
+         {"acc_website", "Website", &Account::website_, "txt_acc_web", 50, {14, 13, 4, 4}},
+         {"acc_address", "Address", &Account::address_, "txt_acc_address", 255, {9, 3, 5, 5}},
+         {"acc_industry", "Industry", &Account::industry_, "cbo_acc_industry", 50, {7, 7, 6, 6}},
+         {"acc_province", "Province", &Account::province_, "cbo_acc_region", 50, {11, 10, 7, 7}},
+         {"acc_type", "AccType", &Account::accType_, "cbo_acc_type", 50, {6, 6, 8, 8}},
+         {nullptr, "PartInOpp", &Account::partInOpp_, "txt_acc_part", 50},
+         {"acc_description",
+          "Description",
+          &Account::description_,
+          "rtxt_acc_memo",
+          0,
+          {2, 4, 12, 10}},
+         {"acc_create_date", "CreateDate", &Account::createDate_, nullptr, 0, {3, 0, 9, 0}},
+         {"acc_recent_contact_date", "RCDate", &Account::rcDate_, nullptr, 0, {4, 2, 10, 9}},
+         {"acc_important", "Important", &Account::important_, nullptr, 0, {5, 5, 0, 0}},
+         {"acc_relation", "Relation", &Account::relation_, nullptr, 0, {8, 8, 0, 0}},
+         {"acc_postcode", "Postcode", &Account::postcode_, nullptr, 0, {10, 9, 0, 0}},
+         {"acc_private", "iPrivate", &Account::private_, nullptr, 0, {15, 14, 11, 0}},
+         {"acc_tag", "Tag", &Account::tag_, nullptr, 0, {16, 15, 0, 0}}}};
+    return d;
 }
-QString quoted(const QString& text) {
-    return tarveldatabase::SafeSql(text);
-}
-}  // namespace
 
-using recordvalue::leftChars;
+const RecordLinks& Account::links() {
+    // Kinds 2 and 3 are tied from the contact's side only: kind 3 can just be removed.
+    static const RecordLinks l{
+        kind::Account,
+        {{kind::Opportunity,
+          "SELECT acc_part_in_opp FROM opportunities_accounts WHERE acc_id=%1 AND opp_id=%2",
+          "INSERT INTO opportunities_accounts(acc_id,opp_id,acc_part_in_opp) VALUES(%1,%2, '%3')",
+          "UPDATE opportunities_accounts SET acc_part_in_opp = '%3' WHERE acc_id=%1 AND opp_id=%2",
+          "DELETE * FROM opportunities_accounts WHERE acc_id=%1 AND opp_id=%2"},
+         {kind::Contact, nullptr, nullptr, nullptr,
+          "DELETE * FROM accounts_contacts WHERE acc_id=%1 AND con_id=%2"},
+         {kind::Task, "SELECT * FROM accounts_tasks WHERE acc_id=%1 and tas_id=%2",
+          "INSERT INTO accounts_tasks (acc_id, tas_id) VALUES ( %1,%2)", nullptr,
+          "DELETE * FROM accounts_tasks WHERE acc_id=%1 AND tas_id=%2"},
+         {kind::Document, "SELECT * FROM accounts_documents WHERE acc_id=%1 and doc_id=%2",
+          "INSERT INTO accounts_documents (acc_id, doc_id) VALUES ( %1,%2)", nullptr,
+          "DELETE * FROM accounts_documents WHERE acc_id=%1 AND doc_id=%2"}},
+        {"DELETE * FROM accounts_contacts WHERE acc_id=%1",
+         "DELETE * FROM opportunities_accounts WHERE acc_id=%1",
+         "DELETE * FROM accounts_tasks WHERE acc_id=%1",
+         "DELETE * FROM accounts_documents WHERE acc_id=%1"},
+        true};
+    return l;
+}
+
+const std::vector<CategoryCount>& Account::counts() {
+    static const std::vector<CategoryCount> c{
+        {"CalcByImportant", "accounts.acc_important", "accounts GROUP BY accounts.acc_important "},
+        {"CalcByAccType", "accounts.acc_type", "accounts GROUP BY accounts.acc_type "},
+        {"CalcByRelation", "accounts.acc_relation", "accounts GROUP BY accounts.acc_relation "},
+        {"CalcByTag", nullptr, nullptr},
+        {"CalcByIndustry", "accounts.acc_industry", "accounts GROUP BY accounts.acc_industry "},
+        {"CalcByProvince", "accounts.acc_province", "accounts  GROUP BY accounts.acc_province "}};
+    return c;
+}
 
 bool Account::Add() {
-    return guarded("Add", [&] {
-        RecordsetPtr rs = openWritable(QStringLiteral("SELECT * FROM accounts WHERE acc_id=0"));
-        check(*rs, rs->AddNew());
-        setField(*rs, "acc_name", accName_);
-        setField(*rs, "acc_description", description_);
-        setField(*rs, "acc_create_date", recordvalue::field(createDate_));
-        setField(*rs, "acc_recent_contact_date", recordvalue::field(rcDate_));
-        setField(*rs, "acc_important", important_);
-        setField(*rs, "acc_type", accType_);
-        setField(*rs, "acc_industry", industry_);
-        setField(*rs, "acc_relation", relation_);
-        setField(*rs, "acc_address", address_);
-        setField(*rs, "acc_postcode", postcode_);
-        setField(*rs, "acc_province", province_);
-        setField(*rs, "acc_telephone", telephone_);
-        setField(*rs, "acc_fax", fax_);
-        setField(*rs, "acc_website", website_);
-        setField(*rs, "acc_private", private_);
-        setField(*rs, "acc_tag", tag_);
-        storeNewRow(*rs);
-        id_ = recordvalue::int32(columnValue(*rs, "acc_id"));
-        // The account reads its new row once more; the read changes nothing.
-        RecordsetPtr again =
-            read(QStringLiteral("SELECT * FROM accounts WHERE acc_id=") + num(id_));
-        if (!again->Eof()) again->MoveFirst();
-    });
-}
-
-bool Account::Update() {
-    return guarded("Update", [&] {
-        RecordsetPtr rs =
-            openWritable(QStringLiteral("SELECT * FROM accounts WHERE acc_id=") + num(id_));
-        setField(*rs, "acc_name", accName_);
-        setField(*rs, "acc_recent_contact_date", recordvalue::field(rcDate_));
-        setField(*rs, "acc_address", address_);
-        setField(*rs, "acc_description", description_);
-        setField(*rs, "acc_important", important_);
-        setField(*rs, "acc_type", accType_);
-        setField(*rs, "acc_industry", industry_);
-        setField(*rs, "acc_relation", relation_);
-        setField(*rs, "acc_postcode", postcode_);
-        setField(*rs, "acc_province", province_);
-        setField(*rs, "acc_telephone", telephone_);
-        setField(*rs, "acc_fax", fax_);
-        setField(*rs, "acc_website", website_);
-        setField(*rs, "acc_private", private_);
-        setField(*rs, "acc_tag", tag_);
-        check(*rs, rs->Update());
-    });
-}
-
-bool Account::Delete() {
-    return guarded("Delete", [&] {
-        execute(QStringLiteral("DELETE * FROM accounts WHERE acc_id=") + num(id_));
-    });
-}
-
-bool Account::DeleteRelation() {
-    return guarded("DeleteRelation", [&] {
-        execute(QStringLiteral("DELETE * FROM accounts_contacts WHERE acc_id=") + num(id_));
-        execute(QStringLiteral("DELETE * FROM opportunities_accounts WHERE acc_id=") + num(id_));
-        execute(QStringLiteral("DELETE * FROM accounts_tasks WHERE acc_id=") + num(id_));
-        execute(QStringLiteral("DELETE * FROM accounts_documents WHERE acc_id=") + num(id_));
-    });
-}
-
-bool Account::GetById() {
-    return guarded("GetById", [&] {
-        RecordsetPtr rs = read(QStringLiteral("SELECT * FROM accounts WHERE acc_id=") + num(id_));
-        if (!rs->Eof()) LoadRow(*rs);
-    });
-}
-
-void Account::LoadRow(const Recordset& rs) {
-    static const ColumnSlots columns(
-        {QStringLiteral("acc_id"), QStringLiteral("acc_name"), QStringLiteral("acc_description"),
-         QStringLiteral("acc_create_date"), QStringLiteral("acc_recent_contact_date"),
-         QStringLiteral("acc_important"), QStringLiteral("acc_type"),
-         QStringLiteral("acc_industry"), QStringLiteral("acc_relation"),
-         QStringLiteral("acc_address"), QStringLiteral("acc_postcode"),
-         QStringLiteral("acc_province"), QStringLiteral("acc_telephone"), QStringLiteral("acc_fax"),
-         QStringLiteral("acc_website"), QStringLiteral("acc_private"), QStringLiteral("acc_tag")});
-    using recordvalue::text;
-    const QVector<QVariant> v = columns.read(rs);
-    id_ = recordvalue::int32(v[0]);
-    accName_ = text(v[1]);
-    description_ = text(v[2]);
-    createDate_ = recordvalue::dateTime(v[3]);
-    rcDate_ = recordvalue::dateTime(v[4]);
-    important_ = text(v[5]);
-    accType_ = text(v[6]);
-    industry_ = text(v[7]);
-    relation_ = text(v[8]);
-    address_ = text(v[9]);
-    postcode_ = text(v[10]);
-    province_ = text(v[11]);
-    telephone_ = text(v[12]);
-    fax_ = text(v[13]);
-    website_ = text(v[14]);
-    private_ = recordvalue::int16(v[15]);
-    tag_ = text(v[16]);
+    // The account reads its new row once more; the read changes nothing.
+    return report("Add", addRow(*this, description()) &&
+                             read(description().select("accounts", QString::number(id_))));
 }
 
 bool Account::GetByIdEx(int otherId, qint16 relationKind) {
-    return guarded("GetByIdEx", [&] {
-        if (id_ == 0) return;
-        if (!GetById()) failLogged();
-        if (relationKind != kind::Opportunity) return;
-        RecordsetPtr rs =
-            read(QStringLiteral("SELECT * FROM opportunities_accounts WHERE acc_id=") + num(id_) +
-                 QStringLiteral(" AND opp_id=") + num(otherId));
-        partInOpp_.clear();
-        if (!rs->Eof())
-            partInOpp_ = recordvalue::text(rs->value(QStringLiteral("acc_part_in_opp")));
-    });
+    if (id_ == 0) return true;
+    if (!GetById()) return report("GetByIdEx", false);
+    if (relationKind != kind::Opportunity) return true;
+    return report("GetByIdEx",
+                  readText(QStringLiteral("SELECT * FROM opportunities_accounts WHERE acc_id=") +
+                               QString::number(id_) + QStringLiteral(" AND opp_id=") +
+                               QString::number(otherId),
+                           QStringLiteral("acc_part_in_opp"), partInOpp_));
 }
 
 bool Account::AddRelative(qint16 relationKind, int otherId, const QString& text) {
-    return guarded("AddRelative", [&] {
-        if (otherId == 0 || id_ == 0) return;
-        const QString me = num(id_), other = num(otherId);
-        execute(stampStatement(kind::Account, id_));
-        QString sql;
-        switch (relationKind) {
-            case kind::Opportunity:
-                if (hasRows(QStringLiteral("SELECT acc_part_in_opp FROM opportunities_accounts "
-                                           "WHERE acc_id=") +
-                            me + QStringLiteral(" AND opp_id=") + other))
-                    sql = QStringLiteral("UPDATE opportunities_accounts SET acc_part_in_opp = '") +
-                          quoted(text) + QStringLiteral("' WHERE acc_id=") + me +
-                          QStringLiteral(" AND opp_id=") + other;
-                else
-                    sql = QStringLiteral(
-                              "INSERT INTO opportunities_accounts(acc_id,opp_id,"
-                              "acc_part_in_opp) VALUES(") +
-                          me + QLatin1Char(',') + other + QStringLiteral(", '") + quoted(text) +
-                          QStringLiteral("')");
-                execute(stampStatement(kind::Opportunity, otherId));
-                break;
-            case kind::Task:
-                if (!hasRows(QStringLiteral("SELECT * FROM accounts_tasks WHERE acc_id=") + me +
-                             QStringLiteral(" and tas_id=") + other))
-                    sql = QStringLiteral("INSERT INTO accounts_tasks (acc_id, tas_id) VALUES ( ") +
-                          me + QLatin1Char(',') + other + QLatin1Char(')');
-                execute(stampStatement(kind::Task, otherId));
-                break;
-            case kind::Document:
-                if (!hasRows(QStringLiteral("SELECT * FROM accounts_documents WHERE acc_id=") + me +
-                             QStringLiteral(" and doc_id=") + other))
-                    sql = QStringLiteral(
-                              "INSERT INTO accounts_documents (acc_id, doc_id) VALUES ( ") +
-                          me + QLatin1Char(',') + other + QLatin1Char(')');
-                execute(stampStatement(kind::Document, otherId));
-                break;
-            default:
-                break;
-        }
-        executeLink(sql);
-    });
-}
-
-bool Account::DeleteRelative(qint16 relationKind, int otherId) {
-    return guarded("DeleteRelative", [&] {
-        if (otherId == 0 || id_ == 0) return;
-        const QString me = num(id_), other = num(otherId);
-        execute(stampStatement(kind::Account, id_));
-        QString sql;
-        switch (relationKind) {
-            case kind::Opportunity:
-                sql = QStringLiteral("DELETE * FROM opportunities_accounts WHERE acc_id=") + me +
-                      QStringLiteral(" AND opp_id=") + other;
-                break;
-            case kind::Contact:
-                sql = QStringLiteral("DELETE * FROM accounts_contacts WHERE acc_id=") + me +
-                      QStringLiteral(" AND con_id=") + other;
-                break;
-            case kind::Task:
-                sql = QStringLiteral("DELETE * FROM accounts_tasks WHERE acc_id=") + me +
-                      QStringLiteral(" AND tas_id=") + other;
-                break;
-            case kind::Document:
-                sql = QStringLiteral("DELETE * FROM accounts_documents WHERE acc_id=") + me +
-                      QStringLiteral(" AND doc_id=") + other;
-                break;
-            default:
-                return;
-        }
-        execute(stampStatement(relationKind, otherId));
-        executeLink(sql);
-    });
+    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, text));
 }
 
 bool Account::CalcByOpportunity() {
-    return guarded("CalcByOpportunity", [&] {
-        participationCounts(
-            QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id IN (SELECT "
-                           "DISTINCT acc_id FROM opportunities_accounts)"),
-            QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id NOT IN "
-                           "(SELECT DISTINCT acc_id FROM opportunities_accounts)"),
-            "acc_count");
-    });
-}
-
-bool Account::CalcByImportant() {
-    return guarded("CalcByImportant", [&] {
-        groupedCounts(QStringLiteral("SELECT first(accounts.acc_important) AS acc_option, "
-                                     "count(accounts.acc_id) AS option_count  From accounts "
-                                     "GROUP BY accounts.acc_important "),
-                      "acc_option");
-    });
-}
-
-bool Account::CalcByAccType() {
-    return guarded("CalcByAccType", [&] {
-        groupedCounts(QStringLiteral("SELECT first(accounts.acc_type) AS acc_option, "
-                                     "count(accounts.acc_id) AS option_count  From accounts "
-                                     "GROUP BY accounts.acc_type "),
-                      "acc_option");
-    });
-}
-
-bool Account::CalcByRelation() {
-    return guarded("CalcByRelation", [&] {
-        groupedCounts(QStringLiteral("SELECT first(accounts.acc_relation) AS acc_option, "
-                                     "count(accounts.acc_id) AS option_count  From accounts "
-                                     "GROUP BY accounts.acc_relation "),
-                      "acc_option");
-    });
-}
-
-bool Account::CalcByTag() {
-    return guarded("CalcByTag", [&] {
-        tagCounts("acc", QStringLiteral("SELECT count(accounts.acc_id) AS option_count FROM "
-                                        "accounts WHERE  acc_tag LIKE '%"));
-    });
-}
-
-bool Account::CalcByIndustry() {
-    return guarded("CalcByIndustry", [&] {
-        groupedCounts(QStringLiteral("SELECT first(accounts.acc_industry) AS acc_option, "
-                                     "count(accounts.acc_id) AS option_count  From accounts "
-                                     "GROUP BY accounts.acc_industry "),
-                      "acc_option");
-    });
-}
-
-bool Account::CalcByProvince() {
-    return guarded("CalcByProvince", [&] {
-        groupedCounts(QStringLiteral("SELECT first(accounts.acc_province) AS acc_option, "
-                                     "count(accounts.acc_id) AS option_count  From accounts "
-                                     " GROUP BY accounts.acc_province "),
-                      "acc_option");
-    });
+    return report("CalcByOpportunity",
+                  participationCounts(
+                      QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id IN "
+                                     "(SELECT DISTINCT acc_id FROM opportunities_accounts)"),
+                      QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id NOT "
+                                     "IN (SELECT DISTINCT acc_id FROM opportunities_accounts)"),
+                      "acc_count"));
 }
 
 bool Account::InitAccount(int accountId, bool load) {
-    return guarded("InitAccount", [&] {
-        if (!load) return;
-        id_ = accountId;
-        // On an opportunity's panel the account's role in that deal is shown too.
-        const int record = panelRecordId();
-        const bool ok = panelName() == QLatin1String(panel::Opportunity) && record != 0
-                            ? GetByIdEx(record, kind::Opportunity)
-                            : GetById();
-        if (!ok) failLogged();
-    });
+    if (!load) return true;
+    if (!needForm()) return report("InitAccount", false);
+    id_ = accountId;
+    // On an opportunity's panel the account's role in that deal is shown too.
+    const int record = panelRecordId();
+    const bool ok = panelName() == QLatin1String(panel::Opportunity) && record != 0
+                        ? GetByIdEx(record, kind::Opportunity)
+                        : GetById();
+    return report("InitAccount", ok);
 }
 
 bool Account::ShowAccount(int accountId, bool load) {
-    return guarded("ShowAccount", [&] {
-        if (!InitAccount(accountId, load)) failLogged();
-        setNameBox("txt_acc_name", "bCantChgFlag_AccName", accName_);
-        setFormValue("txt_acc_tel", telephone_);
-        setFormValue("txt_acc_fax", fax_);
-        setFormValue("txt_acc_web", website_);
-        setFormValue("txt_acc_address", address_);
-        setFormValue("cbo_acc_industry", industry_);
-        setFormValue("cbo_acc_region", province_);
-        setFormValue("cbo_acc_type", accType_);
-        setFormValue("txt_acc_part", partInOpp_);
-        setFormValue("rtxt_acc_memo", description_);
-        setFormProperty("g_AccID", accountId);
-        setFormValue(
-            "rtxt_acc_sch",
-            taskDigest(QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,"
-                                      "tas_description  FROM  tasks  WHERE tas_id IN "
-                                      "(SELECT tas_id FROM accounts_tasks WHERE acc_id=") +
-                       num(id_) + QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC")));
-    });
+    if (!InitAccount(accountId, load) || !needForm()) return report("ShowAccount", false);
+    showControls(*this, description());
+    setFormProperty("g_AccID", accountId);
+    return report("ShowAccount",
+                  showTaskDigest("rtxt_acc_sch",
+                                 "  FROM  tasks  WHERE tas_id IN (SELECT tas_id FROM "
+                                 "accounts_tasks WHERE acc_id=",
+                                 id_));
 }
 
 bool Account::SetQuery(int otherId) {
-    return guarded("SetQuery", [&] {
-        const QString name = panelName();
-        QString where;
-        if (name == QLatin1String(panel::Opportunity))
-            where = QStringLiteral(
-                " WHERE acc_id IN (SELECT acc_id FROM opportunities_accounts "
-                "WHERE opp_id=");
-        else if (name == QLatin1String(panel::Task))
-            where = QStringLiteral(
-                " WHERE acc_id IN (SELECT acc_id FROM accounts_tasks WHERE "
-                "tas_id=");
-        else if (name == QLatin1String(panel::Document))
-            where = QStringLiteral(
-                " WHERE acc_id IN (SELECT acc_id FROM accounts_documents "
-                "WHERE doc_id=");
-        else
-            return;  // a contact's account shows in the contact's own fields
-        showInGrid(
+    // A contact's account shows in the contact's own fields.
+    return report(
+        "SetQuery",
+        showRelated(
             QStringLiteral("SELECT acc_id,acc_name,acc_telephone,acc_fax,acc_website,"
                            "acc_type,acc_industry,acc_province,acc_address,acc_description,"
                            "acc_create_date,acc_recent_contact_date,acc_private  FROM "
-                           "accounts ") +
-                where + num(otherId) + QLatin1Char(')'),
-            "dgrid_acc",
-            {QStringLiteral("客户/单位名称"), QStringLiteral("电话"), QStringLiteral("传真"),
-             QStringLiteral("网址"), QStringLiteral("类型"), QStringLiteral("行业"),
-             QStringLiteral("地区"), QStringLiteral("地址"), QStringLiteral("简介"),
-             QStringLiteral("创建日期"), QStringLiteral("最近联系日期"), QStringLiteral("私有")});
-    });
-}
-
-void Account::readQuickEdit() {
-    accName_ = leftChars(formText("txt_acc_name"), 50);
-    telephone_ = leftChars(formText("txt_acc_tel"), 50);
-    fax_ = leftChars(formText("txt_acc_fax"), 50);
-    website_ = leftChars(formText("txt_acc_web"), 50);
-    address_ = leftChars(formText("txt_acc_address"), 255);
-    description_ = formText("rtxt_acc_memo");
-    industry_ = leftChars(formText("cbo_acc_industry"), 50);
-    province_ = leftChars(formText("cbo_acc_region"), 50);
-    accType_ = leftChars(formText("cbo_acc_type"), 50);
-    partInOpp_ = leftChars(formText("txt_acc_part"), 50);
+                           "accounts  WHERE acc_id IN (SELECT acc_id FROM "),
+            {{kind::Opportunity, "opportunities_accounts WHERE opp_id="},
+             {kind::Task, "accounts_tasks WHERE tas_id="},
+             {kind::Document, "accounts_documents WHERE doc_id="}},
+            otherId, "dgrid_acc",
+            "客户/单位名称,电话,传真,网址,类型,行业,地区,地址,简介,创建日期,最近联系日期,私有"));
 }
 
 bool Account::AddAccount() {
-    return guarded("AddAccount", [&] {
-        readQuickEdit();
-        createDate_ = recordvalue::today();
-        rcDate_ = recordvalue::now();
-        private_ = 0;
-    });
+    if (!readControls(*this, description())) return report("AddAccount", false);
+    createDate_ = recordvalue::today();
+    rcDate_ = recordvalue::now();
+    private_ = 0;
+    return true;
 }
 
 bool Account::ChangeAccount(int accountId) {
-    return guarded("ChangeAccount", [&] {
-        id_ = accountId;
-        readQuickEdit();
-        rcDate_ = recordvalue::now();
-    });
+    id_ = accountId;
+    if (!readControls(*this, description())) return report("ChangeAccount", false);
+    rcDate_ = recordvalue::now();
+    return true;
 }
 
-void Account::linkToPanelRecord() {
-    const QString name = panelName();
-    const int record = panelRecordId();
-    bool ok = true;
-    if (name == QLatin1String(panel::Opportunity))
-        ok = AddRelative(kind::Opportunity, record, partInOpp_);
-    else if (name == QLatin1String(panel::Task))
-        ok = AddRelative(kind::Task, record);
-    else if (name == QLatin1String(panel::Document))
-        ok = AddRelative(kind::Document, record);
-    if (!ok) failLogged();
-}
-
-bool Account::AddToList() {
-    return guarded("AddToList", [&] {
-        setPanelFlags();
-        Recordset& rs = gridRows();
-        check(rs, rs.AddNew());
-        setField(rs, "acc_name", accName_);
-        setField(rs, "acc_telephone", telephone_);
-        setField(rs, "acc_fax", fax_);
-        setField(rs, "acc_website", website_);
-        setField(rs, "acc_address", address_);
-        setField(rs, "acc_industry", industry_);
-        setField(rs, "acc_province", province_);
-        setField(rs, "acc_type", accType_);
-        setField(rs, "acc_create_date", recordvalue::field(createDate_));
-        setField(rs, "acc_recent_contact_date", recordvalue::field(rcDate_));
-        setField(rs, "acc_private", private_);
-        setField(rs, "acc_description", description_);
-        storeNewRow(rs);
-        id_ = recordvalue::int32(columnValue(rs, "acc_id"));
-        setFormProperty("g_AccID", id_);
-        linkToPanelRecord();
-    });
-}
-
-bool Account::UpdateIndex(int accountId) {
-    return guarded("UpdateIndex", [&] {
-        if (gridRowHolds("acc_id", accountId)) {
-            Recordset& rs = gridRows();
-            setField(rs, "acc_name", accName_);
-            setField(rs, "acc_telephone", telephone_);
-            setField(rs, "acc_fax", fax_);
-            setField(rs, "acc_website", website_);
-            setField(rs, "acc_address", address_);
-            setField(rs, "acc_industry", industry_);
-            setField(rs, "acc_province", province_);
-            setField(rs, "acc_type", accType_);
-            setField(rs, "acc_recent_contact_date", recordvalue::field(rcDate_));
-            setField(rs, "acc_description", description_);
-            check(rs, rs.Update());
-        } else if (!Update()) {
-            failLogged();
-        }
-        linkToPanelRecord();
-        setPanelFlags();
-        if (!SetQuery(panelRecordId())) failLogged();
-        Recordset& rs = gridRows();
-        findKey(rs, "acc_id", accountId);
-    });
+bool Account::linkToPanelRecord() {
+    const qint16 panelKind = panel::kindOf(panelName());
+    if (panelKind != kind::Opportunity && panelKind != kind::Task && panelKind != kind::Document)
+        return true;
+    return AddRelative(panelKind, panelRecordId(),
+                       panelKind == kind::Opportunity ? partInOpp_ : QString());
 }
 
 }  // namespace tarvel

@@ -3,92 +3,68 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
 // One row of `accounts` (an organisation). Every operation returns its success
 // flag and appends "<operation>出错，原因可能是<reason>" to ErrMsg on failure.
-class Account : public RecordBase {
+class Account : public RecordRow<Account> {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString AccName() const { return accName_; }
-    void setAccName(const QString& value) { accName_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString AccType() const { return accType_; }
-    void setAccType(const QString& value) { accType_ = value; }
-    QString Industry() const { return industry_; }
-    void setIndustry(const QString& value) { industry_ = value; }
-    QString Relation() const { return relation_; }
-    void setRelation(const QString& value) { relation_ = value; }
-    QString Address() const { return address_; }
-    void setAddress(const QString& value) { address_ = value; }
-    QString Postcode() const { return postcode_; }
-    void setPostcode(const QString& value) { postcode_ = value; }
-    QString Province() const { return province_; }
-    void setProvince(const QString& value) { province_ = value; }
-    QString Telephone() const { return telephone_; }
-    void setTelephone(const QString& value) { telephone_ = value; }
-    QString Fax() const { return fax_; }
-    void setFax(const QString& value) { fax_ = value; }
-    QString Website() const { return website_; }
-    void setWebsite(const QString& value) { website_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, AccName, accName_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, AccType, accType_)
+    TARVEL_PROPERTY(QString, Industry, industry_)
+    TARVEL_PROPERTY(QString, Relation, relation_)
+    TARVEL_PROPERTY(QString, Address, address_)
+    TARVEL_PROPERTY(QString, Postcode, postcode_)
+    TARVEL_PROPERTY(QString, Province, province_)
+    TARVEL_PROPERTY(QString, Telephone, telephone_)
+    TARVEL_PROPERTY(QString, Fax, fax_)
+    TARVEL_PROPERTY(QString, Website, website_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
     // The account's role in the opportunity whose panel shows it (GetByIdEx kind 1).
-    QString PartInOpp() const { return partInOpp_; }
-    void setPartInOpp(const QString& value) { partInOpp_ = value; }
+    TARVEL_PROPERTY(QString, PartInOpp, partInOpp_)
     // A running sale amount that callers keep; never stored by this class.
-    double AddSale() const { return addSale_; }
-    void setAddSale(double value) { addSale_ = value; }
+    TARVEL_PROPERTY(double, AddSale, addSale_)
 
     bool Add();
-    bool Update();
-    bool Delete();
-    bool DeleteRelation();
-    bool GetById();
     bool GetByIdEx(int otherId, qint16 relationKind);
-    // Fills the properties from the current row of any recordset over `accounts`.
-    void LoadRow(const Recordset& rs);
 
     // Links: kinds 1 (role = text), 4, 5. An account is tied to a contact only
     // from the contact's side, so kinds 2 and 3 only stamp this account.
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByOpportunity();
-    bool CalcByImportant();
-    bool CalcByAccType();
-    bool CalcByRelation();
-    bool CalcByTag();
-    bool CalcByIndustry();
-    bool CalcByProvince();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByAccType() { return count("CalcByAccType"); }
+    bool CalcByRelation() { return count("CalcByRelation"); }
+    bool CalcByTag() { return count("CalcByTag"); }
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
 
     // Panel operations over oForm / oAdodc.
     bool ShowAccount(int accountId, bool load);
     bool SetQuery(int otherId);
     bool AddAccount();
-    bool AddToList();
     bool ChangeAccount(int accountId);
-    // Writes the edited account into the grid row (or the table), links it to
-    // the panel's record again and positions the grid on it.
-    bool UpdateIndex(int accountId);
     // With `load`: loads the account (and on an opportunity panel its role).
     bool InitAccount(int accountId, bool load);
 
+    // Columns, properties and the panel's controls (txt_acc_name, ...).
+    static const RecordDescription<Account>& description();
+    static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
+
 private:
-    void readQuickEdit();
-    void linkToPanelRecord();
+    friend class RecordRow<Account>;
+    bool linkToPanelRecord();
 
     int id_ = 0;
     QString accName_, description_;

@@ -3,11 +3,8 @@
 #include <QDateTime>
 #include <QString>
 #include <QVariant>
-#include <array>
-#include <utility>
 
 #include "records/account.h"
-#include "records/recordbase.h"
 
 namespace tarvel {
 
@@ -15,92 +12,49 @@ namespace tarvel {
 // record pattern of every record class: empty-recordset insert, whole-row
 // update, link deletion apart from row deletion, and operations that return
 // their success flag and append "<operation>出错，原因可能是<reason>" to ErrMsg.
-class Contact : public RecordBase {
+class Contact : public RecordRow<Contact> {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString LastName() const { return lastName_; }
-    void setLastName(const QString& value) { lastName_ = value; }
-    QString FirstName() const { return firstName_; }
-    void setFirstName(const QString& value) { firstName_ = value; }
-    QString NickName() const { return nickName_; }
-    void setNickName(const QString& value) { nickName_ = value; }
-    QString Title() const { return title_; }
-    void setTitle(const QString& value) { title_ = value; }
-    QString DepartmentTitle() const { return departmentTitle_; }
-    void setDepartmentTitle(const QString& value) { departmentTitle_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QString Telephone() const { return telephone_[0]; }
-    void setTelephone(const QString& value) { telephone_[0] = value; }
-    QString Telephone2() const { return telephone_[1]; }
-    void setTelephone2(const QString& value) { telephone_[1] = value; }
-    QString Telephone3() const { return telephone_[2]; }
-    void setTelephone3(const QString& value) { telephone_[2] = value; }
-    QString Mobile() const { return mobile_[0]; }
-    void setMobile(const QString& value) { mobile_[0] = value; }
-    QString Mobile2() const { return mobile_[1]; }
-    void setMobile2(const QString& value) { mobile_[1] = value; }
-    QString Mobile3() const { return mobile_[2]; }
-    void setMobile3(const QString& value) { mobile_[2] = value; }
-    QString Fax() const { return fax_[0]; }
-    void setFax(const QString& value) { fax_[0] = value; }
-    QString Fax2() const { return fax_[1]; }
-    void setFax2(const QString& value) { fax_[1] = value; }
-    QString Fax3() const { return fax_[2]; }
-    void setFax3(const QString& value) { fax_[2] = value; }
-    QString EMail() const { return email_[0]; }
-    void setEMail(const QString& value) { email_[0] = value; }
-    QString EMail2() const { return email_[1]; }
-    void setEMail2(const QString& value) { email_[1] = value; }
-    QString EMail3() const { return email_[2]; }
-    void setEMail3(const QString& value) { email_[2] = value; }
-    QString FamilyAddress() const { return familyAddress_; }
-    void setFamilyAddress(const QString& value) { familyAddress_ = value; }
-    QString FamilyPostcode() const { return familyPostcode_; }
-    void setFamilyPostcode(const QString& value) { familyPostcode_ = value; }
-    QString IM() const { return im_[0]; }
-    void setIM(const QString& value) { im_[0] = value; }
-    QString IM2() const { return im_[1]; }
-    void setIM2(const QString& value) { im_[1] = value; }
-    QString IM3() const { return im_[2]; }
-    void setIM3(const QString& value) { im_[2] = value; }
-    QString Website() const { return website_; }
-    void setWebsite(const QString& value) { website_ = value; }
-    QString Province() const { return province_; }
-    void setProvince(const QString& value) { province_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString Relation() const { return relation_; }
-    void setRelation(const QString& value) { relation_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, LastName, lastName_)
+    TARVEL_PROPERTY(QString, FirstName, firstName_)
+    TARVEL_PROPERTY(QString, NickName, nickName_)
+    TARVEL_PROPERTY(QString, Title, title_)
+    TARVEL_PROPERTY(QString, DepartmentTitle, departmentTitle_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QString, Telephone, telephone_)
+    TARVEL_PROPERTY(QString, Telephone2, telephone2_)
+    TARVEL_PROPERTY(QString, Telephone3, telephone3_)
+    TARVEL_PROPERTY(QString, Mobile, mobile_)
+    TARVEL_PROPERTY(QString, Mobile2, mobile2_)
+    TARVEL_PROPERTY(QString, Mobile3, mobile3_)
+    TARVEL_PROPERTY(QString, Fax, fax_)
+    TARVEL_PROPERTY(QString, Fax2, fax2_)
+    TARVEL_PROPERTY(QString, Fax3, fax3_)
+    TARVEL_PROPERTY(QString, EMail, email_)
+    TARVEL_PROPERTY(QString, EMail2, email2_)
+    TARVEL_PROPERTY(QString, EMail3, email3_)
+    TARVEL_PROPERTY(QString, FamilyAddress, familyAddress_)
+    TARVEL_PROPERTY(QString, FamilyPostcode, familyPostcode_)
+    TARVEL_PROPERTY(QString, IM, im_)
+    TARVEL_PROPERTY(QString, IM2, im2_)
+    TARVEL_PROPERTY(QString, IM3, im3_)
+    TARVEL_PROPERTY(QString, Website, website_)
+    TARVEL_PROPERTY(QString, Province, province_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, Relation, relation_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
     // 1900-1-1 stands for an unknown birthday.
-    QDateTime Birthday() const { return birthday_; }
-    void setBirthday(const QDateTime& value) { birthday_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
+    TARVEL_PROPERTY(QDateTime, Birthday, birthday_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
     // The organisation the contact belongs to (through accounts_contacts).
     tarvel::Account& Account() { return account_; }
     const tarvel::Account& Account() const { return account_; }
     void setAccount(const tarvel::Account& value) { account_ = value; }
     // The contact's role in the record whose panel shows it (GetByIdEx).
-    QString PartInOpp() const { return partInOpp_; }
-    void setPartInOpp(const QString& value) { partInOpp_ = value; }
+    TARVEL_PROPERTY(QString, PartInOpp, partInOpp_)
 
-    bool Add();
-    // Rewrites every column but con_create_date.
-    bool Update();
-    // Removes the row only; DeleteRelation removes its links.
-    bool Delete();
-    bool DeleteRelation();
-    // Loads the row and its account from que_contacts_accounts; a missing id
-    // changes nothing and still succeeds.
-    bool GetById();
     // GetById, then the role (kind 1) or the contact-to-contact relation (kind 3).
     bool GetByIdEx(int otherId, qint16 relationKind);
     // The largest con_id; null on an empty table or a failure.
@@ -112,17 +66,15 @@ public:
     // Links to any kind; `text` is the role (kind 1) or the relation (kind 3).
     // Kind 2 moves the contact: a contact has at most one account.
     bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
-    // Also appends each statement it executes to ErrMsg before running it.
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     bool CalcByOpportunity();
-    bool CalcByImportant();
-    bool CalcByAccType();
-    bool CalcByRelation();
-    bool CalcByIndustry();
-    bool CalcByProvince();
-    bool CalcByTag();
-    bool CalcByAccount();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByAccType() { return count("CalcByAccType"); }
+    bool CalcByRelation() { return count("CalcByRelation"); }
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
+    bool CalcByTag() { return count("CalcByTag"); }
+    bool CalcByAccount() { return count("CalcByAccount"); }
 
     // Panel operations over oForm / oAdodc. The panel's own record key is the
     // form property panel::RecordId.
@@ -139,19 +91,23 @@ public:
     bool UpdateIndex(int contactId, bool renameAccount);
     bool InitContact(int contactId, bool load);
 
+    // Columns, properties and the panel's controls (txt_con_name, ...).
+    static const RecordDescription<Contact>& description();
+    static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
+
 private:
-    std::array<std::pair<const char*, QString*>, 27> textColumns();
-    void readQuickEdit();
-    void storeAndLinkAccount();
-    QString accountRoleIn(int opportunityId);
-    void linkToPanelRecord();
-    void logAndExecute(const QString& sql);
+    bool readQuickEdit();
+    bool storeAndLinkAccount();
+    bool updateAccount(bool rename);
+    bool linkToPanelRecord();
 
     int id_ = 0;
     QString firstName_, lastName_, nickName_, title_, description_, departmentTitle_;
-    QString telephone_[3], mobile_[3], fax_[3], email_[3];
-    QString familyAddress_, familyPostcode_;
-    QString im_[3];
+    QString telephone_, telephone2_, telephone3_, mobile_, mobile2_, mobile3_;
+    QString fax_, fax2_, fax3_, email_, email2_, email3_;
+    QString familyAddress_, familyPostcode_, im_, im2_, im3_;
     QString website_, province_, important_, relation_;
     QDateTime createDate_, rcDate_, birthday_;
     qint16 private_ = 0;

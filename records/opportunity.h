@@ -3,82 +3,57 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/currency.h"
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
 // One row of `opportunities` (a sales deal). Follows the record pattern of
 // Contact; links carry no role from this side, and removing a link stamps
 // nothing.
-class Opportunity : public RecordBase {
+class Opportunity : public RecordRow<Opportunity> {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString Subject() const { return subject_; }
-    void setSubject(const QString& value) { subject_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime DieDate() const { return dieDate_; }
-    void setDieDate(const QDateTime& value) { dieDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
-    Currency ESale() const { return eSale_; }
-    void setESale(Currency value) { eSale_ = value; }
-    Currency Sale() const { return sale_; }
-    void setSale(Currency value) { sale_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString Phase() const { return phase_; }
-    void setPhase(const QString& value) { phase_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, Subject, subject_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, DieDate, dieDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
+    TARVEL_PROPERTY(Currency, ESale, eSale_)
+    TARVEL_PROPERTY(Currency, Sale, sale_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, Phase, phase_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
     // Chance of success in percent.
-    qint16 Probability() const { return probability_; }
-    void setProbability(qint16 value) { probability_ = value; }
-    QString OppType() const { return oppType_; }
-    void setOppType(const QString& value) { oppType_ = value; }
-    QString Industry() const { return industry_; }
-    void setIndustry(const QString& value) { industry_ = value; }
-    QString Province() const { return province_; }
-    void setProvince(const QString& value) { province_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
+    TARVEL_PROPERTY(qint16, Probability, probability_)
+    TARVEL_PROPERTY(QString, OppType, oppType_)
+    TARVEL_PROPERTY(QString, Industry, industry_)
+    TARVEL_PROPERTY(QString, Province, province_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
 
-    bool Add();
-    bool Update();
-    bool Delete();
-    bool DeleteRelation();
-    bool GetById();
-    void LoadRow(const Recordset& rs);
-
-    // Kinds 2, 3, 4, 5; an existing link is left as it is.
-    bool AddRelative(qint16 relationKind, int otherId);
-    bool DeleteRelative(qint16 relationKind, int otherId);
-
-    bool CalcByImportant();
-    bool CalcByOppType();
-    bool CalcByOppTag();
-    bool CalcByPhase();
+    bool CalcByImportant() { return count("CalcByImportant"); }
+    bool CalcByOppType() { return count("CalcByOppType"); }
+    bool CalcByOppTag() { return count("CalcByOppTag"); }
+    bool CalcByPhase() { return count("CalcByPhase"); }
     bool CalcByProbability();
-    bool CalcByIndustry();
-    bool CalcByProvince();
+    bool CalcByIndustry() { return count("CalcByIndustry"); }
+    bool CalcByProvince() { return count("CalcByProvince"); }
 
     // Panel operations over oForm / oAdodc.
     bool ShowOpportunity(int opportunityId, bool load);
     bool SetQuery(int otherId);
     bool AddOpportunity();
-    bool AddToList();
     // Also makes the deal public: saving from a panel always clears the flag.
     bool ChangeOpportunity(int opportunityId);
-    bool UpdateIndex(int opportunityId);
     bool InitOpportunity(int opportunityId, bool load);
 
+    // Columns, properties and the panel's controls (txt_opp_name, ...).
+    static const RecordDescription<Opportunity>& description();
+    static const RecordLinks& links();
+    // The grouped and tag counts of the CalcBy... operations.
+    static const std::vector<CategoryCount>& counts();
+
 private:
-    void readQuickEdit();
-    void linkToPanelRecord();
+    bool readQuickEdit();
 
     int id_ = 0;
     QString subject_, description_;

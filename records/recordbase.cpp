@@ -10,38 +10,25 @@ namespace tarvel {
 
 namespace panel {
 qint16 kindOf(const QString& formName) {
-    if (formName == QLatin1String(Opportunity)) return kind::Opportunity;
-    if (formName == QLatin1String(Account)) return kind::Account;
-    if (formName == QLatin1String(Contact)) return kind::Contact;
-    if (formName == QLatin1String(Task)) return kind::Task;
-    if (formName == QLatin1String(Document)) return kind::Document;
+    // In the order of the kind codes.
+    const char* const names[] = {Opportunity, Account, Contact, Task, Document};
+    for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
+        if (formName == QLatin1String(names[k - 1])) return k;
     return 0;
 }
 }  // namespace panel
 
 QString stampStatement(qint16 recordKind, int id) {
-    // The doubled blanks belong to the statements as the program has always issued them.
-    const char* prefix = nullptr;
-    switch (recordKind) {
-        case kind::Contact:
-            prefix = "UPDATE contacts SET con_recent_contact_date=now WHERE con_id=";
-            break;
-        case kind::Account:
-            prefix = "UPDATE accounts SET acc_recent_contact_date=now  WHERE acc_id= ";
-            break;
-        case kind::Opportunity:
-            prefix = "UPDATE opportunities SET opp_recent_contact_date=now  WHERE opp_id=";
-            break;
-        case kind::Task:
-            prefix = "UPDATE tasks SET tas_recent_contact_date=now WHERE tas_id=";
-            break;
-        case kind::Document:
-            prefix = "UPDATE documents SET doc_recentedit_date=now WHERE doc_id=";
-            break;
-        default:
-            return QString();
-    }
-    return QLatin1String(prefix) + QString::number(id);
+    // By kind code; the doubled blanks belong to the statements as the program
+    // has always issued them.
+    static const char* const prefixes[] = {
+        "UPDATE opportunities SET opp_recent_contact_date=now  WHERE opp_id=",
+        "UPDATE accounts SET acc_recent_contact_date=now  WHERE acc_id= ",
+        "UPDATE contacts SET con_recent_contact_date=now WHERE con_id=",
+        "UPDATE tasks SET tas_recent_contact_date=now WHERE tas_id=",
+        "UPDATE documents SET doc_recentedit_date=now WHERE doc_id="};
+    if (recordKind < kind::Opportunity || recordKind > kind::Document) return QString();
+    return QLatin1String(prefixes[recordKind - 1]) + QString::number(id);
 }
 
 namespace recordvalue {
@@ -98,10 +85,6 @@ QDateTime now() {
 
 }  // namespace recordvalue
 
-ColumnSlots::ColumnSlots(const QStringList& columns) : count_(int(columns.size())) {
-    for (int i = 0; i < count_; ++i) index_.insert(columns[i], i);
-}
-
 namespace {
 bool isWordChar(QChar c) {
     return c.isLetterOrNumber() || c == QLatin1Char('_');
@@ -124,265 +107,331 @@ bool sameShape(const QString& a, const QString& b) {
         ++j;
     }
 }
-}  // namespace
 
-QVector<QVariant> ColumnSlots::read(const Recordset& rs) const {
-    const int fields = rs.FieldCount();
-    const QString source = rs.Source();
-    bool same = layout_.size() == fields && !source.isEmpty() && sameShape(source, source_);
-    if (!same) {
-        same = layout_.size() == fields;
-        for (int i = 0; same && i < fields; ++i) same = layout_[i] == rs.fieldName(i);
-        source_ = source;
-    }
-    if (!same) {
-        layout_.clear();
-        target_.fill(-1, fields);
-        QVector<bool> taken(count_, false);
-        for (int i = 0; i < fields; ++i) {
-            const QString name = rs.fieldName(i);
-            layout_ << name;
-            auto it = index_.constFind(name);
-            if (it == index_.constEnd()) {
-                const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-                it = index_.constFind(dot < 0 ? name.toLower() : name.mid(dot + 1).toLower());
-            }
-            // The first column of a name wins, as in a look-up by name.
-            if (it == index_.constEnd() || taken[*it]) continue;
-            taken[*it] = true;
-            target_[i] = *it;
-        }
-    }
-    QVector<QVariant> values(count_);
-    for (int i = 0; i < fields; ++i)
-        if (target_[i] >= 0) values[target_[i]] = rs.value(i);
-    return values;
-}
-
-namespace {
 // Why a recordset did not open: its own error, else the access object's (the
 // connection's, when the data file itself could not be opened).
 QString failureText(const tarveldatabase& db, const RecordsetPtr& rs) {
     if (rs && !rs->ErrorDescription().isEmpty()) return rs->ErrorDescription();
     return db.ErrMsg();
 }
+
+// A link statement with this id (%1), the other id (%2) and the text (%3) in
+// place, in one pass so a text holding "%1" stays as typed.
+QString linkStatement(const char* pattern, int id, int otherId, const QString& text = QString()) {
+    const QString p = QLatin1String(pattern);
+    QString out;
+    for (qsizetype i = 0; i < p.size(); ++i) {
+        const QChar next = i + 1 < p.size() ? p[i + 1] : QChar();
+        if (p[i] != QLatin1Char('%') || next < QLatin1Char('1') || next > QLatin1Char('3')) {
+            out += p[i];
+            continue;
+        }
+        out += next == QLatin1Char('1')   ? QString::number(id)
+               : next == QLatin1Char('2') ? QString::number(otherId)
+                                          : tarveldatabase::SafeSql(text);
+        ++i;
+    }
+    return out;
+}
 }  // namespace
 
-void RecordBase::fail(const QString& description) {
-    throw Failure{description.isEmpty() ? QStringLiteral("未知错误") : description};
+QVector<QVariant> ColumnSlots::read(const Recordset& rs) const {
+    const QString source = rs.Source();
+    if (fields_ != rs.FieldCount() || source.isEmpty() || !sameShape(source, source_)) {
+        index_.clear();
+        for (const QString& column : columns_) index_ << rs.fieldIndex(column);
+        source_ = source;
+        fields_ = rs.FieldCount();
+    }
+    QVector<QVariant> values(columns_.size());
+    for (int i = 0; i < columns_.size(); ++i)
+        if (index_[i] >= 0) values[i] = rs.value(index_[i]);
+    return values;
 }
 
-void RecordBase::failLogged() {
-    throw Failure{QString(), true};
+const RecordLink* RecordLinks::find(qint16 relationKind) const {
+    for (const RecordLink& link : links)
+        if (link.kind == relationKind) return &link;
+    return nullptr;
 }
 
-void RecordBase::failFrom(const RecordBase& other, const QString& errorsBefore) {
-    QString added = other.ErrMsg();
-    if (added.startsWith(errorsBefore)) added = added.mid(errorsBefore.size());
-    if (added.startsWith(QLatin1String(" ; "))) added = added.mid(3);
-    fail(added);
+bool RecordBase::report(const char* operation, bool ok) {
+    if (!ok && failed_) {
+        lastError_ = QLatin1String(operation) + QStringLiteral("出错，原因可能是") +
+                     (reason_.isEmpty() ? QStringLiteral("未知错误") : reason_);
+        appendText(lastError_);
+    }
+    failed_ = false;
+    reason_.clear();
+    return ok;
 }
 
-void RecordBase::appendError(const char* operation, const QString& description) {
-    appendText(QLatin1String(operation) + QStringLiteral("出错，原因可能是") + description);
+bool RecordBase::fail(const QString& reason) const {
+    failed_ = true;
+    reason_ = reason;
+    return false;
 }
 
 void RecordBase::appendText(const QString& text) {
     errMsg_ = errMsg_.isEmpty() ? text : errMsg_ + QStringLiteral(" ; ") + text;
 }
 
-void RecordBase::execute(const QString& sql) {
+bool RecordBase::execute(const QString& sql) const {
     tarveldatabase db;
     db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) fail(db.ErrMsg());
+    return db.ErrMsg().isEmpty() || fail(db.ErrMsg());
 }
 
-RecordsetPtr RecordBase::read(const QString& sql) {
+RecordsetPtr RecordBase::open(const QString& sql, bool writable) const {
     tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    if (!rs || rs->State() != adStateOpen) fail(failureText(db, rs));
-    return rs;
+    RecordsetPtr rs = writable ? db.GetWriteRs(sql) : db.GetReadRs(sql);
+    if (rs && rs->State() == adStateOpen) return rs;
+    fail(failureText(db, rs));
+    return nullptr;
 }
 
-RecordsetPtr RecordBase::openWritable(const QString& sql) {
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetWriteRs(sql);
-    if (!rs || rs->State() != adStateOpen) fail(failureText(db, rs));
-    return rs;
+bool RecordBase::check(Recordset& rs, bool ok) const {
+    return ok || fail(rs.ErrorDescription());
 }
 
-bool RecordBase::hasRows(const QString& sql) {
-    return !read(sql)->Eof();
+bool RecordBase::readText(const QString& sql, const QString& column, QString& out) const {
+    const RecordsetPtr rs = read(sql);
+    if (!rs) return false;
+    out = rs->Eof() ? QString() : recordvalue::text(rs->value(column));
+    return true;
 }
 
-void RecordBase::check(Recordset& rs, bool ok) {
-    if (!ok) fail(rs.ErrorDescription());
+bool RecordBase::findKey(Recordset& rs, const char* keyColumn, int id) const {
+    const int index = rs.fieldIndex(QLatin1String(keyColumn));
+    if (index < 0) return fail(QStringLiteral("找不到字段 %1").arg(QLatin1String(keyColumn)));
+    return check(rs, rs.Find(rs.fieldName(index) + QLatin1Char('=') + QString::number(id)));
 }
 
-int RecordBase::columnIndex(const Recordset& rs, const char* column) {
-    const QLatin1String name(column);
-    const int index = rs.fieldIndex(name);
-    if (index >= 0) return index;
-    const QString suffix = QLatin1Char('.') + name;
-    for (int i = 0; i < rs.FieldCount(); ++i)
-        if (rs.fieldName(i).endsWith(suffix, Qt::CaseInsensitive)) return i;
-    return -1;
+bool RecordBase::setField(Recordset& rs, const char* column, const QVariant& value) const {
+    const int index = rs.fieldIndex(QLatin1String(column));
+    if (index < 0) return fail(QStringLiteral("找不到字段 %1").arg(QLatin1String(column)));
+    return check(rs, rs.setValue(index, value));
 }
 
-QVariant RecordBase::columnValue(const Recordset& rs, const char* column) {
-    return rs.value(columnIndex(rs, column));
-}
-
-void RecordBase::findKey(Recordset& rs, const char* keyColumn, int id) {
-    const int index = columnIndex(rs, keyColumn);
-    if (index < 0) fail(QStringLiteral("找不到字段 %1").arg(QLatin1String(keyColumn)));
-    check(rs, rs.Find(rs.fieldName(index) + QLatin1Char('=') + QString::number(id)));
-}
-
-void RecordBase::setField(Recordset& rs, const char* column, const QVariant& value) {
-    const int index = columnIndex(rs, column);
-    if (index < 0) fail(QStringLiteral("找不到字段 %1").arg(QLatin1String(column)));
-    check(rs, rs.setValue(index, value));
-}
-
-void RecordBase::storeNewRow(Recordset& rs) {
-    check(rs, rs.Update());
-    check(rs, rs.MovePrevious());
-    check(rs, rs.MoveNext());
+bool RecordBase::storeNewRow(Recordset& rs) const {
+    return check(rs, rs.Update()) && check(rs, rs.MovePrevious()) && check(rs, rs.MoveNext());
 }
 
 bool RecordBase::gridRowHolds(const char* keyColumn, int id) const {
     const RecordsetPtr rs = oAdodc_ ? oAdodc_->Recordset : nullptr;
     if (!rs || rs->State() != adStateOpen || rs->Eof() || rs->Bof()) return false;
-    const QVariant key = columnValue(*rs, keyColumn);
+    const QVariant key = rs->value(QLatin1String(keyColumn));
     return !key.isNull() && key.toInt() == id;
 }
 
-void RecordBase::executeLink(const QString& sql) {
-    if (sql.trimmed().isEmpty()) return;
+bool RecordBase::executeLink(const QString& sql) const {
+    if (sql.trimmed().isEmpty()) return true;
     const ConnectionPtr connection = oAdodc_ ? oAdodc_->ActiveConnection() : nullptr;
-    if (!connection || connection->State() != adStateOpen) {
-        // No grid connection yet (the grid was never refreshed): the file's own will do.
-        execute(sql);
-        return;
-    }
+    // No grid connection yet (the grid was never refreshed): the file's own will do.
+    if (!connection || connection->State() != adStateOpen) return execute(sql);
     trace::record(sql);
     connection->Execute(sql);
-    if (!connection->ErrorDescription().isEmpty()) fail(connection->ErrorDescription());
+    return connection->ErrorDescription().isEmpty() || fail(connection->ErrorDescription());
 }
 
-void RecordBase::groupedCounts(const QString& sql, const char* labelColumn) {
+bool RecordBase::addRelative(const RecordLinks& links, int id, qint16 relationKind, int otherId,
+                             const QString& text) {
+    if (otherId == 0 || id == 0) return true;
+    if (!execute(stampStatement(links.own, id))) return false;
+    const RecordLink* link = links.find(relationKind);
+    if (!link || !link->probe) return true;
+    const RecordsetPtr probed = read(linkStatement(link->probe, id, otherId));
+    if (!probed) return false;
+    const bool exists = !probed->Eof();
+    if (link->replaces && exists && !execute(linkStatement(link->remove, id, otherId)))
+        return false;
+    QString sql;
+    if (link->replaces || !exists)
+        sql = linkStatement(link->insert, id, otherId, text);
+    else if (link->update)
+        sql = linkStatement(link->update, id, otherId, text);
+    return execute(stampStatement(relationKind, otherId)) && executeLink(sql) &&
+           (!link->reread || read(linkStatement(link->reread, id, otherId)));
+}
+
+bool RecordBase::deleteRelative(const RecordLinks& links, int id, qint16 relationKind,
+                                int otherId) {
+    if (otherId == 0 || id == 0) return true;
+    auto run = [&](const QString& sql) {
+        if (links.tracesRemoval) appendText(sql);
+        return execute(sql);
+    };
+    if (links.stampsRemoval && !run(stampStatement(links.own, id))) return false;
+    const RecordLink* link = links.find(relationKind);
+    if (!link || !link->remove) return true;
+    if (links.stampsRemoval && !run(stampStatement(relationKind, otherId))) return false;
+    const QString sql = linkStatement(link->remove, id, otherId);
+    if (links.tracesRemoval) appendText(sql);
+    return executeLink(sql) &&
+           (!link->rereadRemoved || read(linkStatement(link->rereadRemoved, id, otherId)));
+}
+
+bool RecordBase::deleteRelation(const RecordLinks& links, int id) {
+    for (const char* statement : links.cascade)
+        if (!execute(linkStatement(statement, id, 0))) return false;
+    return true;
+}
+
+bool RecordBase::groupedCounts(const QString& sql, const char* labelColumn) {
     RecordsetPtr rs = read(sql);
+    if (!rs) return false;
     const int rows = rs->RecordCount();
     arrDesc_ = QVariantList(rows + 1);
     arrValue_ = QVariantList(rows + 1);
     const QString label = QLatin1String(labelColumn);
-    for (int i = 0; !rs->Eof(); ++i) {
+    for (int i = 0; !rs->Eof(); ++i, rs->MoveNext()) {
         arrDesc_[i] = recordvalue::text(rs->value(label)).trimmed();
         arrValue_[i] = recordvalue::int32(rs->value(QStringLiteral("option_count")));
-        rs->MoveNext();
     }
+    return true;
 }
 
-void RecordBase::tagCounts(const char* object, const QString& countPrefix) {
+bool RecordBase::tagCounts(const char* object, const QString& countPrefix) {
     RecordsetPtr tags = read(
         QStringLiteral("SELECT opt_description FROM  options WHERE opt_object= '") +
         QLatin1String(object) + QStringLiteral("'  AND  opt_name='tag' ORDER BY  opt_description"));
+    if (!tags) return false;
     const int rows = tags->RecordCount();
     QVariantList desc(rows + 1);
     QVariantList value(rows + 1);
-    for (int i = 0; !tags->Eof(); ++i) {
+    // The tag column ("con_tag") is the one the prefix compares.
+    const QString column = countPrefix.section(QLatin1Char(' '), -3, -3);
+    for (int i = 0; !tags->Eof(); ++i, tags->MoveNext()) {
         const QString tag = recordvalue::text(tags->value(0));
         desc[i] = tag.trimmed();
-        RecordsetPtr count =
-            read(countPrefix + tarveldatabase::SafeSql(tag) + QStringLiteral("%' "));
-        value[i] = recordvalue::int32(count->value(QStringLiteral("option_count")));
-        tags->MoveNext();
+        const QString where = tarveldatabase::SafeSql(tag) + QStringLiteral("%' ");
+        if (!tag.contains(QLatin1Char('%')) && !tag.contains(QLatin1Char('_'))) {
+            RecordsetPtr count = read(countPrefix + where);
+            if (!count) return false;
+            value[i] = recordvalue::int32(count->value(QStringLiteral("option_count")));
+            continue;
+        }
+        // LIKE takes "%" and "_" in a tag for wildcards, so such a tag only
+        // narrows the rows down; the plain substring test decides.
+        const qsizetype from = countPrefix.indexOf(QStringLiteral(" FROM "));
+        RecordsetPtr tagged =
+            read(QStringLiteral("SELECT ") + column + countPrefix.mid(from) + where);
+        if (!tagged) return false;
+        int n = 0;
+        for (; !tagged->Eof(); tagged->MoveNext())
+            n += recordvalue::text(tagged->value(0)).contains(tag, Qt::CaseInsensitive) ? 1 : 0;
+        value[i] = n;
     }
     arrDesc_ = desc;
     arrValue_ = value;
+    return true;
 }
 
-void RecordBase::participationCounts(const QString& inSql, const QString& notInSql,
+bool RecordBase::participationCounts(const QString& inSql, const QString& notInSql,
                                      const char* countColumn) {
     const QString column = QLatin1String(countColumn);
-    const int in = recordvalue::int32(read(inSql)->value(column));
-    const int notIn = recordvalue::int32(read(notInSql)->value(column));
+    const RecordsetPtr in = read(inSql);
+    const RecordsetPtr notIn = in ? read(notInSql) : nullptr;
+    if (!notIn) return false;
     arrDesc_ = {QStringLiteral("有"), QStringLiteral("无")};
-    arrValue_ = {in, notIn};
+    arrValue_ = {recordvalue::int32(in->value(column)), recordvalue::int32(notIn->value(column))};
+    return true;
 }
 
-Form& RecordBase::form() const {
-    if (!oForm_) fail(QStringLiteral("没有设置面板窗体"));
-    return *oForm_;
+bool RecordBase::needForm() const {
+    return oForm_ || fail(QStringLiteral("没有设置面板窗体"));
 }
 
-DataControl& RecordBase::grid() const {
-    if (!oAdodc_) fail(QStringLiteral("没有设置表格的数据控件"));
-    return *oAdodc_;
-}
-
-Recordset& RecordBase::gridRows() const {
-    DataControl& control = grid();
-    if (!control.Recordset || control.Recordset->State() != adStateOpen)
-        fail(QStringLiteral("表格的记录集没有打开"));
-    return *control.Recordset;
+bool RecordBase::needGrid() const {
+    if (!oAdodc_) return fail(QStringLiteral("没有设置表格的数据控件"));
+    if (!oAdodc_->Recordset || oAdodc_->Recordset->State() != adStateOpen)
+        return fail(QStringLiteral("表格的记录集没有打开"));
+    return true;
 }
 
 int RecordBase::panelRecordId() const {
-    return recordvalue::int32(form().property(QLatin1String(panel::RecordId)));
+    return recordvalue::int32(formProperty(panel::RecordId));
+}
+
+QVariant RecordBase::formProperty(const char* name) const {
+    return oForm_ ? oForm_->property(QLatin1String(name)) : QVariant();
 }
 
 QString RecordBase::formText(const char* control) const {
-    return recordvalue::text(form().controlValue(QLatin1String(control)));
+    return oForm_ ? recordvalue::text(oForm_->controlValue(QLatin1String(control))) : QString();
 }
 
 void RecordBase::setFormValue(const char* control, const QVariant& value) const {
-    form().setControlValue(QLatin1String(control), value);
+    if (oForm_) oForm_->setControlValue(QLatin1String(control), value);
 }
 
 void RecordBase::setNameBox(const char* control, const char* flag, const QString& text) const {
-    Form& f = form();
-    f.setProperty(QLatin1String(flag), true);
-    f.setControlValue(QLatin1String(control), text);
-    f.setProperty(QLatin1String(flag), false);
+    setFormProperty(flag, true);
+    setFormValue(control, text);
+    setFormProperty(flag, false);
 }
 
 void RecordBase::setFormProperty(const char* name, const QVariant& value) const {
-    form().setProperty(QLatin1String(name), value);
+    if (oForm_) oForm_->setProperty(QLatin1String(name), value);
 }
 
 void RecordBase::setPanelFlags() const {
-    const qint16 own = panel::kindOf(form().Name());
-    setFormProperty("iShowTas", own == kind::Task ? 0 : 1);
-    setFormProperty("iShowCon", own == kind::Contact ? 0 : 1);
-    setFormProperty("iShowOpp", own == kind::Opportunity ? 0 : 1);
-    setFormProperty("iShowAcc", own == kind::Account ? 0 : 1);
-    setFormProperty("iShowDoc", own == kind::Document ? 0 : 1);
+    const qint16 own = panel::kindOf(panelName());
+    const char* const flags[] = {"iShowOpp", "iShowAcc", "iShowCon", "iShowTas", "iShowDoc"};
+    for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
+        setFormProperty(flags[k - 1], own == k ? 0 : 1);
 }
 
-void RecordBase::showInGrid(const QString& source, const char* gridControl,
-                            const QStringList& captions) const {
-    DataControl& control = grid();
+bool RecordBase::showInGrid(const QString& source, const char* gridControl,
+                            const char* captions) const {
+    if (!oAdodc_) return fail(QStringLiteral("没有设置表格的数据控件"));
+    if (!needForm()) return false;
+    DataControl& control = *oAdodc_;
     control.ConnectionString = globalConnectionString();
     control.RecordSource = source;
     setPanelFlags();
-    if (!control.Refresh()) fail(control.ErrorDescription());
-    form().setControlItems(QLatin1String(gridControl), captions);
+    if (!control.Refresh()) return fail(control.ErrorDescription());
+    oForm_->setControlItems(QLatin1String(gridControl),
+                            QString::fromUtf8(captions).split(QLatin1Char(',')));
+    return true;
 }
 
-QString RecordBase::taskDigest(const QString& sql) {
-    RecordsetPtr rs = read(sql);
-    QString digest;
+bool RecordBase::showRelated(const QString& select, std::initializer_list<PanelLink> links,
+                             int otherId, const char* gridControl, const char* captions,
+                             const char* close) const {
+    const qint16 panelKind = panel::kindOf(panelName());
+    for (const PanelLink& l : links)
+        if (l.panel == panelKind)
+            return showInGrid(
+                select + QLatin1String(l.link) + QString::number(otherId) + QLatin1String(close),
+                gridControl, captions);
+    return true;
+}
+
+bool RecordBase::showTaskDigest(const char* control, const char* from, int id) const {
+    const RecordsetPtr rs =
+        read(QStringLiteral("SELECT tas_date,tas_time,tas_tag,tas_subject,tas_description") +
+             QLatin1String(from) + QString::number(id) +
+             QStringLiteral(") ORDER BY tas_date DESC,tas_time DESC"));
+    if (rs) setFormValue(control, taskDigest(*rs, false));
+    return rs != nullptr;
+}
+
+QString RecordBase::taskDigest(Recordset& rs, bool withDone) {
     const QString lineBreak = QStringLiteral("\r\n");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        using recordvalue::text;
-        digest += text(rs->value(QStringLiteral("tas_date"))) + QLatin1Char(',') +
-                  text(rs->value(QStringLiteral("tas_time"))) + QLatin1Char(',') +
-                  text(rs->value(QStringLiteral("tas_tag"))) + lineBreak +
-                  text(rs->value(QStringLiteral("tas_subject"))) + lineBreak +
-                  text(rs->value(QStringLiteral("tas_description"))) + lineBreak +
-                  QStringLiteral("===================") + lineBreak;
+    auto text = [&](const char* column) {
+        return recordvalue::text(rs.value(QLatin1String(column)));
+    };
+    QString digest;
+    for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
+        const bool done = recordvalue::int16(rs.value(QStringLiteral("tas_closed"))) != 0;
+        digest += text("tas_date") + QLatin1Char(',') + text("tas_time") + QLatin1Char(',') +
+                  (!withDone ? QString()
+                   : done    ? QStringLiteral("完成,")
+                             : QStringLiteral("未完成,")) +
+                  text("tas_tag") + lineBreak + text("tas_subject") + lineBreak +
+                  text("tas_description") + lineBreak + QStringLiteral("===================") +
+                  lineBreak;
     }
     return digest;
 }

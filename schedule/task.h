@@ -3,8 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include "records/currency.h"
-#include "records/recordbase.h"
+#include "records/recorddescription.h"
 
 namespace tarvel {
 
@@ -30,67 +29,32 @@ namespace tarvel {
 //  - related panels of the other records: SetQuery() fills the task grid
 //    `dgrid_sch` and the digest;
 //  - deleting: Delete() then DeleteRelation().
-class Task : public RecordBase {
+class Task : public RecordRow<Task> {
 public:
-    int ID() const { return id_; }
-    void setID(int value) { id_ = value; }
-    QString Subject() const { return subject_; }
-    void setSubject(const QString& value) { subject_ = value; }
-    QDateTime TaskDate() const { return taskDate_; }
-    void setTaskDate(const QDateTime& value) { taskDate_ = value; }
-    QDateTime TaskTime() const { return taskTime_; }
-    void setTaskTime(const QDateTime& value) { taskTime_ = value; }
-    QString TaskType() const { return taskType_; }
-    void setTaskType(const QString& value) { taskType_ = value; }
-    QString Important() const { return important_; }
-    void setImportant(const QString& value) { important_ = value; }
-    QString Tag() const { return tag_; }
-    void setTag(const QString& value) { tag_ = value; }
-    Currency Outlay() const { return outlay_; }
-    void setOutlay(Currency value) { outlay_ = value; }
-    qint16 iPrivate() const { return private_; }
-    void setiPrivate(qint16 value) { private_ = value; }
-    qint16 Remind() const { return remind_; }
-    void setRemind(qint16 value) { remind_ = value; }
-    qint16 Closed() const { return closed_; }
-    void setClosed(qint16 value) { closed_ = value; }
+    TARVEL_PROPERTY(int, ID, id_)
+    TARVEL_PROPERTY(QString, Subject, subject_)
+    TARVEL_PROPERTY(QDateTime, TaskDate, taskDate_)
+    TARVEL_PROPERTY(QDateTime, TaskTime, taskTime_)
+    TARVEL_PROPERTY(QString, TaskType, taskType_)
+    TARVEL_PROPERTY(QString, Important, important_)
+    TARVEL_PROPERTY(QString, Tag, tag_)
+    TARVEL_PROPERTY(Currency, Outlay, outlay_)
+    TARVEL_PROPERTY(qint16, iPrivate, private_)
+    TARVEL_PROPERTY(qint16, Remind, remind_)
+    TARVEL_PROPERTY(qint16, Closed, closed_)
     // 1: remind again on every day the task occurs (see schedule/reminders.h).
-    qint16 Again() const { return again_; }
-    void setAgain(qint16 value) { again_ = value; }
-    qint16 Cycle() const { return cycle_; }
-    void setCycle(qint16 value) { cycle_ = value; }
-    QDateTime CloseDate() const { return closeDate_; }
-    void setCloseDate(const QDateTime& value) { closeDate_ = value; }
-    QDateTime CreateDate() const { return createDate_; }
-    void setCreateDate(const QDateTime& value) { createDate_ = value; }
-    QDateTime RCDate() const { return rcDate_; }
-    void setRCDate(const QDateTime& value) { rcDate_ = value; }
-    QString Description() const { return description_; }
-    void setDescription(const QString& value) { description_ = value; }
-    QDateTime Task_last_remind_date() const { return lastRemindDate_; }
-    void setTask_last_remind_date(const QDateTime& value) { lastRemindDate_ = value; }
+    TARVEL_PROPERTY(qint16, Again, again_)
+    TARVEL_PROPERTY(qint16, Cycle, cycle_)
+    TARVEL_PROPERTY(QDateTime, CloseDate, closeDate_)
+    TARVEL_PROPERTY(QDateTime, CreateDate, createDate_)
+    TARVEL_PROPERTY(QDateTime, RCDate, rcDate_)
+    TARVEL_PROPERTY(QString, Description, description_)
+    TARVEL_PROPERTY(QDateTime, Task_last_remind_date, lastRemindDate_)
 
     // Stores a new row; tas_create_date is today and tas_recent_contact_date
     // now (both also kept in the properties), tas_last_remind_date stays
     // empty. ID receives the database's key.
     bool Add();
-    // Rewrites row ID from the properties, except tas_create_date and
-    // tas_last_remind_date.
-    bool Update();
-    // The row only; link rows stay until DeleteRelation.
-    bool Delete();
-    // Every link row of the task, documents, accounts, opportunities, contacts.
-    bool DeleteRelation();
-    // Loads row ID; a missing row leaves the properties and still succeeds.
-    bool GetById();
-    // The loader of GetById, for lists that read rows of `tasks` themselves.
-    void LoadRow(const Recordset& rs);
-
-    // Links of kinds 1, 2, 3 and 5. AddRelative stamps the task and the other
-    // record and leaves an existing link as it is; kind 4 only stamps the
-    // task. DeleteRelative stamps nothing. Other id 0 (or ID 0) does nothing.
-    bool AddRelative(qint16 relationKind, int otherId);
-    bool DeleteRelative(qint16 relationKind, int otherId);
 
     // The outlay of the rows stored on `day` (occurrences of recurring tasks
     // on later days are not counted); 0 for a day without rows or on failure.
@@ -138,18 +102,22 @@ public:
     bool SetQuery(int otherId);
     QString Digest() const { return digest_; }
 
+    // Columns, properties and the schedule form's controls (txt_sch_subject, ...).
+    static const RecordDescription<Task>& description();
+    // Kinds 1, 2, 3 and 5; AddRelative leaves an existing link as it is and
+    // with kind 4 only stamps the task; DeleteRelative stamps nothing.
+    static const RecordLinks& links();
+
 private:
-    // The columns Update writes, in its order; with `onlyPresent` those the
-    // recordset lacks are skipped. True when every one was written.
-    bool writeColumns(Recordset& rs, bool onlyPresent) const;
-    void readForm(bool newTask);
+    bool readForm(bool newTask);
     // TaskDate and TaskTime from a date picker and a time box; fails, changing
     // nothing, when either holds no date or time.
-    void readWhen(const char* dateControl, const char* timeControl);
+    bool readWhen(const char* dateControl, const char* timeControl);
     // 1 when the check box is ticked, else 0.
     qint16 ticked(const char* control) const;
-    void linkToShownRecords();
-    QString panelRecordName(qint16 recordKind, int recordId) const;
+    bool linkToShownRecords();
+    // The name of the record of a panel of kind `recordKind` (any but the task).
+    bool panelRecordName(qint16 recordKind, int recordId, QString& name) const;
 
     int id_ = 0;
     QString subject_;

@@ -323,4 +323,25 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     EXPECT_EQ(gridId("con_id"), 3);
 }
 
+// A failing account inside a contact's save is reported once, by the
+// contact, with the account's own entry: not with what the account had
+// gathered before.
+TEST_F(Panels, ANestedFailureOfTheAccountIsReportedWithItsOwnEntryOnly) {
+    run("CREATE TRIGGER refuse_account BEFORE INSERT ON accounts BEGIN SELECT RAISE(ABORT, "
+        "'refused by trigger'); END");
+    Contact c;
+    open(c, panel::Opportunity, 20);
+    type("txt_con_name", QStringLiteral("张三"));
+    type("txt_con_account", QStringLiteral("新世纪软件"));
+    ASSERT_TRUE(c.AddContact());
+    c.Account().setErrMsg(QStringLiteral("earlier"));
+    EXPECT_FALSE(c.AddToList());
+    const QString entry = c.Account().lastError();
+    EXPECT_TRUE(entry.startsWith(QStringLiteral("Add出错，原因可能是")) &&
+                entry.contains(QStringLiteral("refused by trigger")))
+        << entry.toStdString();
+    EXPECT_EQ(c.Account().ErrMsg(), QStringLiteral("earlier ; ") + entry);
+    EXPECT_EQ(c.ErrMsg(), QStringLiteral("AddToList出错，原因可能是") + entry);
+}
+
 }  // namespace

@@ -186,4 +186,35 @@ TEST_F(Statistics, AnEmptyTableGivesArraysForZeroRowsAndAFailureNamesItsCount) {
     EXPECT_TRUE(o.ErrMsg().startsWith("CalcByProbability出错，原因可能是"));
 }
 
+// Option texts that the engine would not read as plain text or plain numbers:
+// "%" and "_" in a tag are no wildcards, and a probability only goes into its
+// statement when it is a whole number.
+TEST_F(Statistics, TagsMatchAsPlainSubstringsAndOnlyWholeProbabilitiesAreCounted) {
+    run("DELETE * FROM options WHERE opt_name='tag' OR opt_name='probability'");
+    run("INSERT INTO options (opt_object, opt_name, opt_description) VALUES ('con', 'tag', "
+        "'5%'), ('con', 'tag', 'a_b'), ('con', 'tag', '折扣'), ('opp', 'probability', 'inf'), "
+        "('opp', 'probability', 'nan'), ('opp', 'probability', '1e1'), ('opp', "
+        "'probability', '10')");
+    run("INSERT INTO contacts (con_id, con_tag) VALUES (1, '5%折扣'), (2, '50折扣'), (3, "
+        "'a_b'), (4, 'axb'), (5, NULL)");
+    run("INSERT INTO opportunities (opp_id, opp_succeed_probability) VALUES (1, 10), (2, 10)");
+    const struct {
+        Calc run;
+        const char* counts;  // "label=count" in option order
+    } rows[] = {
+        {calc(&Contact::CalcByTag), "5%=1 a_b=1 折扣=2"},
+        {calc(&Opportunity::CalcByProbability), "inf=0 nan=0 1e1=0 10=2"},
+    };
+    for (const auto& row : rows) {
+        const auto [desc, value] = row.run();
+        QStringList got;
+        for (qsizetype i = 0; i + 1 < desc.size(); ++i)
+            got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
+        QStringList expected = QString::fromUtf8(row.counts).split(QLatin1Char(' '));
+        got.sort();
+        expected.sort();
+        EXPECT_EQ(got, expected);
+    }
+}
+
 }  // namespace
