@@ -12,11 +12,11 @@
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
+#include "views/common/unsaved.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
-#include "views/unsaved.h"
 
 namespace tarvel {
 
@@ -78,7 +78,8 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
     : QMainWindow(parent),
       options_(std::move(options)),
       dialogs_(std::make_shared<MessageBoxDialogs>(this)),
-      opener_(std::make_shared<DesktopShellOpener>()) {
+      opener_(std::make_shared<DesktopShellOpener>()),
+      files_(std::make_shared<QtFileDialogs>(this)) {
     setObjectName(QStringLiteral("tarvel_main"));
 
     mdi_ = new QMdiArea(this);

@@ -13,7 +13,7 @@
 
 #include "custom/appsetting.h"
 #include "views/page.h"
-#include "views/seams.h"
+#include "views/common/dialogs.h"
 
 namespace tarvel {
 

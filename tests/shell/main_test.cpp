@@ -19,7 +19,7 @@
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
-#include "views/unsaved.h"
+#include "views/common/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

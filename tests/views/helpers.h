@@ -12,7 +12,8 @@
 
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
-#include "views/seams.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 
 namespace tarvel::testsupport {
 
@@ -80,10 +81,38 @@ public:
         // An unscripted question is answered No (Cancel), as closing the box would.
         return answers.isEmpty() ? false : answers.takeFirst();
     }
+    Answer askYesNoCancel(const QString&, const QString& text) override {
+        shown.append({QStringLiteral("askYesNoCancel"), text});
+        return threeWay.isEmpty() ? Answer::Cancel : threeWay.takeFirst();
+    }
     QString lastText() const { return shown.isEmpty() ? QString() : shown.last().text; }
 
     QList<Shown> shown;
     QList<bool> answers;
+    QList<Answer> threeWay;
+};
+
+// File dialogs that hand out the scripted names in turn; an empty name (or
+// none left) is a cancelled dialog. Records the captions it was opened with.
+class ScriptedFileDialogs : public FileDialogs {
+public:
+    QString getOpenFileName(const QString& caption, const QString& directory,
+                            const QString&) override {
+        return next(caption, directory);
+    }
+    QString getSaveFileName(const QString& caption, const QString& proposed,
+                            const QString&) override {
+        return next(caption, proposed);
+    }
+    QStringList names;
+    QStringList captions, offered;
+
+private:
+    QString next(const QString& caption, const QString& start) {
+        captions << caption;
+        offered << start;
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
 };
 
 class RecordingOpener : public ShellOpener {
