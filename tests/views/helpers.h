@@ -10,7 +10,9 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "store/connectionstring.h"
 #include "store/jetdate.h"
+#include "store/sqlitehandle.h"
 #include "store/tarveldatabase.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
@@ -61,6 +63,26 @@ inline QVariant firstValue(const QString& sql) {
     RecordsetPtr rs = db.GetReadRs(sql);
     return rs && !rs->Eof() ? rs->value(0) : QVariant();
 }
+
+// While it lives, the test's data file refuses every write as a read-only
+// file does. The tests run as root, whom file modes do not stop, so the
+// program's one shared handle on the file is switched to query-only instead.
+class ReadOnlyDataFile {
+public:
+    ReadOnlyDataFile() { set(true); }
+    ~ReadOnlyDataFile() { set(false); }
+    ReadOnlyDataFile(const ReadOnlyDataFile&) = delete;
+    ReadOnlyDataFile& operator=(const ReadOnlyDataFile&) = delete;
+
+private:
+    static void set(bool readOnly) {
+        const std::shared_ptr<Handle> handle = acquireHandle(globalConnectionString(), nullptr);
+        if (!handle || !handle->exec(readOnly ? QStringLiteral("PRAGMA query_only = 1")
+                                              : QStringLiteral("PRAGMA query_only = 0"),
+                                     nullptr))
+            qFatal("the data file cannot be made read-only");
+    }
+};
 
 // A naive date-time, as the program's clock and the data file hold them.
 inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
