@@ -16,10 +16,10 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "views/common/unsaved.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
-#include "views/common/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
@@ -125,6 +125,9 @@ void MainTest::toolbarFollowsTheLayoutTable() {
     QCOMPARE(w.toolbarAction(QStringLiteral("contact"))->text(), QStringLiteral("人脉"));
     click(w, "contact");  // the caption names the module's page too
     QCOMPARE(labelText(w.currentPage(), "lbl_caption"), QStringLiteral("人脉"));
+    // Data exchange lists no records: it shows no condition.
+    click(w, "inout");
+    QVERIFY(w.currentPage()->findChild<QLabel*>(QStringLiteral("lbl_condition"))->isHidden());
 }
 
 void MainTest::backAndForwardAcrossThreeModules() {
@@ -142,10 +145,10 @@ void MainTest::backAndForwardAcrossThreeModules() {
     expectPage("form_acc_all", 2);
     click(w, "back");
     expectPage("form_con_all", 1);
-    QCOMPARE(labelText(w.currentPage(), "lbl_condition"),
-             QStringLiteral("条件：WHERE con_name LIKE '%王%'"));
+    QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("显示：搜索：王"));
     for (int i = 0; i < 3; ++i) click(w, "forward");
     expectPage("form_opp_all", 3);
+    QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("显示：全部记录"));
     for (int i = 0; i < 4; ++i) click(w, "back");
     expectPage("form_pp", 0);
 }
