@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 
@@ -13,6 +14,7 @@
 #include "shell/updatecheck.h"
 #include "store/clock.h"
 #include "views/common/unsaved.h"
+#include "views/common/windowplacement.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
@@ -442,6 +444,13 @@ void TarvelMain::openReminder(const TodayTask& entry) {
     });
     window->load();
     reminders_.removeAll(nullptr);
+    // On the main window's screen while it shows, else on the primary one;
+    // never where the main window itself may stick out of the screen.
+    QScreen* screen =
+        isVisible() && this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    if (screen)
+        window->setGeometry(
+            popupGeometry(window->size(), screen->availableGeometry(), int(reminders_.size())));
     reminders_ << window;
     window->show();
     window->raise();

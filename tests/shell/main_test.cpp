@@ -2,6 +2,7 @@
 // page switching and history, the unsaved-changes question, the day change
 // with the home page and reminders, the tray and the update request.
 #include <QListWidget>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTcpServer>
@@ -219,10 +220,22 @@ void MainTest::dayChangeRefreshesTheHomePageOnce() {
     QCOMPARE(subjects(), (QStringList{"晨会", "拜访"}));
     QVERIFY(w.reminderWindows().isEmpty());  // yesterday's closed at midnight
 
+    // The main window half off the screen: the reminder still shows whole.
+    w.move(-w.width() / 2, -w.height() / 2);
     tick(at(2024, 5, 2, 9, 0));  // Timer1 fires the reminder whose time has come
     QCOMPARE(w.reminderWindows().size(), 1);
     QCOMPARE(w.reminderWindows().first()->taskId(), 1);
     QCOMPARE(refreshed.count(), 1);
+    // It sits in the screen's bottom-right corner, wholly on the screen.
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect reminder = w.reminderWindows().first()->frameGeometry();
+    QVERIFY2(screen.contains(reminder) && screen.right() - reminder.right() <= 16 &&
+                 screen.bottom() - reminder.bottom() <= 16,
+             qPrintable(QStringLiteral("%1,%2 %3x%4")
+                            .arg(reminder.x())
+                            .arg(reminder.y())
+                            .arg(reminder.width())
+                            .arg(reminder.height())));
 }
 
 void MainTest::updateRequestIsSentAsIsAndTheReplyJudged() {
