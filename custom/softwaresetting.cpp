@@ -12,6 +12,11 @@ QString quote(const QString& text) {
 QString blankIfNull(const QVariant& v) {
     return v.isNull() ? QStringLiteral(" ") : v.toString();
 }
+
+// A column read back for rewriting: a null one reads as " " and stays empty.
+QString kept(const QString& value) {
+    return value == QLatin1String(" ") ? QString() : value;
+}
 }  // namespace
 
 bool SoftwareSetting::GetValue(const QString& type, const QString& key) {
@@ -55,6 +60,14 @@ bool SoftwareSetting::WriteValue(const QString& type, const QString& key, const 
         return false;
     }
     return true;
+}
+
+bool SoftwareSetting::ChangeValue(const QString& type, const QString& key,
+                                  const std::optional<QString>& value,
+                                  const std::optional<QString>& visible) {
+    GetValue(type, key);
+    return WriteValue(type, key, kept(name_), visible.value_or(kept(visible_)),
+                      value.value_or(kept(value_)), kept(description_));
 }
 
 }  // namespace tarvel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 namespace tarvel {
 
@@ -13,6 +14,10 @@ public:
     // a section and key without a row is not stored.
     bool WriteValue(const QString& type, const QString& key, const QString& name,
                     const QString& visible, const QString& value, const QString& description);
+    // Rewrites the value or the mark (or both) of an existing row, keeping
+    // every column not given as stored.
+    bool ChangeValue(const QString& type, const QString& key, const std::optional<QString>& value,
+                     const std::optional<QString>& visible = std::nullopt);
 
     QString Set_Type() const { return type_; }
     void setSet_Type(const QString& v) { type_ = v; }

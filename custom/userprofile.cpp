@@ -14,12 +14,7 @@ QString read(const QString& key) {
 }
 
 bool write(const QString& key, const QString& value) {
-    // Every write overwrites all four columns: carry the others over as stored.
-    SoftwareSetting s;
-    s.GetValue(kSection, key);
-    const auto kept = [](const QString& v) { return v == QLatin1String(" ") ? QString() : v; };
-    return s.WriteValue(kSection, key, kept(s.Set_Name()), kept(s.Set_Visible()), value,
-                        kept(s.Set_Description()));
+    return SoftwareSetting().ChangeValue(kSection, key, value);
 }
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "schedule/readrows.h"
 #include "schedule/recurrence.h"
 #include "schedule/statistics.h"
 #include "store/clock.h"
@@ -9,25 +10,6 @@
 #include "store/tarveldatabase.h"
 
 namespace tarvel {
-
-namespace {
-
-void appendError(QString& log, const QString& text) {
-    log = log.isEmpty() ? text : log + QStringLiteral(" ; ") + text;
-}
-
-// Reads `sql`; null (with the reason in `log`) when it cannot be read.
-RecordsetPtr readRows(const QString& sql, QString& log, const char* operation) {
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    if (rs && rs->State() == adStateOpen) return rs;
-    const QString reason =
-        rs && !rs->ErrorDescription().isEmpty() ? rs->ErrorDescription() : db.ErrMsg();
-    appendError(log, QLatin1String(operation) + QStringLiteral("出错，原因可能是") + reason);
-    return nullptr;
-}
-
-}  // namespace
 
 bool reminderDue(const QVariant& remind, const QVariant& again, const QVariant& lastRemindDate,
                  const QDate& today) {

@@ -6,6 +6,7 @@
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
+#include "store/transaction.h"
 
 namespace tarvel {
 
@@ -45,11 +46,12 @@ QString hashed(const QDate& day) {
 }
 
 // "12abc" counts 12 days, as the number in front of any other text; at most
-// five digits, so the date stays one the data file can hold.
+// the digits the field takes, so the date stays a sensible one.
 int leadingNumber(const QString& text) {
     const QString t = text.trimmed();
     qsizetype end = 0;
-    while (end < t.size() && end < 5 && t[end] >= QLatin1Char('0') && t[end] <= QLatin1Char('9'))
+    while (end < t.size() && end < ScheduleStatistics::kMaxOverDaysDigits &&
+           t[end] >= QLatin1Char('0') && t[end] <= QLatin1Char('9'))
         ++end;
     return t.left(end).toInt();
 }
@@ -152,33 +154,38 @@ bool ScheduleStatistics::periodAccepted() {
 // failure leaves the earlier marks as they were.
 bool ScheduleStatistics::mark(const char* clear, const char* set,
                               QString (*condition)(const QDate&)) {
+    auto fail = [&](const QString& reason) {
+        errMsg_ = (errMsg_.isEmpty() ? QString() : errMsg_ + QStringLiteral(" ; ")) +
+                  QStringLiteral("lbl_Selection出错，原因可能是") + reason;
+        messages_.info(Messages::title(), QStringLiteral("统计没有完成，原因可能是：") + reason);
+        return false;
+    };
     auto run = [&](const QString& sql) {
         tarveldatabase db;
         db.Execute(sql);
-        if (db.ErrMsg().isEmpty()) return true;
-        errMsg_ = (errMsg_.isEmpty() ? QString() : errMsg_ + QStringLiteral(" ; ")) +
-                  QStringLiteral("lbl_Selection出错，原因可能是") + db.ErrMsg();
-        return false;
+        return db.ErrMsg().isEmpty() || fail(db.ErrMsg());
     };
-    // A transaction already open (none is, in the program) is simply joined.
-    tarveldatabase begin;
-    begin.Execute(QStringLiteral("BEGIN"));
-    const bool own = begin.ErrMsg().isEmpty();
+    Transaction transaction;
+    if (!transaction.isActive()) return fail(transaction.error());
     bool ok = run(QLatin1String(clear));
     for (QDate d = day1_; ok && d <= day2_; d = d.addDays(1))
         ok = run(QLatin1String(set) + condition(d));
-    if (own && !(ok && run(QStringLiteral("COMMIT")))) {
-        tarveldatabase undo;
-        undo.Execute(QStringLiteral("ROLLBACK"));
-        ok = false;
-    }
-    return ok;
+    return ok && (transaction.commit() || fail(transaction.error()));
+}
+
+bool ScheduleStatistics::overDaysAccepted() {
+    const QString days = overDays_.trimmed();
+    if (!days.isEmpty() && days.size() <= kMaxOverDaysDigits) return true;
+    messages_.info(
+        Messages::title(),
+        QStringLiteral("请输入没有联系的天数（最多%1位数字）！").arg(kMaxOverDaysDigits));
+    return false;
 }
 
 bool ScheduleStatistics::select(int index, Choice* choice) {
     const Selection* s = selectionAt(index);
     if (!s) return false;
-    if (s->filter != Filter::NotContacted && !periodAccepted()) return false;
+    if (s->filter == Filter::NotContacted ? !overDaysAccepted() : !periodAccepted()) return false;
     if (s->filter == Filter::WithTasks &&
         !mark("UPDATE tasks SET tas_check=0", "UPDATE tasks SET tas_check=true",
               &statisticsTaskDateCondition))

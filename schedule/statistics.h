@@ -30,6 +30,8 @@ public:
     static constexpr qint16 kAccountList = 12;
     static constexpr qint16 kOpportunityList = 3;
     static constexpr qint16 kDocumentList = 40;
+    // txt_overdays takes up to four digits: 9999 days, some 27 years back.
+    static constexpr int kMaxOverDaysDigits = 4;
 
     // Starts with the values of load().
     explicit ScheduleStatistics(Messages& messages);
@@ -60,11 +62,13 @@ public:
         qint16 page = 0;
         QString filter;
     };
-    // A click on lbl_Selection(index). Selections 3 to 12 check the period
-    // first: a second date before the first is refused with a message; a
-    // period of more than 30 days draws a warning and goes on. Then the
-    // marking, then the filter. False when the period was refused, the index
-    // is out of range or a statement failed (ErrMsg).
+    // A click on lbl_Selection(index). Selections 0 to 2 refuse an empty or
+    // over-long number of days with a message. Selections 3 to 12 check the
+    // period first: a second date before the first is refused with a message;
+    // a period of more than 30 days draws a warning and goes on. Then the
+    // marking, then the filter. False when a value was refused, the index is
+    // out of range or a statement failed (then the user is told why, and
+    // ErrMsg keeps it).
     bool select(int index, Choice* choice);
 
     QString ErrMsg() const { return errMsg_; }
@@ -72,6 +76,7 @@ public:
 
 private:
     bool periodAccepted();
+    bool overDaysAccepted();
     bool mark(const char* clear, const char* set, QString (*condition)(const QDate&));
 
     Messages& messages_;

@@ -7,6 +7,8 @@
 
 #include "shell/globals.h"
 #include "store/encode.h"
+#include "store/transaction.h"
+#include "views/common/savefailure.h"
 #include "views/page.h"
 
 namespace tarvel {
@@ -16,11 +18,6 @@ QLabel* heading(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     setHeadingFont(label, 1.3);
     return label;
-}
-
-// A column read back for rewriting: the settings class reads null as " ".
-QString kept(const QString& value) {
-    return value == QLatin1String(" ") ? QString() : value;
 }
 }  // namespace
 
@@ -156,17 +153,22 @@ void FormInit::cmdForwardClick() {
         return refuse(QStringLiteral("密码长度要求超过6个英文字符！"));
     if (first != second) return refuse(QStringLiteral("两次输入的密码不一致!"));
 
-    // Each write overwrites all four columns, so keep the row's other columns.
+    // Both settings or neither: a refused write leaves the first run to do again.
+    Transaction transaction;
     SoftwareSetting& setting = softwareSetting();
-    setting.GetValue(QStringLiteral("login"), QStringLiteral("password"));
-    setting.WriteValue(QStringLiteral("login"), QStringLiteral("password"),
-                       kept(setting.Set_Name()), kept(setting.Set_Visible()), encode().MD5(first),
-                       kept(setting.Set_Description()));
+    const QString login = QStringLiteral("login");
+    const bool stored =
+        transaction.isActive() &&
+        setting.ChangeValue(login, QStringLiteral("password"), encode().MD5(first)) &&
+        setting.ChangeValue(login, QStringLiteral("agreement"), std::nullopt,
+                            QStringLiteral("1")) &&
+        transaction.commit();
+    if (!stored) {
+        transaction.rollback();
+        dialogs_->info(messageTitle(), saveFailedText(QStringLiteral("密码")));
+        return;
+    }
     appGlobals().passed = true;
-    setting.GetValue(QStringLiteral("login"), QStringLiteral("agreement"));
-    setting.WriteValue(QStringLiteral("login"), QStringLiteral("agreement"),
-                       kept(setting.Set_Name()), QStringLiteral("1"), kept(setting.Set_Value()),
-                       kept(setting.Set_Description()));
     accept();
 }
 

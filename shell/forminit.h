@@ -9,7 +9,7 @@
 #include <QStackedLayout>
 #include <memory>
 
-#include "views/seams.h"
+#include "views/common/dialogs.h"
 
 namespace tarvel {
 

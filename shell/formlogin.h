@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <memory>
 
-#include "views/seams.h"
+#include "views/common/dialogs.h"
 
 namespace tarvel {
 

@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 
@@ -12,11 +13,12 @@
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
+#include "views/common/unsaved.h"
+#include "views/common/windowplacement.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
-#include "views/unsaved.h"
 
 namespace tarvel {
 
@@ -78,7 +80,8 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
     : QMainWindow(parent),
       options_(std::move(options)),
       dialogs_(std::make_shared<MessageBoxDialogs>(this)),
-      opener_(std::make_shared<DesktopShellOpener>()) {
+      opener_(std::make_shared<DesktopShellOpener>()),
+      files_(std::make_shared<QtFileDialogs>(this)) {
     setObjectName(QStringLiteral("tarvel_main"));
 
     mdi_ = new QMdiArea(this);
@@ -441,6 +444,13 @@ void TarvelMain::openReminder(const TodayTask& entry) {
     });
     window->load();
     reminders_.removeAll(nullptr);
+    // On the main window's screen while it shows, else on the primary one;
+    // never where the main window itself may stick out of the screen.
+    QScreen* screen =
+        isVisible() && this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    if (screen)
+        window->setGeometry(
+            popupGeometry(window->size(), screen->availableGeometry(), int(reminders_.size())));
     reminders_ << window;
     window->show();
     window->raise();

@@ -17,7 +17,8 @@
 #include "schedule/reminders.h"
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
-#include "views/seams.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 
 namespace tarvel {
 
@@ -49,6 +50,9 @@ public:
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
     Dialogs& dialogs() const { return *dialogs_; }
     ShellOpener& shellOpener() const { return *opener_; }
+    // The file dialogs of the pages that read or write files (exports, backups).
+    void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
+    FileDialogs& fileDialogs() const { return *files_; }
 
     // Screens of later modules register here; codes without one get a placeholder page.
     void setPageFactory(PageFactory factory) { factory_ = std::move(factory); }
@@ -132,6 +136,7 @@ private:
     MainWindowOptions options_;
     std::shared_ptr<Dialogs> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
+    std::shared_ptr<FileDialogs> files_;
     PageFactory factory_;
     PageHistory history_;
     QMdiArea* mdi_;

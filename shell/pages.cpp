@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "store/clock.h"
+#include "views/common/conditiontext.h"
 
 namespace tarvel {
 
@@ -89,8 +90,11 @@ void ModulePage::setCaption(const QString& caption) {
 
 void ModulePage::fill(const PageRequest& request) {
     request_ = request;
-    condition_->setText(request.condition.isEmpty() ? QStringLiteral("条件：（无，显示全部记录）")
-                                                    : QStringLiteral("条件：") + request.condition);
+    // Only the record modules' pages list records by a condition.
+    const bool listsRecords = request.page != page::Email && request.page != page::DataExchange &&
+                              request.page != page::Settings && request.page != page::Home;
+    condition_->setVisible(listsRecords);
+    condition_->setText(QStringLiteral("显示：") + describeCondition(request.condition));
     refresh();
 }
 

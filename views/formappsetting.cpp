@@ -13,6 +13,8 @@
 #include "custom/appsettings.h"
 #include "custom/fsettings.h"
 #include "custom/userprofile.h"
+#include "store/transaction.h"
+#include "views/common/savefailure.h"
 
 namespace tarvel {
 
@@ -557,9 +559,6 @@ bool FormAppSetting::saveFields() {
         f.setVisible(item->checkState(0) == Qt::Checked);
         ok = f.SaveObj() && ok;
     }
-    // The lists read the program-wide columns: they must see the new ones.
-    if (FSettings* shared = programFieldSettings(fieldKind_))
-        shared->GetMySetting(qint16(fieldKind_));
     return ok;
 }
 
@@ -574,21 +573,22 @@ bool FormAppSetting::savePersonal() {
 
 void FormAppSetting::cmdSaveClick() {
     const int tab = tabs_->currentIndex();
-    bool ok = true;
-    if (tab == CaptionsTab)
-        ok = saveCaptions();
-    else if (tab == ToolbarTab)
-        ok = saveToolbar();
-    else if (tab >= RelatedFirst && tab < FieldsTab)
-        ok = saveRelated();
-    else if (tab == FieldsTab)
-        ok = saveFields();
-    else if (tab == PersonalTab)
-        ok = savePersonal();
-    if (!ok) {
-        dialogs_->info(messageTitle(), QStringLiteral("保存设置没有完成！"));
+    if (tab == CaptionsTab && !captionsComplete()) return;
+    // A page is saved whole or not at all; what was typed stays for another try.
+    Transaction transaction;
+    if (!(transaction.isActive() && savePage(tab) && transaction.commit())) {
+        transaction.rollback();
+        dialogs_->info(messageTitle(), saveFailedText(QStringLiteral("设置")));
         return;
     }
+    if (tab == CaptionsTab) renameToolbarItems();
+    if (tab == FieldsTab) {
+        // The lists read the program-wide columns: they must see the new ones.
+        if (FSettings* shared = programFieldSettings(fieldKind_))
+            shared->GetMySetting(qint16(fieldKind_));
+    }
+    // The user's profile changes nothing on screen: nothing to apply.
+    if (tab == PersonalTab) return;
     if (!dialogs_->ask(QStringLiteral("Tarvel 提示"), QStringLiteral(" 现在执行界面修改的结果吗?"),
                        Dialogs::Icon::Question, Dialogs::Buttons::OkCancel))
         return;
@@ -596,6 +596,37 @@ void FormAppSetting::cmdSaveClick() {
         host_.rebuildScreens();
     else
         rebuildLayout();
+}
+
+// The toolbar list shows the new module names at once, keeping any order
+// or ticks not yet saved there.
+void FormAppSetting::renameToolbarItems() {
+    QSignalBlocker block(lvMenu_);
+    for (int i = 0; i < lvMenu_->count(); ++i) {
+        QListWidgetItem* item = lvMenu_->item(i);
+        if (QLineEdit* edit = captionEdits_.value(item->data(Qt::UserRole).toString()))
+            item->setText(edit->text().trimmed());
+    }
+}
+
+bool FormAppSetting::savePage(int tab) {
+    if (tab == CaptionsTab) return saveCaptions();
+    if (tab == ToolbarTab) return saveToolbar();
+    if (tab >= RelatedFirst && tab < FieldsTab) return saveRelated();
+    if (tab == FieldsTab) return saveFields();
+    return tab != PersonalTab || savePersonal();
+}
+
+bool FormAppSetting::captionsComplete() {
+    for (const char* key : kModules) {
+        QLineEdit* edit = captionEdits_[QLatin1String(key)];
+        if (!edit->text().trimmed().isEmpty()) continue;
+        dialogs_->info(messageTitle(), QStringLiteral("模块的名称不能为空，请输入%1模块的名称！")
+                                           .arg(defaultToolbarCaption(QLatin1String(key))));
+        edit->setFocus();
+        return false;
+    }
+    return true;
 }
 
 }  // namespace tarvel

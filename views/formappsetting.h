@@ -12,8 +12,8 @@
 #include <memory>
 
 #include "custom/appsetting.h"
+#include "views/common/dialogs.h"
 #include "views/page.h"
-#include "views/seams.h"
 
 namespace tarvel {
 
@@ -87,6 +87,10 @@ private:
     bool saveRelated();
     bool saveFields();
     bool savePersonal();
+    bool savePage(int tab);
+    void renameToolbarItems();
+    // Every module needs a name: an empty one is refused with a message.
+    bool captionsComplete();
 
     void updateFieldButtons();
     QLineEdit* relatedText(const QString& owner, int index) const;

@@ -7,11 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "records/currency.h"
-#include "records/recordbase.h"
 #include "store/clock.h"
-#include "store/jetdate.h"
-#include "store/tarveldatabase.h"
 
 namespace tarvel {
 
@@ -77,21 +73,16 @@ void finishList(QTreeWidget* list, QGroupBox* box, const QString& title, const Q
     box->setTitle(QStringLiteral("%1（%2）").arg(title).arg(count));
 }
 
-QString hashed(const QDate& day) {
-    return QLatin1Char('#') + jetdate::literalText(day) + QLatin1Char('#');
-}
-
-// A list of the rows `sql` reads, one `addRow` call each; a query that
-// fails shows as an empty list.
-void showRows(QTreeWidget* list, QGroupBox* box, const QString& title, const QString& empty,
-              const QString& sql, const std::function<void(const Recordset&)>& addRow) {
+// A list that could not be read says so in its only row, and its title
+// counts nothing.
+void showFailure(QTreeWidget* list, QGroupBox* box, const QString& title, const QString& why) {
     list->clear();
-    int count = 0;
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    if (rs && rs->State() == adStateOpen)
-        for (; !rs->Eof(); rs->MoveNext(), ++count) addRow(*rs);
-    finishList(list, box, title, empty, count);
+    auto* item = new QTreeWidgetItem(list, QStringList{QStringLiteral("无法读取：") + why});
+    item->setFlags(Qt::NoItemFlags);
+    item->setFirstColumnSpanned(true);
+    item->setForeground(0, QColor(0xb0, 0x20, 0x20));
+    item->setToolTip(0, why);
+    box->setTitle(title + QStringLiteral("（读取失败）"));
 }
 
 QString dayText(const QDateTime& value) {
@@ -100,15 +91,19 @@ QString dayText(const QDateTime& value) {
                            : QString();
 }
 
-QString timeText(const QVariant& value) {
-    const QDateTime t = recordvalue::dateTime(value);
-    return t.isValid() ? t.time().toString(QStringLiteral("hh:mm")) : QString();
+QString timeText(const QTime& value) {
+    return value.isValid() ? value.toString(QStringLiteral("hh:mm")) : QString();
 }
 
-QString moneyText(const QVariant& value) {
-    return QLocale(QLocale::Chinese, QLocale::China)
-        .toString(Currency::fromVariant(value).toDouble(), 'f', 2);
+QString moneyText(const Currency& value) {
+    return QLocale(QLocale::Chinese, QLocale::China).toString(value.toDouble(), 'f', 2);
 }
+
+const QString kTodayTitle = QStringLiteral("今日日程");
+const QString kBirthdayTitle = QStringLiteral("今日生日");
+const QString kEndingTitle = QStringLiteral("一周内结束的项目机会");
+const QString kOverdueTitle =
+    QStringLiteral("最近%1天过期未完成的日程").arg(HomeLists::kOverdueDays);
 
 // The reminder column of one of today's tasks.
 QString reminderText(const TodayTask& t) {
@@ -191,12 +186,24 @@ void FormHome::fill(const PageRequest&) {
 }
 
 void FormHome::refresh() {
-    today_.load();
-    lblDate_->setText(QStringLiteral("今天是") + longDate(Clock::today()));
-    showToday();
-    showOpportunities();
-    showOverdue();
-    emit refreshed(Clock::today());
+    const QDate day = Clock::today();
+    lists_.setErrMsg(QString());
+    lblDate_->setText(QStringLiteral("今天是") + longDate(day));
+    if (today_.load(day)) {
+        showToday();
+    } else {
+        showFailure(lvTasks_, fraTasks_, kTodayTitle, today_.ErrMsg());
+        showFailure(lvBirthdays_, fraBirthdays_, kBirthdayTitle, today_.ErrMsg());
+    }
+    if (lists_.loadEndingOpportunities(day))
+        showOpportunities();
+    else
+        showFailure(lvOpportunities_, fraOpportunities_, kEndingTitle, lists_.ErrMsg());
+    if (lists_.loadOverdueTasks(day))
+        showOverdue();
+    else
+        showFailure(lvOverdue_, fraOverdue_, kOverdueTitle, lists_.ErrMsg());
+    emit refreshed(day);
 }
 
 void FormHome::showToday() {
@@ -209,7 +216,7 @@ void FormHome::showToday() {
                    page::Task, t.id);
         if (t.done) item->setForeground(1, palette().brush(QPalette::Disabled, QPalette::Text));
     }
-    finishList(lvTasks_, fraTasks_, QStringLiteral("今日日程"), QStringLiteral("今天没有日程安排"),
+    finishList(lvTasks_, fraTasks_, kTodayTitle, QStringLiteral("今天没有日程安排"),
                int(today_.tasks().size()));
 
     lvBirthdays_->clear();
@@ -221,50 +228,29 @@ void FormHome::showToday() {
                 age > 0 ? QStringLiteral("%1岁").arg(age) : QString()},
                page::ContactDetail, b.contactId);
     }
-    finishList(lvBirthdays_, fraBirthdays_, QStringLiteral("今日生日"),
-               QStringLiteral("今天没有人过生日"), int(today_.birthdays().size()));
+    finishList(lvBirthdays_, fraBirthdays_, kBirthdayTitle, QStringLiteral("今天没有人过生日"),
+               int(today_.birthdays().size()));
 }
 
 void FormHome::showOpportunities() {
-    const QDate day = Clock::today();
-    // A deadline with a time of day still counts on its last day.
-    showRows(lvOpportunities_, fraOpportunities_, QStringLiteral("一周内结束的项目机会"),
-             QStringLiteral("一周内没有要结束的项目机会"),
-             QStringLiteral("SELECT opp_id, opp_subject, opp_die_date, opp_phase, "
-                            "opp_estimate_sale FROM opportunities WHERE opp_die_date >= ") +
-                 hashed(day) + QStringLiteral(" AND opp_die_date < ") +
-                 hashed(day.addDays(kEndingDays + 1)) +
-                 QStringLiteral(" ORDER BY opp_die_date, opp_subject"),
-             [this](const Recordset& rs) {
-                 QTreeWidgetItem* item = addRow(
-                     lvOpportunities_,
-                     {dayText(recordvalue::dateTime(rs.value(QStringLiteral("opp_die_date")))),
-                      recordvalue::text(rs.value(QStringLiteral("opp_subject"))),
-                      recordvalue::text(rs.value(QStringLiteral("opp_phase"))),
-                      moneyText(rs.value(QStringLiteral("opp_estimate_sale")))},
-                     page::OpportunityDetail,
-                     recordvalue::int32(rs.value(QStringLiteral("opp_id"))));
-                 item->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
-             });
+    lvOpportunities_->clear();
+    for (const EndingOpportunity& o : lists_.endingOpportunities()) {
+        QTreeWidgetItem* item = addRow(
+            lvOpportunities_, {dayText(o.dieDate), o.subject, o.phase, moneyText(o.estimateSale)},
+            page::OpportunityDetail, o.id);
+        item->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    finishList(lvOpportunities_, fraOpportunities_, kEndingTitle,
+               QStringLiteral("一周内没有要结束的项目机会"),
+               int(lists_.endingOpportunities().size()));
 }
 
 void FormHome::showOverdue() {
-    const QDate day = Clock::today();
-    // One-off tasks only: a recurring task's completion covers all its days.
-    showRows(lvOverdue_, fraOverdue_, QStringLiteral("最近%1天过期未完成的日程").arg(kOverdueDays),
-             QStringLiteral("最近没有过期未完成的日程"),
-             QStringLiteral("SELECT tas_id, tas_date, tas_time, tas_subject FROM tasks WHERE "
-                            "tas_cycle = 0 AND (tas_closed IS NULL OR tas_closed = 0) AND "
-                            "tas_date >= ") +
-                 hashed(day.addDays(-kOverdueDays)) + QStringLiteral(" AND tas_date < ") +
-                 hashed(day) + QStringLiteral(" ORDER BY tas_date DESC, tas_time"),
-             [this](const Recordset& rs) {
-                 addRow(lvOverdue_,
-                        {dayText(recordvalue::dateTime(rs.value(QStringLiteral("tas_date")))),
-                         timeText(rs.value(QStringLiteral("tas_time"))),
-                         recordvalue::text(rs.value(QStringLiteral("tas_subject")))},
-                        page::Task, recordvalue::int32(rs.value(QStringLiteral("tas_id"))));
-             });
+    lvOverdue_->clear();
+    for (const OverdueTask& t : lists_.overdueTasks())
+        addRow(lvOverdue_, {dayText(t.date), timeText(t.time), t.subject}, page::Task, t.id);
+    finishList(lvOverdue_, fraOverdue_, kOverdueTitle, QStringLiteral("最近没有过期未完成的日程"),
+               int(lists_.overdueTasks().size()));
 }
 
 void FormHome::openItem(QTreeWidgetItem* item) {

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QTreeWidget>
 
+#include "schedule/homelists.h"
 #include "schedule/reminders.h"
 #include "views/page.h"
 
@@ -12,14 +13,11 @@ namespace tarvel {
 // The home page form_pp: today's tasks with their reminder state and today's
 // birthdays (the today list the main window's timer fires reminders from),
 // the opportunities that end within a week and the open one-off tasks of
-// the last 30 days that are overdue. A double click opens the record.
+// the last 30 days that are overdue. A double click opens the record. A list
+// that could not be read says so in its frame rather than showing empty.
 class FormHome : public PageWidget {
     Q_OBJECT
 public:
-    // Days ahead for the ending opportunities, days back for overdue tasks.
-    static constexpr int kEndingDays = 7;
-    static constexpr int kOverdueDays = 30;
-
     // `today` is borrowed: the main window keeps it for its timer.
     explicit FormHome(TodayList& today, QWidget* parent = nullptr);
 
@@ -47,6 +45,7 @@ private:
     void openItem(QTreeWidgetItem* item);
 
     TodayList& today_;
+    HomeLists lists_;
     PageSwitch pageSwitch_;
     QLabel* lblDate_;
     QGroupBox* fraTasks_;

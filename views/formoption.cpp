@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "store/tarveldatabase.h"
+#include "views/common/savefailure.h"
 #include "views/optionwidgets.h"
 #include "views/page.h"
 
@@ -21,7 +22,8 @@ QPushButton* button(QWidget* parent, const char* name, const QString& text) {
 }
 }  // namespace
 
-FormOption::FormOption(QWidget* parent) : QDialog(parent) {
+FormOption::FormOption(QWidget* parent)
+    : QDialog(parent), dialogs_(std::make_shared<MessageBoxDialogs>(this)) {
     setObjectName(QStringLiteral("form_option"));
     setWindowTitle(QStringLiteral("选项设置"));
 
@@ -145,14 +147,18 @@ void FormOption::cmdSaveClick() {
     const RecordsetPtr& rs = adodc1_.Recordset;
     if (!rs || rs->State() != adStateOpen) return;
     if (editState_ == Adding) {
-        if (!rs->AddNew()) return;
+        if (!rs->AddNew()) return refuseWrite();
     } else if (rs->Eof() || rs->Bof()) {
         return;
     }
     rs->Fields(QStringLiteral("opt_description")) = text;
     rs->Fields(QStringLiteral("opt_object")) = object_;
     rs->Fields(QStringLiteral("opt_name")) = name_;
-    if (!rs->Update()) rs->CancelUpdate();
+    if (!rs->Update()) {
+        // The typed text stays in the box, and a new entry stays new, for another try.
+        rs->CancelUpdate();
+        return refuseWrite();
+    }
     editState_ = Showing;
     syncGrid();
 }
@@ -164,12 +170,17 @@ void FormOption::cmdDeleteClick() {
     }
     const RecordsetPtr& rs = adodc1_.Recordset;
     if (!rs || rs->Eof() || rs->Bof()) return;
-    if (!rs->Delete()) return;
+    if (!rs->Delete()) return refuseWrite();
     // The data control moves on to the next entry, or back to the last one.
     rs->MoveNext();
     if (rs->Eof() && rs->RecordCount() > 0) rs->MoveLast();
     syncGrid();
     showCurrent(true);
+}
+
+void FormOption::refuseWrite() {
+    dialogs_->info(messageTitle(), saveFailedText(QStringLiteral("选项")));
+    syncGrid();
 }
 
 void FormOption::cmdExitClick() {

@@ -6,8 +6,10 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTableView>
+#include <memory>
 
 #include "store/datacontrol.h"
+#include "views/common/dialogs.h"
 #include "views/recordsetmodel.h"
 
 namespace tarvel {
@@ -24,6 +26,7 @@ public:
     enum EditState { Adding = -1, Showing = 0 };
 
     explicit FormOption(QWidget* parent = nullptr);
+    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
 
     // "combobox" or "listbox": which routine refreshes the caller's control.
     void setControlKind(const QString& kind) { kind_ = kind; }
@@ -59,7 +62,10 @@ private:
     // Reloads the grid and puts its cursor on the recordset's current row.
     void syncGrid();
     void refreshCaller();
+    // The data file refused the change: say so, show what is stored.
+    void refuseWrite();
 
+    std::shared_ptr<Dialogs> dialogs_;
     QString kind_, object_, name_, recordWord_, fieldWord_;
     QPointer<QWidget> control_;
     int editState_ = Showing;

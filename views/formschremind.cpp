@@ -8,7 +8,7 @@
 
 #include "store/clock.h"
 #include "views/keyfilter.h"
-#include "views/widgetform.h"
+#include "views/common/widgetform.h"
 
 namespace tarvel {
 

@@ -8,9 +8,8 @@
 #include <memory>
 
 #include "schedule/reminders.h"
-#include "views/dialogmessages.h"
+#include "views/common/windowmessages.h"
 #include "views/page.h"
-#include "views/seams.h"
 
 namespace tarvel {
 
@@ -48,7 +47,7 @@ protected:
 private:
     int taskId_;
     std::shared_ptr<Dialogs> dialogs_;
-    DialogMessages messages_{dialogs_};
+    WindowMessages messages_{dialogs_};
     Reminder reminder_;
     PageSwitch pageSwitch_;
     QLabel* lblHeading_;

@@ -69,6 +69,7 @@ FormSchStat::FormSchStat(QWidget* parent)
     txtOverdays_ = new QLineEdit(this);
     txtOverdays_->setObjectName(QStringLiteral("txt_overdays"));
     txtOverdays_->setAlignment(Qt::AlignRight);
+    txtOverdays_->setMaxLength(ScheduleStatistics::kMaxOverDaysDigits);
     txtOverdays_->setFixedWidth(
         txtOverdays_->fontMetrics().horizontalAdvance(QStringLiteral("000000")) + 16);
     acceptOnlyCharacters(txtOverdays_, &ScheduleStatistics::acceptsOverDaysKey);
@@ -141,13 +142,10 @@ void FormSchStat::lblSelectionClick(int index) {
     statistics_.setOverDays(txtOverdays_->text());
     statistics_.setDay1(dtDay1_->date());
     statistics_.setDay2(dtDay2_->date());
-    statistics_.setErrMsg(QString());
     ScheduleStatistics::Choice choice;
+    // A refusal or a failure has told the user why.
     if (!statistics_.select(index, &choice)) {
-        // A refused period has said so; a failed statement has not.
-        if (!statistics_.ErrMsg().isEmpty())
-            dialogs_->info(messageTitle(),
-                           QStringLiteral("统计没有完成，原因可能是：") + statistics_.ErrMsg());
+        if (index <= 2) txtOverdays_->setFocus();
         return;
     }
     if (pageSwitch_) pageSwitch_(choice.page, choice.filter, 0);

@@ -7,9 +7,8 @@
 #include <memory>
 
 #include "schedule/statistics.h"
-#include "views/dialogmessages.h"
+#include "views/common/windowmessages.h"
 #include "views/page.h"
-#include "views/seams.h"
 
 namespace tarvel {
 
@@ -39,7 +38,7 @@ public slots:
 
 private:
     std::shared_ptr<Dialogs> dialogs_;
-    DialogMessages messages_{dialogs_};
+    WindowMessages messages_{dialogs_};
     ScheduleStatistics statistics_{messages_};
     PageSwitch pageSwitch_;
     QLineEdit* txtOverdays_;

@@ -19,10 +19,15 @@ using records_test::withId;
 
 namespace {
 
-// The message boxes a model asked for, as "icon title: text" (info or warn).
+// The message boxes a model asked for, as "icon title: text" (info, warn or
+// ask); every question is answered No.
 struct RecordedMessages : Messages {
     void info(const QString& t, const QString& s) override { shown << "info " + t + ": " + s; }
     void warning(const QString& t, const QString& s) override { shown << "warn " + t + ": " + s; }
+    bool ask(const QString& t, const QString& s, Icon, Buttons) override {
+        shown << "ask " + t + ": " + s;
+        return false;
+    }
     QStringList shown;
 };
 
@@ -285,12 +290,23 @@ TEST_F(Statistics, EachSelectionOpensItsListWithItsFilterAfterThePeriodChecks) {
     const QString backwards = "info Tarvel提示: 第二个日期小于第一个日期,请重新设置日期间隔";
     EXPECT_EQ(messages.shown, QStringList({backwards, backwards}));
     messages.shown.clear();
-    // Marking runs in one transaction: BEGIN, the clearing, one statement per day, COMMIT.
-    EXPECT_EQ(traced([&] { choose(11, QDate(2026, 1, 31), QDate(2026, 3, 2)); }).size(), 3 + 31);
+    // Marking: the clearing, then one statement per day.
+    EXPECT_EQ(traced([&] { choose(11, QDate(2026, 1, 31), QDate(2026, 3, 2)); }).size(), 1 + 31);
     EXPECT_TRUE(messages.shown.isEmpty());  // thirty days apart: no warning
-    EXPECT_EQ(traced([&] { choose(10, QDate(2026, 1, 30), QDate(2026, 3, 2)); }).size(), 3 + 32);
+    EXPECT_EQ(traced([&] { choose(10, QDate(2026, 1, 30), QDate(2026, 3, 2)); }).size(), 1 + 32);
     EXPECT_EQ(messages.shown,
               QStringList{"warn Tarvel提示: 您设置的日期间隔比较长,查询统计的时间会比较长"});
+
+    // The days without contact: up to four digits, never none.
+    messages.shown.clear();
+    for (const char* days : {"", " ", "99999"}) {
+        page.setOverDays(days);
+        EXPECT_FALSE(page.select(0, nullptr)) << days;
+    }
+    EXPECT_EQ(messages.shown.size(), 3);
+    EXPECT_EQ(messages.shown.value(2), "info Tarvel提示: 请输入没有联系的天数（最多4位数字）！");
+    page.setOverDays("9999");
+    EXPECT_TRUE(page.select(0, nullptr));
 }
 
 TEST_F(Statistics, TasksAndBirthdaysOfThePeriodAreMarkedDayByDayAndAFailingDayUndoesAll) {
@@ -302,11 +318,10 @@ TEST_F(Statistics, TasksAndBirthdaysOfThePeriodAreMarkedDayByDayAndAFailingDayUn
         "(14, 6), (15, 7)");
     run("INSERT INTO contacts (con_id) SELECT con_id FROM contacts_tasks");
     // The period 2026-02-23 (Monday) .. 2026-03-01 (Sunday).
-    QStringList expected = {"BEGIN", "UPDATE tasks SET tas_check=0"};
+    QStringList expected = {"UPDATE tasks SET tas_check=0"};
     for (QDate d(2026, 2, 23); d <= QDate(2026, 3, 1); d = d.addDays(1))
         expected << "UPDATE tasks SET tas_check=true" + statisticsTaskDateCondition(d);
-    EXPECT_EQ(traced([&] { choose(7, QDate(2026, 2, 23), QDate(2026, 3, 1)); }),
-              expected << "COMMIT");
+    EXPECT_EQ(traced([&] { choose(7, QDate(2026, 2, 23), QDate(2026, 3, 1)); }), expected);
     // One-off on the 25th, the Wednesday task, the yearly 28 February.
     EXPECT_EQ(ids("SELECT tas_id AS k FROM tasks WHERE tas_check=-1 ORDER BY 1"), "1 3 6");
     EXPECT_EQ(ids("SELECT con_id AS k FROM contacts " + page.filter(7) + " ORDER BY 1"),
@@ -315,7 +330,8 @@ TEST_F(Statistics, TasksAndBirthdaysOfThePeriodAreMarkedDayByDayAndAFailingDayUn
     choose(11, QDate(2026, 2, 23), QDate(2026, 3, 1));
     EXPECT_EQ(ids("SELECT tas_id AS k FROM tasks WHERE tas_check=-1 ORDER BY 1"), "1 3 6");
     // The next task selection marks its own period afresh, and a day that fails
-    // undoes the clearing and the days before it.
+    // undoes the clearing and the days before it: all of it is one transaction.
+    // The user is told why.
     run("CREATE TRIGGER refuse AFTER UPDATE OF tas_check ON tasks WHEN NEW.tas_id = 5 AND "
         "NEW.tas_check = -1 BEGIN SELECT RAISE(ABORT, 'refused by trigger'); END");
     page.setDay1(QDate(2026, 2, 1));
@@ -323,6 +339,7 @@ TEST_F(Statistics, TasksAndBirthdaysOfThePeriodAreMarkedDayByDayAndAFailingDayUn
     EXPECT_TRUE(page.ErrMsg().startsWith("lbl_Selection出错，原因可能是") &&
                 page.ErrMsg().contains("refused by trigger"))
         << page.ErrMsg().toStdString();
+    EXPECT_TRUE(messages.shown.last().startsWith("info Tarvel提示: 统计没有完成，原因可能是："));
     EXPECT_EQ(ids("SELECT tas_id AS k FROM tasks WHERE tas_check=-1 ORDER BY 1"), "1 3 6");
     run("DROP TRIGGER refuse");
     choose(10, QDate(2026, 3, 2), QDate(2026, 3, 2));  // the file takes writes again
@@ -333,9 +350,9 @@ TEST_F(Statistics, TasksAndBirthdaysOfThePeriodAreMarkedDayByDayAndAFailingDayUn
         "#1990-1-1#, 0), (3, #1900-1-1#, 0), (4, #1975-1-3#, 0), (5, NULL, 0), (6, #1970-6-1#, "
         "-1)");
     const QStringList issued = traced([&] { choose(11, QDate(2025, 12, 30), QDate(2026, 1, 2)); });
-    ASSERT_EQ(issued.size(), 7);
-    EXPECT_EQ(issued[1], "UPDATE contacts SET con_check=0");
-    EXPECT_EQ(issued[4],
+    ASSERT_EQ(issued.size(), 5);
+    EXPECT_EQ(issued[0], "UPDATE contacts SET con_check=0");
+    EXPECT_EQ(issued[3],
               "UPDATE contacts SET con_check=true WHERE (con_birthday<> # 1900-1-1# AND "
               "month(con_birthday)= 1 AND day(con_birthday)= 1)");
     EXPECT_EQ(ids("SELECT con_id AS k FROM contacts WHERE con_check= true ORDER BY 1"), "1 2");

@@ -2,6 +2,7 @@
 // page switching and history, the unsaved-changes question, the day change
 // with the home page and reminders, the tray and the update request.
 #include <QListWidget>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTcpServer>
@@ -16,10 +17,10 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "views/common/unsaved.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
-#include "views/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
@@ -125,6 +126,9 @@ void MainTest::toolbarFollowsTheLayoutTable() {
     QCOMPARE(w.toolbarAction(QStringLiteral("contact"))->text(), QStringLiteral("人脉"));
     click(w, "contact");  // the caption names the module's page too
     QCOMPARE(labelText(w.currentPage(), "lbl_caption"), QStringLiteral("人脉"));
+    // Data exchange lists no records: it shows no condition.
+    click(w, "inout");
+    QVERIFY(w.currentPage()->findChild<QLabel*>(QStringLiteral("lbl_condition"))->isHidden());
 }
 
 void MainTest::backAndForwardAcrossThreeModules() {
@@ -142,10 +146,10 @@ void MainTest::backAndForwardAcrossThreeModules() {
     expectPage("form_acc_all", 2);
     click(w, "back");
     expectPage("form_con_all", 1);
-    QCOMPARE(labelText(w.currentPage(), "lbl_condition"),
-             QStringLiteral("条件：WHERE con_name LIKE '%王%'"));
+    QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("显示：搜索：王"));
     for (int i = 0; i < 3; ++i) click(w, "forward");
     expectPage("form_opp_all", 3);
+    QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("显示：全部记录"));
     for (int i = 0; i < 4; ++i) click(w, "back");
     expectPage("form_pp", 0);
 }
@@ -216,10 +220,22 @@ void MainTest::dayChangeRefreshesTheHomePageOnce() {
     QCOMPARE(subjects(), (QStringList{"晨会", "拜访"}));
     QVERIFY(w.reminderWindows().isEmpty());  // yesterday's closed at midnight
 
+    // The main window half off the screen: the reminder still shows whole.
+    w.move(-w.width() / 2, -w.height() / 2);
     tick(at(2024, 5, 2, 9, 0));  // Timer1 fires the reminder whose time has come
     QCOMPARE(w.reminderWindows().size(), 1);
     QCOMPARE(w.reminderWindows().first()->taskId(), 1);
     QCOMPARE(refreshed.count(), 1);
+    // It sits in the screen's bottom-right corner, wholly on the screen.
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect reminder = w.reminderWindows().first()->frameGeometry();
+    QVERIFY2(screen.contains(reminder) && screen.right() - reminder.right() <= 16 &&
+                 screen.bottom() - reminder.bottom() <= 16,
+             qPrintable(QStringLiteral("%1,%2 %3x%4")
+                            .arg(reminder.x())
+                            .arg(reminder.y())
+                            .arg(reminder.width())
+                            .arg(reminder.height())));
 }
 
 void MainTest::updateRequestIsSentAsIsAndTheReplyJudged() {

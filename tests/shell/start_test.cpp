@@ -73,6 +73,7 @@ private slots:
     void loginSaysWhichDataFileCouldNotBeOpened();
     void firstRunRefusesDisagreementAndBadPasswords();
     void firstRunStoresTheTrimmedSixCharacterPassword();
+    void firstRunOnAReadOnlyDataFileSaysSoAndWaits();
     void startRoutineRunsFirstRunThenLogin();
 
 private:
@@ -172,6 +173,32 @@ void StartTest::firstRunStoresTheTrimmedSixCharacterPassword() {
     QCOMPARE(read("password").Set_Value(), encode().MD5(QStringLiteral("abc12!")));
     QCOMPARE(read("agreement").Set_Visible(), QStringLiteral("1"));
     QCOMPARE(read("agreement").Set_Description(), agreement);  // the text survives
+}
+
+void StartTest::firstRunOnAReadOnlyDataFileSaysSoAndWaits() {
+    FormInit form;
+    form.setDialogs(dialogs_);
+    form.show();
+    {
+        tarvel::testsupport::ReadOnlyDataFile readOnly;
+        choosePasswords(form, QStringLiteral("abcdef"), QStringLiteral("abcdef"));
+    }
+    QCOMPARE(dialogs_->shown.size(), 1);
+    const QString text = dialogs_->lastText();
+    QVERIFY2(text.contains(QStringLiteral("没有保存成功")) &&
+                 text.contains(QDir::toNativeSeparators(file_->path())),
+             qPrintable(text));
+    QVERIFY(!appGlobals().passed);
+    QVERIFY(form.isVisible());
+    QCOMPARE(form.result(), int(QDialog::Rejected));
+    QCOMPARE(read("password").Set_Value().trimmed(), QString());
+    QCOMPARE(read("agreement").Set_Visible(), QStringLiteral("0"));
+
+    // Writable again (the user fixed the folder): the same click finishes.
+    click(form, "cmd_forward");
+    QVERIFY(appGlobals().passed);
+    QCOMPARE(read("password").Set_Value(), encode().MD5(QStringLiteral("abcdef")));
+    QCOMPARE(read("agreement").Set_Visible(), QStringLiteral("1"));
 }
 
 void StartTest::startRoutineRunsFirstRunThenLogin() {

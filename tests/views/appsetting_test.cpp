@@ -66,6 +66,7 @@ private slots:
     void relatedPanelsSaveAllTwenty();
     void fieldReorderedAndHiddenIsStillSelected();
     void failedSaveSaysSoAndAsksNothing();
+    void moduleNamesCannotBeEmpty();
 
 private:
     std::unique_ptr<FormAppSetting> makeForm(bool withHost = true) {
@@ -148,10 +149,19 @@ void SettingTest::savingWritesOnlyThePageShownThenAsks() {
     QCOMPARE(stored(2, QStringLiteral("con_sch")).ObjDesc(), QStringLiteral("日程安排"));
     QCOMPARE(UserProfile::load().name, QString());
 
+    // The new module name shows in the toolbar list at once.
+    auto* menu = child<QListWidget>(*form, "lv_menu");
+    QCOMPARE(menu->item(keys(*menu).indexOf(QStringLiteral("contact")))->text(),
+             QStringLiteral("人脉"));
+
+    // The profile changes nothing on screen: saved without a question.
     save(*form, FormAppSetting::PersonalTab, true);
-    QCOMPARE(rebuilds_, 1);
+    QVERIFY(dialogs_->shown.isEmpty());
+    QCOMPARE(rebuilds_, 0);
     QCOMPARE(UserProfile::load().name, QStringLiteral("王小明"));
     QCOMPARE(UserProfile::load().account, QStringLiteral("O'Reilly 公司"));
+    save(*form, FormAppSetting::RelatedFirst, true);
+    QCOMPARE(rebuilds_, 1);  // OK: the screens rebuild
 
     // Without a host the window rebuilds only itself, and only after OK.
     auto alone = makeForm(false);
@@ -253,11 +263,50 @@ void SettingTest::fieldReorderedAndHiddenIsStillSelected() {
 
 void SettingTest::failedSaveSaysSoAndAsksNothing() {
     auto form = makeForm();
+    const auto saysWhichFile = [this] {
+        return dialogs_->shown.size() == 1 && dialogs_->shown[0].kind == QLatin1String("info") &&
+               dialogs_->shown[0].text.contains(QStringLiteral("没有保存成功")) &&
+               dialogs_->shown[0].text.contains(QDir::toNativeSeparators(file_->path()));
+    };
+    {
+        tarvel::testsupport::ReadOnlyDataFile readOnly;
+        edit(*form, "txt_contact")->setText(QStringLiteral("人脉"));
+        save(*form, FormAppSetting::CaptionsTab, true);
+        QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+        edit(*form, "txt_user_name")->setText(QStringLiteral("王小明"));
+        save(*form, FormAppSetting::PersonalTab, true);
+        QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+    }
+    // Nothing stored, nothing typed lost.
+    QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("联系人"));
+    QCOMPARE(edit(*form, "txt_contact")->text(), QStringLiteral("人脉"));
+    QCOMPARE(UserProfile::load().name, QString());
+
+    // A page written halfway is not written at all.
+    run(
+        QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON interface WHEN "
+                       "NEW.object_name = 'document' BEGIN SELECT RAISE(ABORT, 'refused'); END"));
+    save(*form, FormAppSetting::CaptionsTab, true);
+    QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+    QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("联系人"));
+
     run(QStringLiteral("DROP TABLE interface"));
     save(*form, FormAppSetting::ToolbarTab, true);
-    QCOMPARE(dialogs_->shown.size(), 1);
-    QCOMPARE(dialogs_->shown[0].text, QStringLiteral("保存设置没有完成！"));
+    QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
     QCOMPARE(rebuilds_, 0);
+}
+
+void SettingTest::moduleNamesCannotBeEmpty() {
+    auto form = makeForm();
+    edit(*form, "txt_contact")->setText(QStringLiteral("人脉"));
+    edit(*form, "txt_schedule")->setText(QStringLiteral("   "));
+    save(*form, FormAppSetting::CaptionsTab, true);
+    QCOMPARE(dialogs_->shown.size(), 1);
+    QCOMPARE(dialogs_->shown[0].text,
+             QStringLiteral("模块的名称不能为空，请输入日程安排模块的名称！"));
+    QCOMPARE(form->focusWidget(), edit(*form, "txt_schedule"));
+    QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("联系人"));
+    QCOMPARE(stored(1, QStringLiteral("schedule")).ObjDesc(), QStringLiteral("日程安排"));
 }
 
 QTEST_MAIN(SettingTest)

@@ -10,9 +10,12 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "store/connectionstring.h"
 #include "store/jetdate.h"
+#include "store/sqlitehandle.h"
 #include "store/tarveldatabase.h"
-#include "views/seams.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 
 namespace tarvel::testsupport {
 
@@ -61,6 +64,26 @@ inline QVariant firstValue(const QString& sql) {
     return rs && !rs->Eof() ? rs->value(0) : QVariant();
 }
 
+// While it lives, the test's data file refuses every write as a read-only
+// file does. The tests run as root, whom file modes do not stop, so the
+// program's one shared handle on the file is switched to query-only instead.
+class ReadOnlyDataFile {
+public:
+    ReadOnlyDataFile() { set(true); }
+    ~ReadOnlyDataFile() { set(false); }
+    ReadOnlyDataFile(const ReadOnlyDataFile&) = delete;
+    ReadOnlyDataFile& operator=(const ReadOnlyDataFile&) = delete;
+
+private:
+    static void set(bool readOnly) {
+        const std::shared_ptr<Handle> handle = acquireHandle(globalConnectionString(), nullptr);
+        if (!handle || !handle->exec(readOnly ? QStringLiteral("PRAGMA query_only = 1")
+                                              : QStringLiteral("PRAGMA query_only = 0"),
+                                     nullptr))
+            qFatal("the data file cannot be made read-only");
+    }
+};
+
 // A naive date-time, as the program's clock and the data file hold them.
 inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
     return jetdate::naive(QDate(y, m, d), QTime(h, mi, s));
@@ -80,10 +103,38 @@ public:
         // An unscripted question is answered No (Cancel), as closing the box would.
         return answers.isEmpty() ? false : answers.takeFirst();
     }
+    Answer askYesNoCancel(const QString&, const QString& text) override {
+        shown.append({QStringLiteral("askYesNoCancel"), text});
+        return threeWay.isEmpty() ? Answer::Cancel : threeWay.takeFirst();
+    }
     QString lastText() const { return shown.isEmpty() ? QString() : shown.last().text; }
 
     QList<Shown> shown;
     QList<bool> answers;
+    QList<Answer> threeWay;
+};
+
+// File dialogs that hand out the scripted names in turn; an empty name (or
+// none left) is a cancelled dialog. Records the captions it was opened with.
+class ScriptedFileDialogs : public FileDialogs {
+public:
+    QString getOpenFileName(const QString& caption, const QString& directory,
+                            const QString&) override {
+        return next(caption, directory);
+    }
+    QString getSaveFileName(const QString& caption, const QString& proposed,
+                            const QString&) override {
+        return next(caption, proposed);
+    }
+    QStringList names;
+    QStringList captions, offered;
+
+private:
+    QString next(const QString& caption, const QString& start) {
+        captions << caption;
+        offered << start;
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
 };
 
 class RecordingOpener : public ShellOpener {

@@ -54,6 +54,7 @@ private slots:
     void editorAddSaveDeleteExitRefreshesTheCombo();
     void editorKeepsProbabilityOrderInTheCombo();
     void lastDeletionDisablesTheTextBox();
+    void refusedWritesSaySoAndKeepTheText();
 
 private:
     // An editor over (object, name) for `control`, loaded and shown.
@@ -188,6 +189,30 @@ void OptionTest::lastDeletionDisablesTheTextBox() {
     click(*form, "cmd_save");
     click(*form, "cmd_exit");
     QCOMPARE(items(list), QStringList{"c"});
+}
+
+void OptionTest::refusedWritesSaySoAndKeepTheText() {
+    QComboBox combo;
+    auto form = editor("combobox", &combo, "con", "title");
+    auto dialogs = std::make_shared<tarvel::testsupport::ScriptedDialogs>();
+    form->setDialogs(dialogs);
+    const QStringList before = stored("con", "title");
+    {
+        tarvel::testsupport::ReadOnlyDataFile readOnly;
+        pick(0);
+        click(*form, "cmd_delete");
+        click(*form, "cmd_add");
+        tarvel::testsupport::typeText(text_, QStringLiteral("院士"));
+        click(*form, "cmd_save");
+        QCOMPARE(text_->text(), QStringLiteral("院士"));  // still there for another try
+        QCOMPARE(form->editState(), int(FormOption::Adding));
+    }
+    QCOMPARE(dialogs->shown.size(), 2);
+    for (const auto& shown : dialogs->shown)
+        QVERIFY2(shown.text.contains(QStringLiteral("选项没有保存成功")) &&
+                     shown.text.contains(QDir::toNativeSeparators(file_->path())),
+                 qPrintable(shown.text));
+    QCOMPARE(stored("con", "title"), before);
 }
 
 QTEST_MAIN(OptionTest)

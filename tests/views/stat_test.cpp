@@ -94,6 +94,16 @@ void StatTest::periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
     tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", 1));
     QCOMPARE(opened_.last(), QStringLiteral("12 WHERE acc_recent_contact_date <= #2023-12-22#"));
     QCOMPARE(dialogs_->shown.size(), 2);
+
+    // The field holds four digits at most; an empty one is refused and nothing opens.
+    auto* days = child<QLineEdit>(*page_, "txt_overdays");
+    days->clear();
+    QTest::keyClicks(days, "999999");
+    QCOMPARE(days->text(), QStringLiteral("9999"));
+    days->clear();
+    tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", 0));
+    QCOMPARE(dialogs_->shown.size(), 3);
+    QCOMPARE(opened_.size(), 3);
 }
 
 void StatTest::birthdaysNeverMarkTheUnknownOne() {

@@ -1,4 +1,4 @@
-#include "views/unsaved.h"
+#include "views/common/unsaved.h"
 
 namespace tarvel {
 

@@ -1,4 +1,4 @@
-#include "views/widgetform.h"
+#include "views/common/widgetform.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>

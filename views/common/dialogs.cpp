@@ -1,4 +1,4 @@
-#include "views/seams.h"
+#include "views/common/dialogs.h"
 
 #include <QAbstractButton>
 #include <QDesktopServices>
@@ -13,6 +13,10 @@ void showNotice(QMessageBox::Icon icon, const QString& title, const QString& tex
     box.button(QMessageBox::Ok)->setText(QStringLiteral("确定"));
     box.exec();
 }
+
+const QString kYes = QStringLiteral("是(&Y)");
+const QString kNo = QStringLiteral("否(&N)");
+const QString kCancel = QStringLiteral("取消");
 }  // namespace
 
 void MessageBoxDialogs::info(const QString& title, const QString& text) {
@@ -30,9 +34,27 @@ bool MessageBoxDialogs::ask(const QString& title, const QString& text, Icon icon
     QMessageBox box(icon == Icon::Information ? QMessageBox::Information : QMessageBox::Question,
                     title, text, yes | no, parent_);
     box.setDefaultButton(yes);
-    box.button(yes)->setText(okCancel ? QStringLiteral("确定") : QStringLiteral("是(&Y)"));
-    box.button(no)->setText(okCancel ? QStringLiteral("取消") : QStringLiteral("否(&N)"));
+    box.button(yes)->setText(okCancel ? QStringLiteral("确定") : kYes);
+    box.button(no)->setText(okCancel ? kCancel : kNo);
     return box.exec() == yes;
+}
+
+Messages::Answer MessageBoxDialogs::askYesNoCancel(const QString& title, const QString& text) {
+    QMessageBox box(QMessageBox::Question, title, text,
+                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, parent_);
+    box.setDefaultButton(QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.button(QMessageBox::Yes)->setText(kYes);
+    box.button(QMessageBox::No)->setText(kNo);
+    box.button(QMessageBox::Cancel)->setText(kCancel);
+    switch (box.exec()) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        default:  // Cancel, Escape or the close box: stay where you are
+            return Answer::Cancel;
+    }
 }
 
 bool DesktopShellOpener::open(const QUrl& url) {

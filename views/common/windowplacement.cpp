@@ -1,0 +1,26 @@
+#include "views/common/windowplacement.h"
+
+#include <algorithm>
+
+namespace tarvel {
+
+namespace {
+constexpr int kMargin = 16;     // from the screen's edges
+constexpr int kTitleBar = 32;   // the frame the window system adds above
+constexpr int kStackStep = 28;  // between stacked windows
+}  // namespace
+
+QRect popupGeometry(const QSize& size, const QRect& available, int stackIndex) {
+    const QRect area = available.adjusted(kMargin, kMargin + kTitleBar, -kMargin, -kMargin);
+    const QSize fitted = size.boundedTo(area.size());
+    const int step = kStackStep * std::max(0, stackIndex);
+    QRect placed(QPoint(area.right() - fitted.width() + 1 - step,
+                        area.bottom() - fitted.height() + 1 - step),
+                 fitted);
+    // Many windows wrap round to the corner rather than leave the area.
+    if (placed.left() < area.left() || placed.top() < area.top())
+        placed.moveBottomRight(area.bottomRight());
+    return placed;
+}
+
+}  // namespace tarvel
