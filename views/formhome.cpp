@@ -206,7 +206,7 @@ void FormHome::showToday() {
             addRow(lvTasks_,
                    {t.timeText, t.subject,
                     t.done ? QStringLiteral("完成") : QStringLiteral("未完成"), reminderText(t)},
-                   page::Task, t.id);
+                   page::TaskDetail, t.id);
         if (t.done) item->setForeground(1, palette().brush(QPalette::Disabled, QPalette::Text));
     }
     finishList(lvTasks_, fraTasks_, QStringLiteral("今日日程"), QStringLiteral("今天没有日程安排"),
@@ -263,7 +263,7 @@ void FormHome::showOverdue() {
                         {dayText(recordvalue::dateTime(rs.value(QStringLiteral("tas_date")))),
                          timeText(rs.value(QStringLiteral("tas_time"))),
                          recordvalue::text(rs.value(QStringLiteral("tas_subject")))},
-                        page::Task, recordvalue::int32(rs.value(QStringLiteral("tas_id"))));
+                        page::TaskDetail, recordvalue::int32(rs.value(QStringLiteral("tas_id"))));
              });
 }
 
@@ -271,7 +271,7 @@ void FormHome::openItem(QTreeWidgetItem* item) {
     const int id = item ? item->data(0, kIdRole).toInt() : 0;
     if (id == 0 || !pageSwitch_) return;
     const qint16 code = qint16(item->data(0, kPageRole).toInt());
-    const char* key = code == page::Task            ? "tas_id"
+    const char* key = code == page::TaskDetail      ? "tas_id"
                       : code == page::ContactDetail ? "con_id"
                                                     : "opp_id";
     pageSwitch_(code, QStringLiteral("WHERE %1=%2").arg(QLatin1String(key)).arg(id), id);
