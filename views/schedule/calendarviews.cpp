@@ -55,7 +55,7 @@ QLabel* headerLabel(const QString& text, QWidget* parent) {
 QString entryText(const CalendarEntry& e, bool withTime) {
     QString text;
     if (e.done) text += QStringLiteral("✔");
-    if (e.remind) text += QStringLiteral("⏰");
+    if (e.remind) text += QStringLiteral("◷");  // a clock face: fonts everywhere have it
     if (e.recurring) text += QStringLiteral("↻");
     if (!text.isEmpty()) text += QLatin1Char(' ');
     if (withTime && e.time.isValid())

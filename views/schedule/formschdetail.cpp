@@ -85,6 +85,7 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     chkAgain_ = checkBox(this, "chk_sch_again", QStringLiteral("每次重复时都提醒(&A)"));
     chkCompleted_ = checkBox(this, "chk_sch_completed", QStringLiteral("已完成(&D)"));
     cboCycle_ = named<QComboBox>(this, "cbo_sch_cycle");
+    cboCycle_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     dtCloseDate_ = datePicker(this, "DT_sch_closedate");
     rtxtMemo_ = named<QPlainTextEdit>(this, "rtxt_sch_memo");
     chkNextDate_ = checkBox(this, "chk_sch_nextdate", QStringLiteral("安排下次日程(&N)"));
