@@ -18,6 +18,7 @@
 #include "views/formschstat.h"
 #include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
+#include "views/schedule/windowplacement.h"
 #include "views/unsaved.h"
 
 namespace tarvel {
@@ -488,6 +489,9 @@ void TarvelMain::openReminder(const TodayTask& entry) {
     });
     window->load();
     reminders_.removeAll(nullptr);
+    // Several due at once (those missed while the program was closed fire at
+    // its start) fan out, each wholly on the screen.
+    placeOnScreen(window, this, int(reminders_.size()));
     reminders_ << window;
     window->show();
     window->raise();
