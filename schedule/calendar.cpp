@@ -9,6 +9,53 @@
 
 namespace tarvel {
 
+namespace {
+
+// The days from `first` to `last` on which a task occurs, by the rule of
+// occursOn() (and so of the task-date condition), stepping from one
+// occurrence to the next instead of testing every day: a month view of many
+// recurring tasks would otherwise test each of them on each of its days.
+template <typename Occurs>
+void forEachOccurrence(const QDateTime& taskDate, qint16 cycleValue, const QDateTime& close,
+                       const QDate& first, const QDate& last, Occurs&& occurs) {
+    if (!taskDate.isValid()) return;
+    const QDate start = taskDate.date();
+    if (cycleValue == cycle::Once) {
+        if (start >= first && start <= last && occursOn(taskDate, cycleValue, close, start))
+            occurs(start);
+        return;
+    }
+    if (!close.isValid()) return;
+    // A start later than midnight misses its own day: the day is compared as
+    // its midnight. A close date counts on its day whatever its time.
+    const QDate from = std::max(first, taskDate.time() == QTime(0, 0) ? start : start.addDays(1));
+    const QDate to = std::min(last, close.date());
+    if (from > to) return;
+    switch (cycleValue) {
+        case cycle::Daily:
+            for (QDate d = from; d <= to; d = d.addDays(1)) occurs(d);
+            break;
+        case cycle::Weekly: {
+            const qint64 offset = (7 - (from.toJulianDay() - start.toJulianDay()) % 7) % 7;
+            for (QDate d = from.addDays(offset); d <= to; d = d.addDays(7)) occurs(d);
+            break;
+        }
+        case cycle::Monthly:
+        case cycle::Yearly:
+            // Day numbers are matched, never rolled: a month without the day has none.
+            for (QDate m(from.year(), from.month(), 1); m <= to; m = m.addMonths(1)) {
+                if (cycleValue == cycle::Yearly && m.month() != start.month()) continue;
+                const QDate d(m.year(), m.month(), start.day());
+                if (d.isValid() && d.month() == m.month() && d >= from && d <= to) occurs(d);
+            }
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
 QString ScheduleCalendar::spanQuery(const QDate& first, const QDate& last, const QString& filter) {
     const QString from = QLatin1Char('#') + jetdate::literalText(first) + QLatin1Char('#');
     const QString to = QLatin1Char('#') + jetdate::literalText(last) + QLatin1Char('#');
@@ -22,14 +69,16 @@ QString ScheduleCalendar::spanQuery(const QDate& first, const QDate& last, const
                   QStringLiteral(") OR (tas_cycle IN (1, 7, 30, 365) AND tas_date <= ") + to +
                   QStringLiteral(" AND tas_closedate >= ") + from + QStringLiteral("))");
     if (!filter.trimmed().isEmpty()) sql += QStringLiteral(" AND (") + filter + QLatin1Char(')');
-    return sql;
+    // In time order (tasks without a time first), so each day's list is too.
+    return sql + QStringLiteral(" ORDER BY tas_time, tas_id");
 }
 
 bool ScheduleCalendar::load(const QDate& first, const QDate& last, const QString& filter) {
     first_ = first;
     last_ = last;
-    entries_.clear();
-    outlay_.clear();
+    const qint64 days = first.isValid() && last >= first ? first.daysTo(last) + 1 : 0;
+    entries_ = QList<QList<CalendarEntry>>(days);
+    outlay_ = QList<qint64>(days, 0);
     errMsg_.clear();
     tarveldatabase db;
     RecordsetPtr rs = db.GetReadRs(spanQuery(first, last, filter));
@@ -42,11 +91,8 @@ bool ScheduleCalendar::load(const QDate& first, const QDate& last, const QString
         const QDateTime time = recordvalue::dateTime(rs->value(2));
         const qint16 cycleValue = recordvalue::int16(rs->value(6));
         const QDateTime close = recordvalue::dateTime(rs->value(7));
-        if (date.isValid() && date.time() == QTime(0, 0) && date.date() >= first &&
-            date.date() <= last) {
-            Currency& sum = outlay_[date.date()];
-            sum = Currency::fromUnits(sum.units() + Currency::fromVariant(rs->value(8)).units());
-        }
+        if (date.isValid() && date.time() == QTime(0, 0) && index(date.date()) >= 0)
+            outlay_[index(date.date())] += Currency::fromVariant(rs->value(8)).units();
         CalendarEntry e;
         e.id = recordvalue::int32(rs->value(0));
         e.time = time.isValid() ? time.time() : QTime();
@@ -54,28 +100,28 @@ bool ScheduleCalendar::load(const QDate& first, const QDate& last, const QString
         e.done = recordvalue::int16(rs->value(4)) != 0;
         e.remind = recordvalue::int16(rs->value(5)) == 1;
         e.recurring = cycleValue != cycle::Once;
-        // A one-off row occurs on its own day only; a recurring one is tested
-        // day by day over the part of the span its range covers.
-        const QDate from = std::max(first, date.date());
-        const QDate to = cycleValue == cycle::Once
-                             ? date.date()
-                             : std::min(last, close.isValid() ? close.date() : QDate());
-        if (!date.isValid() || !to.isValid()) continue;
-        for (QDate d = from; d <= to; d = d.addDays(1)) {
-            if (!occursOn(date, cycleValue, close, d)) continue;
+        forEachOccurrence(date, cycleValue, close, first, last, [&](const QDate& d) {
             e.day = d;
-            entries_[d] << e;
-        }
+            entries_[index(d)] << e;
+        });
     }
-    for (auto it = entries_.begin(); it != entries_.end(); ++it)
-        std::stable_sort(it->begin(), it->end(),
-                         [](const CalendarEntry& a, const CalendarEntry& b) {
-                             if (a.time.isValid() != b.time.isValid()) return !a.time.isValid();
-                             return a.time < b.time;
-                         });
     return true;
 }
 
+qint64 ScheduleCalendar::index(const QDate& day) const {
+    if (!first_.isValid() || day < first_ || day > last_) return -1;
+    return first_.daysTo(day);
+}
+
+QList<CalendarEntry> ScheduleCalendar::entriesOn(const QDate& day) const {
+    const qint64 i = index(day);
+    return i < 0 || i >= entries_.size() ? QList<CalendarEntry>() : entries_[i];
+}
+
+Currency ScheduleCalendar::outlayOn(const QDate& day) const {
+    const qint64 i = index(day);
+    return i < 0 || i >= outlay_.size() ? Currency() : Currency::fromUnits(outlay_[i]);
+}
 QDate weekStart(const QDate& day) {
     return day.addDays(-(day.dayOfWeek() % 7));
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDate>
-#include <QHash>
 #include <QList>
 #include <QString>
 #include <QTime>
@@ -36,9 +35,9 @@ public:
 
     QDate first() const { return first_; }
     QDate last() const { return last_; }
-    // Sorted by time; tasks without a time first.
-    QList<CalendarEntry> entriesOn(const QDate& day) const { return entries_.value(day); }
-    Currency outlayOn(const QDate& day) const { return outlay_.value(day); }
+    // Sorted by time; tasks without a time first. Empty outside the span.
+    QList<CalendarEntry> entriesOn(const QDate& day) const;
+    Currency outlayOn(const QDate& day) const;
 
     // The query load() runs for the span.
     static QString spanQuery(const QDate& first, const QDate& last, const QString& filter);
@@ -47,8 +46,10 @@ public:
 
 private:
     QDate first_, last_;
-    QHash<QDate, QList<CalendarEntry>> entries_;
-    QHash<QDate, Currency> outlay_;
+    qint64 index(const QDate& day) const;
+    // One slot per day of the span.
+    QList<QList<CalendarEntry>> entries_;
+    QList<qint64> outlay_;  // currency units
     QString errMsg_;
 };
 

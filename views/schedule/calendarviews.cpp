@@ -15,6 +15,9 @@ namespace tarvel {
 namespace {
 
 constexpr int kTaskIdRole = Qt::UserRole;
+// More than a day of the week or month can show: the rest is one line that
+// leads to the day view.
+constexpr int kShownPerDay = 12;
 constexpr int kSlotRole = Qt::UserRole + 1;
 
 const QColor kTodayBackground(0xff, 0xf4, 0xc2);
@@ -82,6 +85,7 @@ DayCell::DayCell(QWidget* parent) : QFrame(parent) {
     tasks_->viewport()->setAutoFillBackground(false);
     tasks_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     tasks_->setTextElideMode(Qt::ElideRight);
+    tasks_->setUniformItemSizes(true);  // one line each: no per-item measuring
     tasks_->viewport()->installEventFilter(this);
 
     auto* top = new QHBoxLayout;
@@ -96,8 +100,13 @@ DayCell::DayCell(QWidget* parent) : QFrame(parent) {
     layout->addWidget(tasks_, 1);
 
     connect(number_, &QPushButton::clicked, this, [this] { emit showDay(day_); });
-    connect(tasks_, &QListWidget::itemActivated, this,
-            [this](QListWidgetItem* item) { emit openTask(item->data(kTaskIdRole).toInt()); });
+    connect(tasks_, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
+        const QVariant id = item->data(kTaskIdRole);
+        if (id.isValid())
+            emit openTask(id.toInt());
+        else
+            emit showDay(day_);  // the line of the tasks not shown
+    });
 }
 
 bool DayCell::eventFilter(QObject* watched, QEvent* event) {
@@ -131,9 +140,16 @@ void DayCell::show(const ScheduleCalendar& calendar, const QDate& day, bool inMo
     outlay_->setText(outlay.units() == 0 ? QString() : QStringLiteral("¥") + outlay.toString());
     outlay_->setToolTip(outlay.units() == 0 ? QString() : QStringLiteral("当天费用合计"));
     tasks_->clear();
-    for (const CalendarEntry& e : calendar.entriesOn(day)) {
-        auto* item = new QListWidgetItem(entryText(e), tasks_);
-        styleEntry(item, e);
+    const QList<CalendarEntry> entries = calendar.entriesOn(day);
+    for (qsizetype i = 0; i < entries.size() && i < kShownPerDay; ++i) {
+        auto* item = new QListWidgetItem(entryText(entries[i]), tasks_);
+        styleEntry(item, entries[i]);
+    }
+    if (entries.size() > kShownPerDay) {
+        auto* more = new QListWidgetItem(
+            QStringLiteral("还有%1项…").arg(entries.size() - kShownPerDay), tasks_);
+        more->setForeground(QColor(0x1a, 0x5f, 0xb4));
+        more->setToolTip(QStringLiteral("在日视图中查看这一天的全部日程"));
     }
 }
 
