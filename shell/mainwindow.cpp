@@ -250,6 +250,7 @@ PageWidget* TarvelMain::createCalendarPage() {
     form->setPageSwitch(pageSwitch());
     form->setTaskOpener(
         [this](int taskId, const QDate& day, const QTime& time) { OpenTask(taskId, day, time); });
+    connect(form, &FormSchAll::tasksImported, this, &TarvelMain::refreshHomePage);
     // Moving through dates, views and categories changes the entry in place.
     form->setHistoryUpdate([this](const QDate& day, qint16 pageNo, const QString& condition) {
         if (history_.c_RelatedPage() != page::Schedule) return;

@@ -1,6 +1,9 @@
 // The schedule page: which days of the month, week and day views show a
 // task, double clicks that open or start a task, moving through dates and
 // views, the category panel, and the page history returning to a view.
+#include <QAction>
+#include <QDir>
+#include <QFile>
 #include <QListWidget>
 #include <QTreeWidget>
 #include <QtTest>
@@ -37,6 +40,18 @@ DayCell* cellOf(const MonthView& view, const QDate& day) {
 }
 
 // As a user does it: the first click selects, the second is the double click.
+// File dialogs that answer with the next name of a script ("" = cancelled).
+class ScriptedFiles : public ScheduleFileDialogs {
+public:
+    QString saveFileName(QWidget*, const QString&, const QString&, const QString&) override {
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
+    QString openFileName(QWidget*, const QString&, const QString&) override {
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
+    QStringList names;
+};
+
 void doubleClick(QWidget* viewport, const QPoint& at) {
     QTest::mouseClick(viewport, Qt::LeftButton, {}, at);
     QTest::mouseDClick(viewport, Qt::LeftButton, {}, at);
@@ -71,6 +86,7 @@ private slots:
     void doubleClicksOpenOrStartATask();
     void categoryNarrowsTheCalendar();
     void historyReturnsToTheViewAndDate();
+    void calendarFilesGoOutAndComeIn();
 
 private:
     FormSchAll& open(const QDate& day, FormSchAll::View view = FormSchAll::Month) {
@@ -211,6 +227,30 @@ void CalendarTest::historyReturnsToTheViewAndDate() {
     QCOMPARE(main_->currentPage(), page);
     QCOMPARE(page->view(), FormSchAll::Week);
     QCOMPARE(page->date(), QDate(2024, 4, 17));
+}
+
+void CalendarTest::calendarFilesGoOutAndComeIn() {
+    FormSchAll& page = open(QDate(2024, 4, 10));
+    auto files = std::make_shared<ScriptedFiles>();
+    page.setFileDialogs(files);
+    const QString path = QDir(file_->folder()).filePath(QStringLiteral("out.ics"));
+    files->names = {path};
+    page.findChild<QAction*>(QStringLiteral("m_export_all"))->trigger();
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("已导出3项日程。"));
+    QFile out(path);
+    QVERIFY(out.open(QIODevice::ReadOnly));
+    QCOMPARE(out.readAll().count("BEGIN:VEVENT"), 3);
+
+    // Back in: three more tasks, the calendar shows both copies of the rent.
+    files->names = {path};
+    click(page, "cmd_sch_import");
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("导入了3项日程。"));
+    QCOMPARE(cellOf(*page.monthView(), QDate(2024, 4, 10))->tasks()->count(), 4);
+
+    // Cancelled: nothing asked, nothing done.
+    const int shown = int(dialogs_->shown.size());
+    click(page, "cmd_sch_import");
+    QCOMPARE(int(dialogs_->shown.size()), shown);
 }
 
 QTEST_MAIN(CalendarTest)

@@ -2,8 +2,10 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QMenu>
 #include <QVBoxLayout>
 
+#include "schedule/icalendar.h"
 #include "schedule/taskcategories.h"
 #include "store/clock.h"
 
@@ -30,7 +32,9 @@ QString termsOf(const QString& condition) {
 }  // namespace
 
 FormSchAll::FormSchAll(QWidget* parent)
-    : PageWidget(parent), dialogs_(std::make_shared<MessageBoxDialogs>(this)) {
+    : PageWidget(parent),
+      dialogs_(std::make_shared<MessageBoxDialogs>(this)),
+      files_(std::make_shared<QtScheduleFileDialogs>()) {
     setObjectName(QStringLiteral("form_sch_all"));
 
     // Left panel: categories and the statistics page.
@@ -45,10 +49,22 @@ FormSchAll::FormSchAll(QWidget* parent)
     auto* cmdStat = button(this, "cmd_sch_stat", QStringLiteral("日程统计(&S)"));
     cmdStat->setFlat(true);
     cmdStat->setStyleSheet(QStringLiteral("color: palette(link); text-align: left;"));
+    auto* cmdExport = button(this, "cmd_sch_export", QStringLiteral("导出日历(&E)"));
+    auto* exportMenu = new QMenu(cmdExport);
+    QAction* exportAll = exportMenu->addAction(QStringLiteral("全部日程…"));
+    exportAll->setObjectName(QStringLiteral("m_export_all"));
+    QAction* exportTicked = exportMenu->addAction(QStringLiteral("任务列表中勾选的日程…"));
+    exportTicked->setObjectName(QStringLiteral("m_export_ticked"));
+    cmdExport->setMenu(exportMenu);
+    auto* cmdImport = button(this, "cmd_sch_import", QStringLiteral("导入日历(&I)…"));
+    auto* exchange = new QHBoxLayout;
+    exchange->addWidget(cmdExport);
+    exchange->addWidget(cmdImport);
     auto* left = new QVBoxLayout;
     left->addWidget(cmdNew);
     left->addWidget(lblCategories);
     left->addWidget(categories_, 1);
+    left->addLayout(exchange);
     left->addWidget(cmdStat);
 
     // Top bar: where the calendar is and how it shows.
@@ -118,7 +134,9 @@ FormSchAll::FormSchAll(QWidget* parent)
     categories_->setMaximumWidth(260);
 
     setTabOrder(cmdNew, categories_);
-    setTabOrder(categories_, cmdStat);
+    setTabOrder(categories_, cmdExport);
+    setTabOrder(cmdExport, cmdImport);
+    setTabOrder(cmdImport, cmdStat);
     setTabOrder(cmdStat, cmdPrev);
     setTabOrder(cmdPrev, cmdToday);
     setTabOrder(cmdToday, cmdNext);
@@ -130,6 +148,9 @@ FormSchAll::FormSchAll(QWidget* parent)
     connect(cmdNew, &QPushButton::clicked, this, [this] {
         if (openTask_) openTask_(0, date_, QTime());
     });
+    connect(exportAll, &QAction::triggered, this, [this] { exportICalendar(false); });
+    connect(exportTicked, &QAction::triggered, this, [this] { exportICalendar(true); });
+    connect(cmdImport, &QPushButton::clicked, this, &FormSchAll::importICalendar);
     connect(cmdStat, &QPushButton::clicked, this, [this] {
         if (pageSwitch_) pageSwitch_(page::ScheduleStatistics, QString(), 0);
     });
@@ -257,6 +278,45 @@ void FormSchAll::chooseCategory(QTreeWidgetItem* item) {
     condition_ = filter.toString();
     showCalendar();
     recordInHistory();
+}
+
+namespace {
+QString calendarFilter() {
+    return QStringLiteral("iCalendar 日历文件 (*.ics);;所有文件 (*)");
+}
+}  // namespace
+
+void FormSchAll::exportICalendar(bool tickedOnly) {
+    const QString path = files_->saveFileName(this, QStringLiteral("导出日历"),
+                                              QStringLiteral("日程.ics"), calendarFilter());
+    if (path.isEmpty()) return;
+    const ICalendarExport result = exportTasksToICalendar(path, tickedOnly);
+    if (!result.ok) {
+        dialogs_->info(messageTitle(), QStringLiteral("日历没有导出。\n") + result.ErrMsg);
+        return;
+    }
+    QString text = QStringLiteral("已导出%1项日程。").arg(result.exported);
+    if (!result.skipped.isEmpty())
+        text += QStringLiteral(
+                    "\n以下%1项不会在任何一天发生（结束日期早于开始日期或重复方式未知），"
+                    "没有导出：\n")
+                    .arg(result.skipped.size()) +
+                result.skipped.join(QLatin1Char('\n'));
+    dialogs_->info(messageTitle(), text);
+}
+
+void FormSchAll::importICalendar() {
+    const QString path = files_->openFileName(this, QStringLiteral("导入日历"), calendarFilter());
+    if (path.isEmpty()) return;
+    const ICalendarImport result = importTasksFromICalendar(path);
+    if (!result.ok) {
+        dialogs_->info(messageTitle(),
+                       QStringLiteral("日历没有导入，日程没有任何改变。\n") + result.ErrMsg);
+        return;
+    }
+    refresh();
+    emit tasksImported();
+    dialogs_->info(messageTitle(), result.summary());
 }
 
 }  // namespace tarvel

@@ -12,6 +12,7 @@
 #include "schedule/calendar.h"
 #include "views/page.h"
 #include "views/schedule/calendarviews.h"
+#include "views/schedule/schedulefiledialogs.h"
 #include "views/seams.h"
 
 namespace tarvel {
@@ -34,6 +35,7 @@ public:
     explicit FormSchAll(QWidget* parent = nullptr);
 
     void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setFileDialogs(std::shared_ptr<ScheduleFileDialogs> files) { files_ = std::move(files); }
     void setTaskOpener(TaskOpener opener) { openTask_ = std::move(opener); }
     void setHistoryUpdate(HistoryUpdate update) { historyUpdate_ = std::move(update); }
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
@@ -56,6 +58,13 @@ public slots:
     void cmdPrevClick();
     void cmdNextClick();
     void cmdTodayClick();
+    // iCalendar files: every task, or those ticked in the task list.
+    void exportICalendar(bool tickedOnly);
+    void importICalendar();
+
+signals:
+    // Tasks were added behind the home page's back (an import).
+    void tasksImported();
 
 private:
     void showCalendar();
@@ -65,6 +74,7 @@ private:
     QDate step(int direction) const;
 
     std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<ScheduleFileDialogs> files_;
     TaskOpener openTask_;
     HistoryUpdate historyUpdate_;
     PageSwitch pageSwitch_;
