@@ -230,7 +230,9 @@ TEST(ICalendarText, FoldsWithoutSplittingCharactersAndUnfoldsBack) {
     const QString line = "SUMMARY:" + QString(60, QChar(0x65E5));  // 8 + 180 octets
     const QByteArray folded = ical::foldedLine(line);
     for (const QByteArray& part : folded.split('\n'))
-        if (!part.isEmpty()) EXPECT_LE(part.size(), 76);
+        if (!part.isEmpty()) {
+            EXPECT_LE(part.size(), 76);
+        }
     const QList<ical::ContentLine> back = ical::contentLines(folded);
     ASSERT_EQ(back.size(), 1);
     EXPECT_EQ(back[0].value, QString(60, QChar(0x65E5)));

@@ -12,6 +12,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/quietmain.h"
 #include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
 
@@ -201,13 +202,7 @@ void CalendarTest::categoryNarrowsTheCalendar() {
 }
 
 void CalendarTest::historyReturnsToTheViewAndDate() {
-    MainWindowOptions o;
-    o.trayAvailable = [] { return false; };
-    o.checkForUpdate = false;
-    main_ = std::make_unique<TarvelMain>(o);
-    main_->setDialogs(dialogs_);
-    main_->Timer1()->stop();
-    main_->show();
+    main_ = tarvel::testsupport::quietMain(dialogs_);
     main_->Toolbar1ButtonClick(QStringLiteral("schedule"));
     auto* page = qobject_cast<FormSchAll*>(main_->currentPage());
     QVERIFY(page);

@@ -8,6 +8,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/quietmain.h"
 #include "views/formschremind.h"
 #include "views/schedule/windowplacement.h"
 
@@ -63,13 +64,8 @@ void ReminderStartTest::missedRemindersFireOnceAtStart() {
         "(4, 'd', #2024-4-1#, #7:00#, 1, #2024-12-31#, 1, 1, #2024-5-1#), "
         "(5, 'e', #2024-5-1#, #15:00#, 0, #2024-5-1#, 1, 0, null)"));
     Clock::setFixed(at(2024, 5, 1, 11, 0));
-    MainWindowOptions o;
-    o.trayAvailable = [] { return false; };
-    o.checkForUpdate = false;
-    TarvelMain main(o);
-    main.setDialogs(dialogs);
-    main.Timer1()->stop();
-    main.show();
+    const std::unique_ptr<TarvelMain> window = tarvel::testsupport::quietMain(dialogs);
+    TarvelMain& main = *window;
     main.move(5000, 5000);  // wherever the main window went, reminders stay visible
     main.Timer1Timer();
     QList<int> shown;

@@ -14,6 +14,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/quietmain.h"
 #include "views/schedule/formschdetail.h"
 #include "views/schedule/taskrelatedpanel.h"
 #include "views/unsaved.h"
@@ -200,12 +201,7 @@ void TaskPageTest::nextScheduleIsLinkedLikeTheTask() {
 }
 
 void TaskPageTest::savingForTodayRefreshesTheHomePage() {
-    MainWindowOptions o;
-    o.trayAvailable = [] { return false; };
-    o.checkForUpdate = false;
-    main_ = std::make_unique<TarvelMain>(o);
-    main_->setDialogs(dialogs_);
-    main_->Timer1()->stop();
+    main_ = tarvel::testsupport::quietMain(dialogs_);
     QVERIFY(main_->OpenTask(0, Clock::today(), QTime(15, 0)));
     auto* page = qobject_cast<FormSchDetail*>(main_->currentPage());
     QVERIFY(page);

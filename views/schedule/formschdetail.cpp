@@ -57,6 +57,18 @@ void addRow(QFormLayout* layout, const QString& caption, QWidget* field, QLayout
         layout->addRow(label, field);
 }
 
+// Two fields on one form row, the second with its own buddy label.
+QHBoxLayout* pairRow(QWidget* first, const QString& caption, QWidget* second) {
+    auto* row = new QHBoxLayout;
+    row->addWidget(first);
+    auto* label = new QLabel(caption, second->parentWidget());
+    label->setBuddy(second);
+    row->addWidget(label);
+    row->addWidget(second);
+    row->addStretch(1);
+    return row;
+}
+
 QString timeText(const QTime& time) {
     return time.toString(QStringLiteral("hh:mm"));
 }
@@ -94,22 +106,10 @@ FormSchDetail::FormSchDetail(QWidget* parent)
 
     auto* fields = new QFormLayout;
     addRow(fields, QStringLiteral("主题(&S)："), txtSubject_);
-    auto* when = new QHBoxLayout;
-    when->addWidget(dtDate_);
-    auto* lblTime = new QLabel(QStringLiteral("时间(&T)："), this);
-    lblTime->setBuddy(cboTime_);
-    when->addWidget(lblTime);
-    when->addWidget(cboTime_);
-    when->addStretch(1);
-    addRow(fields, QStringLiteral("日期(&E)："), dtDate_, when);
-    auto* repeat = new QHBoxLayout;
-    repeat->addWidget(cboCycle_);
-    auto* lblClose = new QLabel(QStringLiteral("结束日期(&Z)："), this);
-    lblClose->setBuddy(dtCloseDate_);
-    repeat->addWidget(lblClose);
-    repeat->addWidget(dtCloseDate_);
-    repeat->addStretch(1);
-    addRow(fields, QStringLiteral("重复(&C)："), cboCycle_, repeat);
+    addRow(fields, QStringLiteral("日期(&E)："), dtDate_,
+           pairRow(dtDate_, QStringLiteral("时间(&T)："), cboTime_));
+    addRow(fields, QStringLiteral("重复(&C)："), cboCycle_,
+           pairRow(cboCycle_, QStringLiteral("结束日期(&Z)："), dtCloseDate_));
     addRow(fields, QStringLiteral("类型(&Y)："), cboType_);
     addRow(fields, QStringLiteral("重要性(&I)："), cboImportance_);
     addRow(fields, QStringLiteral("标签(&G)："), cboTag_);
