@@ -153,13 +153,16 @@ void DayCell::show(const ScheduleCalendar& calendar, const QDate& day, bool inMo
     }
 }
 
-MonthView::MonthView(QWidget* parent) : CalendarViewBase(parent) {
-    setObjectName(QStringLiteral("view_month"));
+DayGridView::DayGridView(int weeks, QWidget* parent) : CalendarViewBase(parent), weeks_(weeks) {
+    setObjectName(weeks == 1 ? QStringLiteral("view_week") : QStringLiteral("view_month"));
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(2);
-    for (int c = 0; c < 7; ++c) grid->addWidget(headerLabel(weekdayName(c), this), 0, c);
-    for (int i = 0; i < 42; ++i) {
+    for (int c = 0; c < 7; ++c) {
+        grid->addWidget(headerLabel(weekdayName(c), this), 0, c);
+        grid->setColumnStretch(c, 1);
+    }
+    for (int i = 0; i < 7 * weeks; ++i) {
         auto* cell = new DayCell(this);
         cell->setProperty("Index", i);
         grid->addWidget(cell, 1 + i / 7, i % 7);
@@ -168,40 +171,15 @@ MonthView::MonthView(QWidget* parent) : CalendarViewBase(parent) {
         connect(cell, &DayCell::showDay, this, &CalendarViewBase::showDay);
         cells_ << cell;
     }
-    for (int r = 1; r <= 6; ++r) grid->setRowStretch(r, 1);
-    for (int c = 0; c < 7; ++c) grid->setColumnStretch(c, 1);
+    for (int r = 1; r <= weeks; ++r) grid->setRowStretch(r, 1);
 }
 
-void MonthView::show(const ScheduleCalendar& calendar, const QDate& current) {
-    const QDate first = firstDay(current);
+void DayGridView::show(const ScheduleCalendar& calendar, const QDate& current) {
+    const QDate first = firstDayFor(current);
     for (int i = 0; i < cells_.size(); ++i) {
         const QDate day = first.addDays(i);
-        cells_[i]->show(calendar, day, day.month() == current.month());
+        cells_[i]->show(calendar, day, weeks_ == 1 || day.month() == current.month());
     }
-}
-
-WeekView::WeekView(QWidget* parent) : CalendarViewBase(parent) {
-    setObjectName(QStringLiteral("view_week"));
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(2);
-    for (int c = 0; c < 7; ++c) {
-        grid->addWidget(headerLabel(weekdayName(c), this), 0, c);
-        auto* cell = new DayCell(this);
-        cell->setProperty("Index", c);
-        grid->addWidget(cell, 1, c);
-        grid->setColumnStretch(c, 1);
-        connect(cell, &DayCell::openTask, this, &CalendarViewBase::openTask);
-        connect(cell, &DayCell::newTask, this, &CalendarViewBase::newTask);
-        connect(cell, &DayCell::showDay, this, &CalendarViewBase::showDay);
-        cells_ << cell;
-    }
-    grid->setRowStretch(1, 1);
-}
-
-void WeekView::show(const ScheduleCalendar& calendar, const QDate& current) {
-    const QDate first = firstDay(current);
-    for (int i = 0; i < cells_.size(); ++i) cells_[i]->show(calendar, first.addDays(i), true);
 }
 
 DayView::DayView(QWidget* parent) : CalendarViewBase(parent) {

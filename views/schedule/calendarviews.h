@@ -53,32 +53,39 @@ private:
     QListWidget* tasks_;
 };
 
-// Six weeks from the Sunday on or before the 1st.
-class MonthView : public CalendarViewBase {
+// Whole weeks of days, Sunday first, one DayCell each.
+class DayGridView : public CalendarViewBase {
     Q_OBJECT
 public:
-    explicit MonthView(QWidget* parent = nullptr);
+    DayGridView(int weeks, QWidget* parent);
     void show(const ScheduleCalendar& calendar, const QDate& current) override;
-    static QDate firstDay(const QDate& current) { return monthViewStart(current); }
-    static QDate lastDay(const QDate& current) { return monthViewStart(current).addDays(41); }
+    // The first day shown for `current`; the view shows 7 * weeks days from it.
+    virtual QDate firstDayFor(const QDate& current) const = 0;
     const QList<DayCell*>& cells() const { return cells_; }
 
 private:
+    int weeks_;
     QList<DayCell*> cells_;
 };
 
-// Sunday to Saturday of the current day's week.
-class WeekView : public CalendarViewBase {
+// Six weeks from the Sunday on or before the 1st; days of other months shaded.
+class MonthView : public DayGridView {
     Q_OBJECT
 public:
-    explicit WeekView(QWidget* parent = nullptr);
-    void show(const ScheduleCalendar& calendar, const QDate& current) override;
+    explicit MonthView(QWidget* parent = nullptr) : DayGridView(6, parent) {}
+    QDate firstDayFor(const QDate& current) const override { return firstDay(current); }
+    static QDate firstDay(const QDate& current) { return monthViewStart(current); }
+    static QDate lastDay(const QDate& current) { return monthViewStart(current).addDays(41); }
+};
+
+// Sunday to Saturday of the current day's week.
+class WeekView : public DayGridView {
+    Q_OBJECT
+public:
+    explicit WeekView(QWidget* parent = nullptr) : DayGridView(1, parent) {}
+    QDate firstDayFor(const QDate& current) const override { return firstDay(current); }
     static QDate firstDay(const QDate& current) { return weekStart(current); }
     static QDate lastDay(const QDate& current) { return weekStart(current).addDays(6); }
-    const QList<DayCell*>& cells() const { return cells_; }
-
-private:
-    QList<DayCell*> cells_;
 };
 
 // One day by the half hour: tasks without a time first, then each half hour
