@@ -128,6 +128,7 @@ void DayCell::show(const ScheduleCalendar& calendar, const QDate& day, bool inMo
     number_->setText(day.day() == 1 ? QStringLiteral("%1月%2日").arg(day.month()).arg(day.day())
                                     : QString::number(day.day()));
     number_->setAccessibleName(longDate(day));
+    tasks_->setAccessibleName(longDate(day) + QStringLiteral(" 的日程"));
     QFont f = number_->font();
     f.setBold(today);
     number_->setFont(f);
