@@ -10,6 +10,12 @@
 //               of June 2025: clear tas_check, mark the tasks of each day with
 //               the page's condition, then read the contacts its filter
 //               selects (con_id, con_lastname).
+//   month_view  the month view's reading of June 2025 (42 days from Sunday
+//               1 June): the program's one query for the span with the days
+//               each row occurs on sorted out in memory (ScheduleCalendar),
+//               against the raw engine running that query, every field read.
+//   month_paint the schedule page from the click on "next" to the painted
+//               month (no raw side; the summary holds it to its budget).
 // The raw side runs the statements the translator makes of the program's
 // texts (translated once, before timing), kept prepared, with its own C
 // functions for WEEKDAY, DAY and MONTH; the selection's marking is one
@@ -28,7 +34,10 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
+#include <QApplication>
 #include <QDate>
+#include <QPixmap>
+#include <QPushButton>
 #include <QString>
 #include <cstdio>
 #include <cstring>
@@ -37,11 +46,13 @@
 #include <vector>
 
 #include "bench/rawengine.h"
+#include "schedule/calendar.h"
 #include "schedule/recurrence.h"
 #include "schedule/reminders.h"
 #include "schedule/statistics.h"
 #include "store/dialect.h"
 #include "store/tarveldatabase.h"
+#include "views/schedule/formschall.h"
 
 namespace {
 
@@ -171,8 +182,12 @@ struct Raw {
     sqlite3_stmt* clearMarks = nullptr;
     std::vector<sqlite3_stmt*> marks;
     sqlite3_stmt* selected = nullptr;
+    sqlite3_stmt* monthView = nullptr;
 
     bool prepareAll(const QString& filter) {
+        monthView = prepare(db, engineSql(tarvel::ScheduleCalendar::spanQuery(
+                                    tarvel::monthViewStart(kMonthStart),
+                                    tarvel::monthViewStart(kMonthStart).addDays(41), QString())));
         oneDate = prepare(db, engineSql(tarvel::todayTasksQuery(kOneDate)));
         for (int i = 0; i < kMonthDays; ++i) {
             const QDate d = kMonthStart.addDays(i);
@@ -190,7 +205,7 @@ struct Raw {
     std::vector<sqlite3_stmt*> all() const {
         std::vector<sqlite3_stmt*> out = monthDays;
         out.insert(out.end(), marks.begin(), marks.end());
-        out.insert(out.end(), {oneDate, clearMarks, selected});
+        out.insert(out.end(), {oneDate, clearMarks, selected, monthView});
         return out;
     }
     // Steps a statement to its end, touching every field; returns the rows.
@@ -304,6 +319,52 @@ void selectionRaw(benchmark::State& state) {
 }
 
 // ---------------------------------------------------------------------------
+// 4. The month view
+
+void monthViewSchedule(benchmark::State& state) {
+    const QDate first = tarvel::monthViewStart(kMonthStart);
+    int entries = 0;
+    for (auto _ : state) {
+        tarvel::ScheduleCalendar calendar;
+        if (!calendar.load(first, first.addDays(41))) {
+            state.SkipWithError(qPrintable(calendar.ErrMsg()));
+            break;
+        }
+        entries = 0;
+        for (int i = 0; i < 42; ++i) entries += int(calendar.entriesOn(first.addDays(i)).size());
+    }
+    state.counters["entries"] = entries;
+}
+
+void monthViewRaw(benchmark::State& state) {
+    int rows = 0;
+    for (auto _ : state) rows = raw.run(raw.monthView);
+    if (rows < 0) state.SkipWithError("the query failed");
+    state.counters["rows"] = rows;
+}
+
+// From the click to the painted page, stepping between June and July 2025.
+void monthPaintSchedule(benchmark::State& state) {
+    tarvel::FormSchAll page;
+    tarvel::PageRequest request;
+    request.page = tarvel::page::Schedule;
+    request.date = kMonthStart;
+    request.pageNo = tarvel::FormSchAll::Month;
+    page.fill(request);
+    page.resize(1280, 760);
+    page.show();
+    auto* next = page.findChild<QPushButton*>(QStringLiteral("cmd_next"));
+    auto* prev = page.findChild<QPushButton*>(QStringLiteral("cmd_prev"));
+    bool forward = true;
+    for (auto _ : state) {
+        (forward ? next : prev)->click();
+        forward = !forward;
+        QPixmap painted = page.grab();
+        benchmark::DoNotOptimize(painted);
+    }
+}
+
+// ---------------------------------------------------------------------------
 // The run
 
 // Opens the raw side on the new data file, fills it and prepares its statements.
@@ -331,15 +392,23 @@ void release() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return tarvel::bench::run(argc, argv, {fillDataFile, warmUp, release},
-                              {{"one_date/schedule", oneDateSchedule, benchmark::kMillisecond},
-                               {"one_date/raw", oneDateRaw, benchmark::kMillisecond},
-                               {"month/schedule", monthSchedule, benchmark::kMillisecond},
-                               {"month/raw", monthRaw, benchmark::kMillisecond},
-                               {"selection7/schedule", selectionSchedule, benchmark::kMillisecond},
-                               {"selection7/raw", selectionRaw, benchmark::kMillisecond}},
-                              {"schedule",
-                               Layout::MillisecondsWallClock,
-                               {{"one_date", 1.5}, {"month", 1.5}, {"selection7", 1.5}},
-                               {{"selection7/schedule", "selection 7 over 30 days", 1.0}}});
+    // The month_paint case paints off screen, wherever it runs.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    return tarvel::bench::run(
+        argc, argv, {fillDataFile, warmUp, release},
+        {{"one_date/schedule", oneDateSchedule, benchmark::kMillisecond},
+         {"one_date/raw", oneDateRaw, benchmark::kMillisecond},
+         {"month/schedule", monthSchedule, benchmark::kMillisecond},
+         {"month/raw", monthRaw, benchmark::kMillisecond},
+         {"selection7/schedule", selectionSchedule, benchmark::kMillisecond},
+         {"selection7/raw", selectionRaw, benchmark::kMillisecond},
+         {"month_view/schedule", monthViewSchedule, benchmark::kMillisecond},
+         {"month_view/raw", monthViewRaw, benchmark::kMillisecond},
+         {"month_paint/schedule", monthPaintSchedule, benchmark::kMillisecond}},
+        {"schedule",
+         Layout::MillisecondsWallClock,
+         {{"one_date", 1.5}, {"month", 1.5}, {"selection7", 1.5}, {"month_view", 1.5}},
+         {{"selection7/schedule", "selection 7 over 30 days", 1.0},
+          {"month_paint/schedule", "month view, click to paint", 0.1}}});
 }

@@ -19,6 +19,8 @@
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
+#include "views/schedule/formschall.h"
+#include "views/schedule/formschdetail.h"
 
 namespace tarvel {
 
@@ -145,6 +147,10 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
         settings->setDialogs(dialogs_);
     if (auto* statistics = qobject_cast<FormSchStat*>(pages_.value(page::ScheduleStatistics)))
         statistics->setDialogs(dialogs_);
+    if (auto* calendar = qobject_cast<FormSchAll*>(pages_.value(page::Schedule)))
+        calendar->setDialogs(dialogs_);
+    if (auto* task = qobject_cast<FormSchDetail*>(pages_.value(page::TaskDetail)))
+        task->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -240,6 +246,52 @@ PageWidget* TarvelMain::createStatisticsPage() {
     return form;
 }
 
+PageWidget* TarvelMain::createCalendarPage() {
+    auto* form = new FormSchAll;
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    form->setTaskOpener(
+        [this](int taskId, const QDate& day, const QTime& time) { OpenTask(taskId, day, time); });
+    connect(form, &FormSchAll::tasksImported, this, &TarvelMain::refreshHomePage);
+    // Moving through dates, views and categories changes the entry in place.
+    form->setHistoryUpdate([this](const QDate& day, qint16 pageNo, const QString& condition) {
+        if (history_.c_RelatedPage() != page::Schedule) return;
+        history_.setC_Date(day);
+        history_.setC_PageNo(pageNo);
+        history_.setC_StrCondition(condition);
+        history_.Update();
+    });
+    return form;
+}
+
+PageWidget* TarvelMain::createTaskPage() {
+    auto* form = new FormSchDetail;
+    form->setDialogs(dialogs_);
+    form->setPageSwitch([this](qint16 code, const QString& condition, qint32 recordId) {
+        ShowPage(code, condition, recordId, Clock::today(), -1, PageMode::Normal);
+    });
+    // A task saved for today belongs on the home page's list at once, so its
+    // reminder fires without waiting for the next day.
+    connect(form, &FormSchDetail::todayChanged, this, &TarvelMain::refreshHomePage);
+    return form;
+}
+
+bool TarvelMain::OpenTask(int taskId, const QDate& day, const QTime& time) {
+    if (keepUnsavedEdits()) return false;
+    // A new task's half hour travels as the page number, so history restores it.
+    const qint16 slot =
+        taskId == 0 && time.isValid() ? qint16(time.hour() * 2 + time.minute() / 30) : qint16(-1);
+    return ShowPage(page::TaskDetail, QString(), taskId, day.isValid() ? day : Clock::today(), slot,
+                    PageMode::Normal) != nullptr;
+}
+
+bool TarvelMain::OpenTaskFor(qint16 recordKind, int recordId) {
+    if (!OpenTask(0)) return false;
+    if (auto* task = qobject_cast<FormSchDetail*>(pages_.value(page::TaskDetail)))
+        task->newTaskFor(recordKind, recordId);
+    return true;
+}
+
 FormHome* TarvelMain::homePage() const {
     return qobject_cast<FormHome*>(pages_.value(page::Home));
 }
@@ -304,13 +356,9 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::Settings) page = createSettingsPage();
         if (!page && code == page::Home) page = createHomePage();
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
-        if (!page) {
-            auto* placeholder = new ModulePage(QLatin1String(info->formName), caption);
-            if (code == page::Schedule)
-                placeholder->addLink(QStringLiteral("cmd_sch_stat"), QStringLiteral("日程统计"),
-                                     [this] { OpenPage(page::ScheduleStatistics); });
-            page = placeholder;
-        }
+        if (!page && code == page::Schedule) page = createCalendarPage();
+        if (!page && code == page::TaskDetail) page = createTaskPage();
+        if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));
         page->setWindowTitle(caption);
         // Frameless and maximized, the child windows read as pages of one window.

@@ -67,6 +67,12 @@ public:
     // statistics selection, a reminder's task): the unsaved-changes question,
     // then the page in normal mode. False when the user keeps the edit.
     bool OpenPage(qint16 page, const QString& condition = QString(), qint32 recordId = 0);
+    // The task page: task id, or 0 for a new task on `day` at `time` (when
+    // valid); after the unsaved-changes question. False when the user keeps the edit.
+    bool OpenTask(int taskId, const QDate& day = QDate(), const QTime& time = QTime());
+    // The task page for a new task begun from a record (kind::Opportunity,
+    // Account, Contact, Document), linked to it when saved.
+    bool OpenTaskFor(qint16 recordKind, int recordId);
     PageWidget* currentPage() const;
     qint16 currentPageCode() const { return currentCode_; }
     PageWidget* pageWidget(qint16 code) const { return pages_.value(code); }
@@ -123,6 +129,8 @@ private:
     PageWidget* createSettingsPage();
     PageWidget* createHomePage();
     PageWidget* createStatisticsPage();
+    PageWidget* createCalendarPage();
+    PageWidget* createTaskPage();
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.

@@ -213,7 +213,7 @@ void FormHome::showToday() {
             addRow(lvTasks_,
                    {t.timeText, t.subject,
                     t.done ? QStringLiteral("完成") : QStringLiteral("未完成"), reminderText(t)},
-                   page::Task, t.id);
+                   page::TaskDetail, t.id);
         if (t.done) item->setForeground(1, palette().brush(QPalette::Disabled, QPalette::Text));
     }
     finishList(lvTasks_, fraTasks_, kTodayTitle, QStringLiteral("今天没有日程安排"),
@@ -248,7 +248,7 @@ void FormHome::showOpportunities() {
 void FormHome::showOverdue() {
     lvOverdue_->clear();
     for (const OverdueTask& t : lists_.overdueTasks())
-        addRow(lvOverdue_, {dayText(t.date), timeText(t.time), t.subject}, page::Task, t.id);
+        addRow(lvOverdue_, {dayText(t.date), timeText(t.time), t.subject}, page::TaskDetail, t.id);
     finishList(lvOverdue_, fraOverdue_, kOverdueTitle, QStringLiteral("最近没有过期未完成的日程"),
                int(lists_.overdueTasks().size()));
 }
@@ -257,7 +257,7 @@ void FormHome::openItem(QTreeWidgetItem* item) {
     const int id = item ? item->data(0, kIdRole).toInt() : 0;
     if (id == 0 || !pageSwitch_) return;
     const qint16 code = qint16(item->data(0, kPageRole).toInt());
-    const char* key = code == page::Task            ? "tas_id"
+    const char* key = code == page::TaskDetail      ? "tas_id"
                       : code == page::ContactDetail ? "con_id"
                                                     : "opp_id";
     pageSwitch_(code, QStringLiteral("WHERE %1=%2").arg(QLatin1String(key)).arg(id), id);

@@ -22,6 +22,7 @@ inline constexpr qint16 ContactDetail = 23;
 inline constexpr qint16 Schedule = 30;
 inline constexpr qint16 Task = 31;
 inline constexpr qint16 ScheduleStatistics = 32;
+inline constexpr qint16 TaskDetail = 33;
 inline constexpr qint16 DocumentList = 40;
 inline constexpr qint16 DocumentDetail = 41;
 inline constexpr qint16 DataExchange = 42;

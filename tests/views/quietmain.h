@@ -1,0 +1,21 @@
+#pragma once
+// The main window as screen tests drive it: no tray, no update request, no
+// timer of its own (ticks come from the test), message boxes from the test.
+#include <memory>
+
+#include "shell/mainwindow.h"
+
+namespace tarvel::testsupport {
+
+inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Dialogs> dialogs) {
+    MainWindowOptions o;
+    o.trayAvailable = [] { return false; };
+    o.checkForUpdate = false;
+    auto main = std::make_unique<TarvelMain>(o);
+    main->setDialogs(std::move(dialogs));
+    main->Timer1()->stop();
+    main->show();
+    return main;
+}
+
+}  // namespace tarvel::testsupport

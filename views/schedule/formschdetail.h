@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <memory>
+
+#include "schedule/task.h"
+#include "views/common/windowmessages.h"
+#include "views/page.h"
+#include "views/seams.h"
+#include "views/widgetform.h"
+
+namespace tarvel {
+
+class TaskRelatedPanel;
+
+// The task page form_sch_detail: every field of a task, its recurrence and
+// reminder, a follow-up task (the next schedule), save and delete, and the
+// task's related panel. Opened with a record id (0 for a new task); a new
+// task may be placed on a day and time, or begun from a record, to which it
+// is linked on save.
+class FormSchDetail : public PageWidget {
+    Q_OBJECT
+public:
+    explicit FormSchDetail(QWidget* parent = nullptr);
+
+    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    // Where delete sends the user afterwards (the calendar).
+    void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
+
+    // Record id 0: a new task on the request's date; a page number 0..47
+    // places it at that half hour.
+    void fill(const PageRequest& request) override;
+    void rebuildLayout() override;
+    // A new task begun from a record (kind::Opportunity, Account, Contact,
+    // Document): named after it and linked to it on save; a contact's task is
+    // linked to the contact's account too.
+    void newTaskFor(qint16 recordKind, int recordId);
+
+    int taskId() const { return taskId_; }
+    TaskRelatedPanel* relatedPanel() const { return related_; }
+
+public slots:
+    bool cmdSaveClick();
+    void cmdDeleteClick();
+    void cmdNewClick();
+
+signals:
+    // A saved or deleted task occurs today: the home page's list must be read again.
+    void todayChanged();
+    // The task was stored or removed: calendars should read again.
+    void tasksChanged();
+
+private:
+    void showTask(int taskId, const QDate& day, const QTime& time);
+    // The checks of a save; false after telling the user what is wrong.
+    bool checkInput();
+    bool checkTime(QComboBox* combo);
+    void setEditing(bool value);
+    void updateRecurrenceControls();
+    void updateNextControls();
+    void fillPickLists();
+    bool saveTask(Task& task, bool isNew);
+    bool saveNextTask(const Task& current);
+    // The links a new task gets on save (from the record it was begun from).
+    void setOriginLinks(qint16 recordKind, int recordId);
+
+    std::shared_ptr<Dialogs> dialogs_;
+    WindowMessages messages_{dialogs_};
+    WidgetForm form_{this};
+    PageSwitch pageSwitch_;
+    int taskId_ = 0;
+    bool loading_ = false;
+
+    QLineEdit* txtSubject_;
+    QDateEdit* dtDate_;
+    QComboBox* cboTime_;
+    QComboBox* cboType_;
+    QComboBox* cboImportance_;
+    QComboBox* cboTag_;
+    QLineEdit* txtOutlay_;
+    QCheckBox* chkPrivate_;
+    QCheckBox* chkRemind_;
+    QCheckBox* chkAgain_;
+    QCheckBox* chkCompleted_;
+    QComboBox* cboCycle_;
+    QDateEdit* dtCloseDate_;
+    QPlainTextEdit* rtxtMemo_;
+    QCheckBox* chkNextDate_;
+    QDateEdit* dtNextDate_;
+    QComboBox* cboNextTime_;
+    QPushButton* cmdDelete_;
+    TaskRelatedPanel* related_;
+};
+
+}  // namespace tarvel
