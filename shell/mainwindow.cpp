@@ -16,6 +16,7 @@
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
+#include "views/lists/formlist.h"
 #include "views/unsaved.h"
 
 namespace tarvel {
@@ -142,6 +143,8 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
         settings->setDialogs(dialogs_);
     if (auto* statistics = qobject_cast<FormSchStat*>(pages_.value(page::ScheduleStatistics)))
         statistics->setDialogs(dialogs_);
+    for (PageWidget* page : std::as_const(pages_))
+        if (auto* list = qobject_cast<lists::FormList*>(page)) list->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -230,6 +233,19 @@ PageWidget* TarvelMain::createHomePage() {
     return home;
 }
 
+PageWidget* TarvelMain::createListPage(qint16 code) {
+    const lists::ListKind* kind = lists::listKindForPage(code);
+    if (!kind) return nullptr;
+    auto* form = new lists::FormList(*kind);
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    form->setHistoryUpdate([this](const QString& condition) {
+        history_.setC_StrCondition(condition);
+        history_.Update();
+    });
+    return form;
+}
+
 PageWidget* TarvelMain::createStatisticsPage() {
     auto* form = new FormSchStat;
     form->setDialogs(dialogs_);
@@ -301,6 +317,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::Settings) page = createSettingsPage();
         if (!page && code == page::Home) page = createHomePage();
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
+        if (!page) page = createListPage(code);
         if (!page) {
             auto* placeholder = new ModulePage(QLatin1String(info->formName), caption);
             if (code == page::Schedule)

@@ -119,6 +119,8 @@ private:
     PageWidget* createSettingsPage();
     PageWidget* createHomePage();
     PageWidget* createStatisticsPage();
+    // The record lists; null for codes that are not one.
+    PageWidget* createListPage(qint16 code);
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.

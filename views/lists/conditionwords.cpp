@@ -1,0 +1,85 @@
+#include "views/lists/conditionwords.h"
+
+#include <QRegularExpression>
+
+#include "views/lists/listsql.h"
+
+namespace tarvel::lists {
+
+namespace {
+
+QString unquote(const QString& text) {
+    return QString(text).replace(QStringLiteral("''"), QStringLiteral("'"));
+}
+
+const CategoryGroup* groupOf(const ListKind& kind, const QString& column) {
+    for (const CategoryGroup& g : kind.groups)
+        if (!g.column.isEmpty() && g.column.compare(column, Qt::CaseInsensitive) == 0) return &g;
+    return nullptr;
+}
+
+QString describeWhere(const ListKind& kind, const QString& where) {
+    const QString w = where.trimmed();
+    if (w.isEmpty()) return QStringLiteral("全部") + kind.noun;
+    QRegularExpressionMatch m;
+    static const QRegularExpression search(
+        QStringLiteral("^WHERE\\s+(\\w+) LIKE '%(.*?)%'( OR|$)"));
+    if ((m = search.match(w)).hasMatch() && !kind.searchColumns.isEmpty() &&
+        m.captured(1) == kind.searchColumns.first())
+        return QStringLiteral("搜索：") + unquote(m.captured(2));
+    static const QRegularExpression birthday(QStringLiteral("^WHERE \\(con_birthday<>"));
+    if (birthday.match(w).hasMatch()) return QStringLiteral("今天过生日的联系人");
+    static const QRegularExpression joined(QStringLiteral(
+        "^WHERE (\\w+)_id (NOT )?IN \\(SELECT DISTINCT \\w+_id FROM opportunities_\\w+\\)$"));
+    if ((m = joined.match(w)).hasMatch())
+        return (m.captured(2).isEmpty() ? QStringLiteral("参与项目机会的")
+                                        : QStringLiteral("没有参与项目机会的")) +
+               kind.noun;
+    static const QRegularExpression related(QStringLiteral(
+        "^WHERE (\\w+)_id IN \\(SELECT DISTINCT .* WHERE\\s+(\\w+)\\.\\w+_check = true\\)$"));
+    if ((m = related.match(w)).hasMatch()) return QStringLiteral("选定记录的相关") + kind.noun;
+    if (w == QStringLiteral("WHERE acc_name IS NULL"))
+        return QStringLiteral("没有客户单位的") + kind.noun;
+    static const QRegularExpression emptyValue(
+        QStringLiteral("^WHERE \\((\\w+)='' OR \\w+ IS NULL\\)$"));
+    if ((m = emptyValue.match(w)).hasMatch())
+        if (const CategoryGroup* g = groupOf(kind, m.captured(1)))
+            return g->caption + QStringLiteral("：（未填）");
+    static const QRegularExpression equal(QStringLiteral("^WHERE (\\w+)\\s*=\\s*'(.*)'$"));
+    static const QRegularExpression like(QStringLiteral("^WHERE (\\w+) Like\\s+'%(.*)%'$"));
+    static const QRegularExpression number(QStringLiteral("^WHERE (\\w+)\\s*=\\s*(-?[0-9.]+)$"));
+    for (const QRegularExpression* re : {&equal, &like, &number}) {
+        if (!(m = re->match(w)).hasMatch()) continue;
+        const QString column = m.captured(1);
+        const QString value = unquote(m.captured(2));
+        if (column == QStringLiteral("acc_name")) return QStringLiteral("客户单位：") + value;
+        if (const CategoryGroup* g = groupOf(kind, column))
+            return g->caption + QStringLiteral("：") + value;
+        if (column == kind.key)
+            return value == QStringLiteral("-1")
+                       ? QStringLiteral("新") + kind.noun
+                       : kind.noun + QStringLiteral("（编号 ") + value + QStringLiteral("）");
+    }
+    return QStringLiteral("按条件筛选的") + kind.noun;
+}
+
+}  // namespace
+
+QString describeCondition(const ListKind& kind, const QString& condition,
+                          const std::function<QString(const QString&)>& caption) {
+    const SplitCondition split = splitCondition(condition);
+    QString words = describeWhere(kind, split.where);
+    static const QRegularExpression order(QStringLiteral("ORDER BY\\s+(\\w+)(\\s+(ASC|DESC))?"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    if (const QRegularExpressionMatch m = order.match(split.order); m.hasMatch()) {
+        const QString column = m.captured(1);
+        const QString name = caption ? caption(column) : column;
+        words += QStringLiteral("，按“") + name +
+                 (m.captured(3).compare(QStringLiteral("DESC"), Qt::CaseInsensitive) == 0
+                      ? QStringLiteral("”降序")
+                      : QStringLiteral("”升序"));
+    }
+    return words;
+}
+
+}  // namespace tarvel::lists
