@@ -249,13 +249,13 @@ void FormList::buildFooter(QVBoxLayout* layout) {
 }
 
 void FormList::fill(const PageRequest& request) {
-    show(request.condition);
+    showCondition(request.condition);
     // The counts are not needed for the first paint of the grid.
     QTimer::singleShot(0, this, &FormList::recount);
 }
 
 void FormList::refresh() {
-    show(condition_);
+    showCondition(condition_);
     recount();
 }
 
@@ -263,7 +263,7 @@ void FormList::rebuildLayout() {
     applyColumns();
 }
 
-bool FormList::show(const QString& condition) {
+bool FormList::showCondition(const QString& condition) {
     adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
     if (!adodc_.Refresh()) {
         info(QStringLiteral("列表没有打开，原因可能是") + adodc_.ErrorDescription());
@@ -282,7 +282,7 @@ bool FormList::show(const QString& condition) {
 }
 
 void FormList::changeCondition(const QString& condition) {
-    if (show(condition) && historyUpdate_) historyUpdate_(condition_);
+    if (showCondition(condition) && historyUpdate_) historyUpdate_(condition_);
 }
 
 QString FormList::fieldAt(int column) const {
@@ -365,7 +365,7 @@ void FormList::sortBy(int column) {
 void FormList::tickAll(int mode) {
     if (!store_.setChecks(mode, condition_)) info(store_.ErrMsg());
     const bool on = mode == 0;
-    show(condition_);
+    showCondition(condition_);
     selectAll_->setChecked(on);
 }
 

@@ -75,7 +75,7 @@ private:
     void buildFooter(QVBoxLayout* layout);
     // Runs the query of `condition` into the grid; the condition stays as it was
     // when the query fails.
-    bool show(const QString& condition);
+    bool showCondition(const QString& condition);
     // A new condition chosen on this screen: shown and written into the history.
     void changeCondition(const QString& condition);
     void applyColumns();

@@ -1,6 +1,7 @@
 #include "views/lists/tickmodel.h"
 
 #include <QDateTime>
+#include <QLocale>
 
 namespace tarvel::lists {
 
@@ -17,6 +18,9 @@ QString cellText(const QVariant& value) {
     }
     if (value.typeId() == QMetaType::QDate)
         return value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
+    // Amounts read as written, never in exponent form.
+    if (value.typeId() == QMetaType::Double)
+        return QLocale::c().toString(value.toDouble(), 'f', QLocale::FloatingPointShortest);
     return value.toString();
 }
 
@@ -39,6 +43,11 @@ QVariant TickModel::data(const QModelIndex& index, int role) const {
         if (role == Qt::EditRole) return isTicked(index.row());
     }
     if (role == Qt::DisplayRole) return cellText(QIdentityProxyModel::data(index, Qt::EditRole));
+    if (role == Qt::TextAlignmentRole) {
+        const int type = QIdentityProxyModel::data(index, Qt::EditRole).typeId();
+        if (type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int)
+            return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    }
     return QIdentityProxyModel::data(index, role);
 }
 
