@@ -16,6 +16,7 @@
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
+#include "views/lists/formemail.h"
 #include "views/lists/formlist.h"
 #include "views/unsaved.h"
 
@@ -144,7 +145,10 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
     if (auto* statistics = qobject_cast<FormSchStat*>(pages_.value(page::ScheduleStatistics)))
         statistics->setDialogs(dialogs_);
     for (PageWidget* page : std::as_const(pages_))
-        if (auto* list = qobject_cast<lists::FormList*>(page)) list->setDialogs(dialogs_);
+        if (auto* list = qobject_cast<lists::FormList*>(page))
+            list->setDialogs(dialogs_);
+        else if (auto* email = qobject_cast<lists::FormEmail*>(page))
+            email->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -234,6 +238,12 @@ PageWidget* TarvelMain::createHomePage() {
 }
 
 PageWidget* TarvelMain::createListPage(qint16 code) {
+    if (code == page::Email) {
+        auto* email = new lists::FormEmail;
+        email->setDialogs(dialogs_);
+        email->setShellOpener(opener_);
+        return email;
+    }
     const lists::ListKind* kind = lists::listKindForPage(code);
     if (!kind) return nullptr;
     auto* form = new lists::FormList(*kind);

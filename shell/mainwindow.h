@@ -119,7 +119,7 @@ private:
     PageWidget* createSettingsPage();
     PageWidget* createHomePage();
     PageWidget* createStatisticsPage();
-    // The record lists; null for codes that are not one.
+    // The record lists and the e-mail window; null for other codes.
     PageWidget* createListPage(qint16 code);
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();

@@ -7,11 +7,14 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTreeWidget>
+#include <QUrlQuery>
 #include <QtTest>
 
 #include "custom/fsettings.h"
@@ -21,8 +24,10 @@
 #include "tests/views/listrecords.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/conditionwords.h"
+#include "views/lists/formemail.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listsql.h"
+#include "views/lists/mailing.h"
 #include "views/lists/savefiledialog.h"
 #include "views/lists/tickmodel.h"
 #include "views/unsaved.h"
@@ -108,6 +113,8 @@ private slots:
     void relatedOpensTheOpportunitiesOfTheTicked();
     void conditionInWords_data();
     void conditionInWords();
+    void mailtoLinksStayShortAndCarryEveryAddress();
+    void emailWindowSendsToTheTickedAndStampsThem();
     void gridModelIsConsistent();
 
 private:
@@ -557,6 +564,62 @@ void ListTest::gridModelIsConsistent() {
     form.refresh();
     QVERIFY(form.gridModel()->rowCount() > 0);
     QCOMPARE(form.gridModel()->index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+}
+
+void ListTest::mailtoLinksStayShortAndCarryEveryAddress() {
+    QStringList addresses;
+    for (int i = 0; i < 300; ++i) addresses << QStringLiteral("person.%1@example.com").arg(i);
+    const QString body = QStringLiteral("您好，\n这是通知 & 说明");
+    const QList<QUrl> links = mailtoLinks(addresses, QStringLiteral("会议 #3"), body, 2000);
+    QVERIFY(links.size() > 1);
+    QStringList carried;
+    for (const QUrl& link : links) {
+        QVERIFY(link.toString(QUrl::FullyEncoded).size() <= 2000);
+        QCOMPARE(link.scheme(), QStringLiteral("mailto"));
+        const QUrlQuery query(link);
+        QCOMPARE(query.queryItemValue(QStringLiteral("subject"), QUrl::FullyDecoded),
+                 QStringLiteral("会议 #3"));
+        QCOMPARE(query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded),
+                 QStringLiteral("您好，\r\n这是通知 & 说明"));
+        carried << query.queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded)
+                       .split(QLatin1Char(','));
+    }
+    QCOMPARE(carried, addresses);
+}
+
+void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
+    run(
+        QStringLiteral("UPDATE contacts SET con_email=NULL, con_email2='second@example.com' "
+                       "WHERE con_id=2"));
+    run(QStringLiteral("UPDATE contacts SET con_email=NULL WHERE con_id=3"));
+    run(
+        QStringLiteral("UPDATE setting SET set_value='张三 销售部' WHERE set_type='mail' AND "
+                       "set_key='signature'"));
+    FormList& list = open(listno::Contacts);
+    tick({1, 2, 3});
+    list.runOperation(QStringLiteral("群发邮件"));
+    QCOMPARE(opened_, QStringList{QStringLiteral("43: WHERE con_check=true")});
+    FormEmail email;
+    email.setDialogs(dialogs_);
+    auto opener = std::make_shared<testsupport::RecordingOpener>();
+    email.setShellOpener(opener);
+    email.fill(PageRequest{});
+    QCOMPARE(child<QListWidget>(email, "lst_to")->count(), 2);
+    QCOMPARE(child<QListWidget>(email, "lst_noaddress")->count(), 1);
+    QVERIFY(child<QPlainTextEdit>(email, "txt_body")
+                ->toPlainText()
+                .endsWith(QStringLiteral("张三 销售部")));
+    child<QLineEdit>(email, "txt_subject")->setText(QStringLiteral("新品发布"));
+    testsupport::click(email, "cmd_send");
+    QCOMPARE(opener->opened.size(), 1);
+    const QString bcc =
+        QUrlQuery(opener->opened[0]).queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded);
+    const QStringList sentTo = bcc.split(QLatin1Char(','));
+    QCOMPARE(
+        QSet<QString>(sentTo.begin(), sentTo.end()),
+        (QSet<QString>{QStringLiteral("second@example.com"), QStringLiteral("user1@example.com")}));
+    QCOMPARE(idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_sendmail=1")),
+             (QSet<qint64>{1, 2}));
 }
 
 QTEST_MAIN(ListTest)

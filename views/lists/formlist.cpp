@@ -30,6 +30,7 @@ namespace tarvel::lists {
 namespace {
 
 const char* const kDelete = "删除选定记录";
+const char* const kMail = "群发邮件";
 const char* const kRelated = "查看相关";
 const char* const kReport = "导出到Tarvel报表";
 const char* const kCsv = "导出到Excel/CSV表";
@@ -41,9 +42,9 @@ const char* const kSeparator = "-----";
 constexpr int kProgressFrom = 300;
 
 QStringList operationsOf(const ListKind& kind) {
-    QStringList entries = {QString::fromUtf8(kDelete), QString::fromUtf8(kSeparator),
-                           QString::fromUtf8(kRelated), QString::fromUtf8(kReport),
-                           QString::fromUtf8(kCsv)};
+    QStringList entries = {QString::fromUtf8(kDelete), QString::fromUtf8(kSeparator)};
+    if (kind.number == listno::Contacts) entries << QString::fromUtf8(kMail);
+    entries << QString::fromUtf8(kRelated) << QString::fromUtf8(kReport) << QString::fromUtf8(kCsv);
     if (kind.number == listno::Contacts) entries << QString::fromUtf8(kSums);
     entries << QString::fromUtf8(kHtml);
     return entries;
@@ -380,6 +381,8 @@ void FormList::runOperation(const QString& caption) {
     if (keepUnsavedEdits() || !requireTicks()) return;
     if (caption == QString::fromUtf8(kDelete))
         deleteTicked();
+    else if (caption == QString::fromUtf8(kMail) && pageSwitch_)
+        pageSwitch_(page::Email, QStringLiteral(" WHERE con_check=true"), 0);
     else if (caption == QString::fromUtf8(kRelated))
         showRelated();
     else if (caption == QString::fromUtf8(kReport))
@@ -443,16 +446,7 @@ void FormList::exportCsv(bool withSums) {
         return;
     }
     std::unique_ptr<QProgressDialog> progress;
-    if (rows->RecordCount() > kProgressFrom) {
-        progress = std::make_unique<QProgressDialog>(
-            QStringLiteral("正在导出……"), QStringLiteral("取消"), 0, rows->RecordCount(), this);
-        progress->setWindowModality(Qt::WindowModal);
-    }
-    const ExportProgress step = [&progress](int done, int) {
-        if (!progress) return true;
-        progress->setValue(done);
-        return !progress->wasCanceled();
-    };
+    const ExportProgress step = progressFor(rows->RecordCount(), progress);
     RowTail tail;
     QString headerTail;
     bool sumsOk = true;
@@ -482,12 +476,28 @@ void FormList::exportHtml() {
                                 QStringLiteral("HTML文件 (*.html *.htm)"));
     if (path.isEmpty()) return;
     RecordsetPtr rows = store_.ticked();
-    QString error;
-    if (!rows)
+    if (!rows) {
         info(store_.ErrMsg());
-    else if (!writeHtml(path, QStringLiteral("选定的") + kind_.noun, exportColumns(kind_, false),
-                        *rows, nullptr, &error))
+        return;
+    }
+    std::unique_ptr<QProgressDialog> progress;
+    QString error;
+    if (!writeHtml(path, QStringLiteral("选定的") + kind_.noun, exportColumns(kind_, false), *rows,
+                   progressFor(rows->RecordCount(), progress), &error))
         info(error);
+}
+
+ExportProgress FormList::progressFor(int total, std::unique_ptr<QProgressDialog>& dialog) {
+    if (total <= kProgressFrom) return nullptr;
+    dialog = std::make_unique<QProgressDialog>(QStringLiteral("正在导出……"), QStringLiteral("取消"),
+                                               0, total, this);
+    dialog->setObjectName(QStringLiteral("dlg_progress"));
+    dialog->setWindowModality(Qt::WindowModal);
+    QProgressDialog* shown = dialog.get();
+    return [shown](int done, int) {
+        shown->setValue(done);
+        return !shown->wasCanceled();
+    };
 }
 
 }  // namespace tarvel::lists

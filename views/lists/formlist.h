@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "store/datacontrol.h"
+#include "views/lists/listexport.h"
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
 #include "views/page.h"
@@ -15,6 +16,7 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QProgressDialog;
 class QTableView;
 class QTimer;
 class QHBoxLayout;
@@ -94,6 +96,9 @@ private:
     void exportHtml();
     void showRelated();
     void exportReport();
+    // A cancellable progress dialog, held in `dialog`, for exports of many
+    // records; null (no progress shown) for few.
+    ExportProgress progressFor(int total, std::unique_ptr<QProgressDialog>& dialog);
 
     const ListKind& kind_;
     ListStore store_;
