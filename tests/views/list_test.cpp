@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPdfWriter>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -22,6 +23,7 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/listrecords.h"
+#include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/conditionwords.h"
 #include "views/lists/formemail.h"
@@ -114,6 +116,7 @@ private slots:
     void conditionInWords_data();
     void conditionInWords();
     void mailtoLinksStayShortAndCarryEveryAddress();
+    void labelsOfTheTickedContactsFillSheets();
     void emailWindowSendsToTheTickedAndStampsThem();
     void gridModelIsConsistent();
 
@@ -585,6 +588,35 @@ void ListTest::mailtoLinksStayShortAndCarryEveryAddress() {
                        .split(QLatin1Char(','));
     }
     QCOMPARE(carried, addresses);
+}
+
+void ListTest::labelsOfTheTickedContactsFillSheets() {
+    run(QStringLiteral(
+        "UPDATE contacts SET con_lastname='刘一', con_department_title='采购部', "
+        "con_address_family='家里路1号', con_postcode_family='100001' WHERE con_id=7"));
+    run(QStringLiteral("UPDATE contacts SET con_lastname='刘二' WHERE con_id=8"));
+    FormList& form = open(listno::Contacts);
+    QList<AddressLabel> shown;
+    form.setLabelPreview([&shown](const QList<AddressLabel>& labels) { shown = labels; });
+    tick({7, 8});
+    form.runOperation(QStringLiteral("打印标签"));
+    QCOMPARE(dialogs_->lastText(),
+             QStringLiteral("这个功能是打印您选择的联系人的标签，以便批量发送信函。"));
+    QCOMPARE(shown.size(), 2);
+    // Contact 7 has no account (every seventh is left without), so its home address is used.
+    QCOMPARE(labelLines(shown[0]),
+             (QStringList{QStringLiteral("100001"), QStringLiteral("家里路1号"),
+                          QStringLiteral("刘一（采购部） 收")}));
+    const QStringList second = labelLines(shown[1]);
+    QVERIFY(second.last().startsWith(QStringLiteral("刘二（")));
+    QCOMPARE(second.size(), 3);  // address, account, name: no postcode was generated
+    // A sheet holds 14; 15 labels take two pages.
+    QTemporaryDir dir;
+    QPdfWriter pdf(dir.filePath(QStringLiteral("labels.pdf")));
+    paintLabels(&pdf, QList<AddressLabel>(15, shown[0]));
+    QFile file(dir.filePath(QStringLiteral("labels.pdf")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll().count("/Type /Page\n"), 2);
 }
 
 void ListTest::emailWindowSendsToTheTickedAndStampsThem() {

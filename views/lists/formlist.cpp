@@ -7,6 +7,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QSplitter>
@@ -16,6 +18,7 @@
 
 #include "custom/fsettings.h"
 #include "store/clock.h"
+#include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/conditionwords.h"
 #include "views/lists/listexport.h"
@@ -31,6 +34,7 @@ namespace {
 
 const char* const kDelete = "删除选定记录";
 const char* const kMail = "群发邮件";
+const char* const kLabels = "打印标签";
 const char* const kRelated = "查看相关";
 const char* const kReport = "导出到Tarvel报表";
 const char* const kCsv = "导出到Excel/CSV表";
@@ -43,7 +47,8 @@ constexpr int kProgressFrom = 300;
 
 QStringList operationsOf(const ListKind& kind) {
     QStringList entries = {QString::fromUtf8(kDelete), QString::fromUtf8(kSeparator)};
-    if (kind.number == listno::Contacts) entries << QString::fromUtf8(kMail);
+    if (kind.number == listno::Contacts)
+        entries << QString::fromUtf8(kMail) << QString::fromUtf8(kLabels);
     entries << QString::fromUtf8(kRelated) << QString::fromUtf8(kReport) << QString::fromUtf8(kCsv);
     if (kind.number == listno::Contacts) entries << QString::fromUtf8(kSums);
     entries << QString::fromUtf8(kHtml);
@@ -383,6 +388,8 @@ void FormList::runOperation(const QString& caption) {
         deleteTicked();
     else if (caption == QString::fromUtf8(kMail) && pageSwitch_)
         pageSwitch_(page::Email, QStringLiteral(" WHERE con_check=true"), 0);
+    else if (caption == QString::fromUtf8(kLabels))
+        printLabels();
     else if (caption == QString::fromUtf8(kRelated))
         showRelated();
     else if (caption == QString::fromUtf8(kReport))
@@ -413,6 +420,29 @@ void FormList::deleteTicked() {
     if (!store_.deleteRecords(ids))
         info(QStringLiteral("删除没有完成，原因可能是") + store_.ErrMsg());
     refresh();
+}
+
+void FormList::printLabels() {
+    info(QStringLiteral("这个功能是打印您选择的联系人的标签，以便批量发送信函。"));
+    QList<AddressLabel> labels;
+    QString error;
+    if (!readTickedLabels(&labels, &error)) {
+        info(QStringLiteral("标签没有读出，原因可能是") + error);
+        return;
+    }
+    if (labelPreview_) {
+        labelPreview_(labels);
+        return;
+    }
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setDocName(QStringLiteral("联系人标签"));
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setObjectName(QStringLiteral("dlg_labels"));
+    preview.setWindowTitle(QStringLiteral("打印标签"));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+            [&labels](QPrinter* target) { paintLabels(target, labels); });
+    preview.exec();
 }
 
 void FormList::showRelated() {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "store/datacontrol.h"
+#include "views/lists/addresslabels.h"
 #include "views/lists/listexport.h"
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
@@ -53,6 +54,11 @@ public:
     void setReportExport(std::function<bool(int listNumber)> exporter) {
         reportExport_ = std::move(exporter);
     }
+    // Shows the address labels of the ticked contacts; a print preview
+    // dialog unless set (tests look at the labels instead).
+    void setLabelPreview(std::function<void(const QList<AddressLabel>&)> preview) {
+        labelPreview_ = std::move(preview);
+    }
 
     void fill(const PageRequest& request) override;
     void refresh() override;
@@ -95,6 +101,7 @@ private:
     void exportCsv(bool withSums);
     void exportHtml();
     void showRelated();
+    void printLabels();
     void exportReport();
     // A cancellable progress dialog, held in `dialog`, for exports of many
     // records; null (no progress shown) for few.
@@ -123,6 +130,7 @@ private:
     PageSwitch pageSwitch_;
     std::function<void(const QString&)> historyUpdate_;
     std::function<bool(int)> reportExport_;
+    std::function<void(const QList<AddressLabel>&)> labelPreview_;
 };
 
 // The caption of the bulk-operation drop-down, shown again after each operation.
