@@ -16,6 +16,7 @@
 #include <QCheckBox>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cstdio>
 
 #include "bench/listbench.h"
 #include "custom/fsettings.h"
@@ -115,12 +116,17 @@ void tickExportRaw(benchmark::State& state) {
 
 bool fillDataFile(const QString& path) {
     rawDb = openRaw(path);
-    return rawDb && fillContacts(rawDb, kContacts);
+    if (rawDb && fillContacts(rawDb, kContacts)) return true;
+    std::fprintf(stderr, "cannot fill the data file with contacts\n");
+    return false;
 }
 
 bool warmUp() {
     tarvel::loadProgramFieldSettings();
-    return readAll(rawDb, listStatement()) == kContacts;
+    const int rows = readAll(rawDb, listStatement());
+    if (rows == kContacts) return true;
+    std::fprintf(stderr, "the list statement reads %d rows\n", rows);
+    return false;
 }
 
 void release() {

@@ -86,7 +86,9 @@ void everyRowRaw(benchmark::State& state) {
 
 bool fillDataFile(const QString& path) {
     rawDb = openRaw(path);
-    return rawDb && fillContacts(rawDb, kContacts);
+    if (rawDb && fillContacts(rawDb, kContacts)) return true;
+    std::fprintf(stderr, "cannot fill the data file with contacts\n");
+    return false;
 }
 
 bool warmUp() {

@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include <QString>
+#include <cstdio>
 #include <string>
 
 #include "bench/rawengine.h"
@@ -40,7 +41,7 @@ inline bool fillContacts(sqlite3* db, int contacts) {
         bindText(account, 1, std::string(provinces[i % 6]) + "贸易有限公司" + std::to_string(i));
         bindText(account, 2, provinces[i % 6]);
         bindText(account, 3, "人民路" + std::to_string(i) + "号");
-        ok = sqlite3_step(account) == SQLITE_DONE;
+        ok = check(db, sqlite3_step(account), "account insert");
         sqlite3_reset(account);
     }
     for (int i = 1; ok && i <= contacts; ++i) {
@@ -52,14 +53,15 @@ inline bool fillContacts(sqlite3* db, int contacts) {
         bindText(contact, 5, "user" + std::to_string(i) + "@example.com");
         bindText(contact, 6, provinces[(i / 7) % 6]);
         bindText(contact, 7, "第" + std::to_string(i) + "位联系人");
-        bindText(contact, 8,
-                 "2024-" + std::to_string(1 + i % 12) + "-" + std::to_string(1 + i % 28));
-        ok = sqlite3_step(contact) == SQLITE_DONE;
+        char date[32];  // the engine's fixed-width date text
+        std::snprintf(date, sizeof date, "2024-%02d-%02d 09:00:00", 1 + i % 12, 1 + i % 28);
+        bindText(contact, 8, date);
+        ok = check(db, sqlite3_step(contact), "contact insert");
         sqlite3_reset(contact);
         if (ok && i % 10 != 0) {
             sqlite3_bind_int(link, 1, 1 + i % accounts);
             sqlite3_bind_int(link, 2, i);
-            ok = sqlite3_step(link) == SQLITE_DONE;
+            ok = check(db, sqlite3_step(link), "link insert");
             sqlite3_reset(link);
         }
     }
