@@ -21,8 +21,6 @@
 #include "bench/listbench.h"
 #include "custom/fsettings.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listsql.h"
-#include "views/lists/liststore.h"
 #include "views/lists/tickmodel.h"
 
 namespace {
@@ -35,11 +33,6 @@ namespace listno = tarvel::lists::listno;
 constexpr int kContacts = 20000;
 sqlite3* rawDb = nullptr;
 QTemporaryDir* outDir = nullptr;
-
-QString listStatement() {
-    const auto& kind = listKind(listno::Contacts);
-    return tarvel::lists::listQuery(kind, tarvel::lists::ListStore(kind).columns(), QString());
-}
 
 void openList(benchmark::State& state) {
     for (auto _ : state) {
@@ -55,7 +48,7 @@ void openList(benchmark::State& state) {
 }
 
 void openByRaw(benchmark::State& state) {
-    const QString sql = listStatement();
+    const QString sql = contactListStatement(QString());
     for (auto _ : state)
         if (readAll(rawDb, sql) != kContacts) {
             state.SkipWithError("raw read short");
@@ -115,15 +108,12 @@ void tickExportRaw(benchmark::State& state) {
 }
 
 bool fillDataFile(const QString& path) {
-    rawDb = openRaw(path);
-    if (rawDb && fillContacts(rawDb, kContacts)) return true;
-    std::fprintf(stderr, "cannot fill the data file with contacts\n");
-    return false;
+    return openAndFill(path, kContacts, &rawDb);
 }
 
 bool warmUp() {
     tarvel::loadProgramFieldSettings();
-    const int rows = readAll(rawDb, listStatement());
+    const int rows = readAll(rawDb, contactListStatement(QString()));
     if (rows == kContacts) return true;
     std::fprintf(stderr, "the list statement reads %d rows\n", rows);
     return false;

@@ -18,8 +18,6 @@
 #include "bench/listbench.h"
 #include "custom/fsettings.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listsql.h"
-#include "views/lists/liststore.h"
 #include "views/lists/tickmodel.h"
 
 namespace {
@@ -35,12 +33,6 @@ FormList* form = nullptr;
 const QStringList kTexts = {QStringLiteral("王"),   QStringLiteral("王伟"),
                             QStringLiteral("李"),   QStringLiteral("李芳"),
                             QStringLiteral("北京"), QStringLiteral("user12")};
-
-QString statementFor(const QString& text) {
-    const auto& kind = listKind(listno::Contacts);
-    return tarvel::lists::listQuery(kind, tarvel::lists::ListStore(kind).columns(),
-                                    tarvel::lists::searchCondition(listno::Contacts, text));
-}
 
 void searchList(benchmark::State& state, const QStringList& texts) {
     auto* box = form->findChild<QLineEdit*>(QStringLiteral("txt_search"));
@@ -65,7 +57,8 @@ void searchList(benchmark::State& state, const QStringList& texts) {
 void searchRaw(benchmark::State& state, const QStringList& texts) {
     int i = 0;
     for (auto _ : state)
-        if (readAll(rawDb, statementFor(texts[i++ % texts.size()])) <= 0) {
+        if (readAll(rawDb, contactListStatement(tarvel::lists::searchCondition(
+                               listno::Contacts, texts[i++ % texts.size()]))) <= 0) {
             state.SkipWithError("no rows found");
             break;
         }
@@ -85,10 +78,7 @@ void everyRowRaw(benchmark::State& state) {
 }
 
 bool fillDataFile(const QString& path) {
-    rawDb = openRaw(path);
-    if (rawDb && fillContacts(rawDb, kContacts)) return true;
-    std::fprintf(stderr, "cannot fill the data file with contacts\n");
-    return false;
+    return openAndFill(path, kContacts, &rawDb);
 }
 
 bool warmUp() {

@@ -12,6 +12,9 @@
 #include <string>
 
 #include "bench/rawengine.h"
+#include "views/lists/listkind.h"
+#include "views/lists/listsql.h"
+#include "views/lists/liststore.h"
 #include "views/lists/savefiledialog.h"
 
 namespace tarvel::bench {
@@ -71,6 +74,20 @@ inline bool fillContacts(sqlite3* db, int contacts) {
     return check(db, sqlite3_exec(db, ok ? "COMMIT" : "ROLLBACK", nullptr, nullptr, nullptr),
                  "commit") &&
            ok;
+}
+
+// Opens the raw side on the new data file and fills it with `contacts`.
+inline bool openAndFill(const QString& path, int contacts, sqlite3** db) {
+    *db = openRaw(path);
+    if (*db && fillContacts(*db, contacts)) return true;
+    std::fprintf(stderr, "cannot fill the data file with contacts\n");
+    return false;
+}
+
+// The contacts list's statement for a condition, over the loaded list fields.
+inline QString contactListStatement(const QString& condition) {
+    const lists::ListKind& kind = lists::listKind(lists::listno::Contacts);
+    return lists::listQuery(kind, lists::ListStore(kind).columns(), condition);
 }
 
 // Steps through every row of `sql` reading each column as the grid would;

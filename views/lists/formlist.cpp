@@ -465,16 +465,10 @@ void FormList::exportCsv(bool withSums) {
         dialogs_->warning(messageTitle(),
                           QStringLiteral("如果您选择的记录比较多,计算速度会比较慢,请耐心等候。"));
     }
-    const QString path =
-        files_->getSaveFileName(QStringLiteral("请选择要生成的文件名"),
-                                QStringLiteral("output-") + kind_.noun + QStringLiteral(".csv"),
-                                QStringLiteral("csv文件 (*.csv)"));
-    if (path.isEmpty()) return;
-    RecordsetPtr rows = store_.ticked();
-    if (!rows) {
-        info(store_.ErrMsg());
-        return;
-    }
+    QString path;
+    RecordsetPtr rows =
+        tickedForExport(QStringLiteral(".csv"), QStringLiteral("csv文件 (*.csv)"), &path);
+    if (!rows) return;
     std::unique_ptr<QProgressDialog> progress;
     const ExportProgress step = progressFor(rows->RecordCount(), progress);
     RowTail tail;
@@ -500,21 +494,25 @@ void FormList::exportCsv(bool withSums) {
 }
 
 void FormList::exportHtml() {
-    const QString path =
-        files_->getSaveFileName(QStringLiteral("请选择要生成的文件名"),
-                                QStringLiteral("output-") + kind_.noun + QStringLiteral(".html"),
-                                QStringLiteral("HTML文件 (*.html *.htm)"));
-    if (path.isEmpty()) return;
-    RecordsetPtr rows = store_.ticked();
-    if (!rows) {
-        info(store_.ErrMsg());
-        return;
-    }
+    QString path;
+    RecordsetPtr rows =
+        tickedForExport(QStringLiteral(".html"), QStringLiteral("HTML文件 (*.html *.htm)"), &path);
+    if (!rows) return;
     std::unique_ptr<QProgressDialog> progress;
     QString error;
     if (!writeHtml(path, QStringLiteral("选定的") + kind_.noun, exportColumns(kind_, false), *rows,
                    progressFor(rows->RecordCount(), progress), &error))
         info(error);
+}
+
+RecordsetPtr FormList::tickedForExport(const QString& suffix, const QString& filter,
+                                       QString* path) {
+    *path = files_->getSaveFileName(QStringLiteral("请选择要生成的文件名"),
+                                    QStringLiteral("output-") + kind_.noun + suffix, filter);
+    if (path->isEmpty()) return nullptr;
+    RecordsetPtr rows = store_.ticked();
+    if (!rows) info(store_.ErrMsg());
+    return rows;
 }
 
 ExportProgress FormList::progressFor(int total, std::unique_ptr<QProgressDialog>& dialog) {

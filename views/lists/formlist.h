@@ -103,6 +103,9 @@ private:
     void showRelated();
     void printLabels();
     void exportReport();
+    // Asks for the file name (the offered one ends in `suffix`), then reads the
+    // ticked rows; null when the user cancelled or the rows could not be read.
+    RecordsetPtr tickedForExport(const QString& suffix, const QString& filter, QString* path);
     // A cancellable progress dialog, held in `dialog`, for exports of many
     // records; null (no progress shown) for few.
     ExportProgress progressFor(int total, std::unique_ptr<QProgressDialog>& dialog);
