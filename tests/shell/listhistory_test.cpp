@@ -68,6 +68,7 @@ void ListHistoryTest::backAndForwardRestoreListConditionAndSort() {
     testsupport::typeText(child<QLineEdit>(*accounts, "txt_search"), QStringLiteral("科技"));
     accounts->searchNow();
     const QString search = accounts->condition();
+    child<QLineEdit>(*accounts, "txt_search")->setText(QString());  // not searched: no change
 
     main.Toolbar1ButtonClick(QStringLiteral("back"));
     QCOMPARE(main.currentPageCode(), page::ContactList);
@@ -77,6 +78,7 @@ void ListHistoryTest::backAndForwardRestoreListConditionAndSort() {
     main.Toolbar1ButtonClick(QStringLiteral("forward"));
     QCOMPARE(main.currentPageCode(), page::AccountList);
     QCOMPARE(accounts->condition(), search);
+    QCOMPARE(child<QLineEdit>(*accounts, "txt_search")->text(), QStringLiteral("科技"));
     Clock::reset();
 }
 

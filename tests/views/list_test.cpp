@@ -119,6 +119,7 @@ private slots:
     void labelsOfTheTickedContactsFillSheets();
     void emailWindowSendsToTheTickedAndStampsThem();
     void gridModelIsConsistent();
+    void unsavedEditIsAskedAboutBeforeLeaving();
 
 private:
     FormList& open(int number, const QString& condition = QString()) {
@@ -652,6 +653,28 @@ void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
         (QSet<QString>{QStringLiteral("second@example.com"), QStringLiteral("user1@example.com")}));
     QCOMPARE(idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_sendmail=1")),
              (QSet<qint64>{1, 2}));
+}
+
+void ListTest::unsavedEditIsAskedAboutBeforeLeaving() {
+    FormList& form = open(listno::Contacts);
+    QTreeWidgetItem* shanghai =
+        form.panel()->entry(QStringLiteral("province"), QStringLiteral("上海"));
+    setUnsaved(UnsavedModule::Account, true);
+    dialogs_->answers = {false, false};
+    form.panel()->itemClicked(shanghai, 0);
+    testsupport::click(form, "cmd_add");
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
+    QCOMPARE(dialogs_->shown.size(), 2);
+    QCOMPARE(form.condition(), QString());
+    QVERIFY(opened_.isEmpty());
+    QVERIFY(isUnsaved(UnsavedModule::Account));
+    dialogs_->answers = {true};
+    form.panel()->itemClicked(shanghai, 0);
+    QCOMPARE(form.condition(), QStringLiteral(" WHERE con_province='上海'"));
+    QVERIFY(!anyUnsaved());
+    testsupport::click(form, "cmd_add");
+    QCOMPARE(dialogs_->shown.size(), 3);
+    QCOMPARE(opened_, QStringList{QStringLiteral("23:  WHERE con_id = -1")});
 }
 
 QTEST_MAIN(ListTest)

@@ -22,11 +22,8 @@ QString describeWhere(const ListKind& kind, const QString& where) {
     const QString w = where.trimmed();
     if (w.isEmpty()) return QStringLiteral("全部") + kind.noun;
     QRegularExpressionMatch m;
-    static const QRegularExpression search(
-        QStringLiteral("^WHERE\\s+(\\w+) LIKE '%(.*?)%'( OR|$)"));
-    if ((m = search.match(w)).hasMatch() && !kind.searchColumns.isEmpty() &&
-        m.captured(1) == kind.searchColumns.first())
-        return QStringLiteral("搜索：") + unquote(m.captured(2));
+    if (const QString text = searchTextOf(kind, w); !text.isEmpty())
+        return QStringLiteral("搜索：") + text;
     static const QRegularExpression birthday(QStringLiteral("^WHERE \\(con_birthday<>"));
     if (birthday.match(w).hasMatch()) return QStringLiteral("今天过生日的联系人");
     static const QRegularExpression joined(QStringLiteral(
@@ -64,6 +61,16 @@ QString describeWhere(const ListKind& kind, const QString& where) {
 }
 
 }  // namespace
+
+QString searchTextOf(const ListKind& kind, const QString& condition) {
+    static const QRegularExpression search(
+        QStringLiteral("^\\s*WHERE\\s+(\\w+) LIKE '%(.*?)%'( OR|$)"));
+    const QRegularExpressionMatch m = search.match(splitCondition(condition).where);
+    if (!m.hasMatch() || kind.searchColumns.isEmpty() ||
+        m.captured(1) != kind.searchColumns.first())
+        return QString();
+    return unquote(m.captured(2));
+}
 
 QString describeCondition(const ListKind& kind, const QString& condition,
                           const std::function<QString(const QString&)>& caption) {

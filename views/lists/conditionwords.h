@@ -14,4 +14,8 @@ namespace tarvel::lists {
 QString describeCondition(const ListKind& kind, const QString& condition,
                           const std::function<QString(const QString&)>& caption = nullptr);
 
+// The text a search condition of the kind looks for; empty for any other
+// condition.
+QString searchTextOf(const ListKind& kind, const QString& condition);
+
 }  // namespace tarvel::lists

@@ -256,6 +256,8 @@ void FormList::buildFooter(QVBoxLayout* layout) {
 
 void FormList::fill(const PageRequest& request) {
     showCondition(request.condition);
+    // Back and forward bring a search back with its text.
+    search_->setText(searchTextOf(kind_, request.condition));
     // The counts are not needed for the first paint of the grid.
     QTimer::singleShot(0, this, &FormList::recount);
 }
