@@ -21,6 +21,8 @@
 #include "views/formschstat.h"
 #include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
+#include "views/lists/formemail.h"
+#include "views/lists/formlist.h"
 
 namespace tarvel {
 
@@ -151,6 +153,11 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
         calendar->setDialogs(dialogs_);
     if (auto* task = qobject_cast<FormSchDetail*>(pages_.value(page::TaskDetail)))
         task->setDialogs(dialogs_);
+    for (PageWidget* page : std::as_const(pages_))
+        if (auto* list = qobject_cast<lists::FormList*>(page))
+            list->setDialogs(dialogs_);
+        else if (auto* email = qobject_cast<lists::FormEmail*>(page))
+            email->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -237,6 +244,25 @@ PageWidget* TarvelMain::createHomePage() {
     auto* home = new FormHome(today_);
     home->setPageSwitch(pageSwitch());
     return home;
+}
+
+PageWidget* TarvelMain::createListPage(qint16 code) {
+    if (code == page::Email) {
+        auto* email = new lists::FormEmail;
+        email->setDialogs(dialogs_);
+        email->setShellOpener(opener_);
+        return email;
+    }
+    const lists::ListKind* kind = lists::listKindForPage(code);
+    if (!kind) return nullptr;
+    auto* form = new lists::FormList(*kind);
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    form->setHistoryUpdate([this](const QString& condition) {
+        history_.setC_StrCondition(condition);
+        history_.Update();
+    });
+    return form;
 }
 
 PageWidget* TarvelMain::createStatisticsPage() {
@@ -358,6 +384,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
         if (!page && code == page::Schedule) page = createCalendarPage();
         if (!page && code == page::TaskDetail) page = createTaskPage();
+        if (!page) page = createListPage(code);
         if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));
         page->setWindowTitle(caption);

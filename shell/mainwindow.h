@@ -131,6 +131,8 @@ private:
     PageWidget* createStatisticsPage();
     PageWidget* createCalendarPage();
     PageWidget* createTaskPage();
+    // The record lists and the e-mail window; null for other codes.
+    PageWidget* createListPage(qint16 code);
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.

@@ -1,0 +1,684 @@
+// The record list screens over a data file of generated records: category
+// conditions, search as you type, ticks through the stored tables, the sort
+// and its memo refusal, saved widths, the bulk operations (refusal, delete,
+// CSV and HTML read back by python3) and the grid model's consistency.
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPdfWriter>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+#include <QUrlQuery>
+#include <QtTest>
+
+#include "custom/fsettings.h"
+#include "store/clock.h"
+#include "tests/support/tempdatafile.h"
+#include "tests/views/helpers.h"
+#include "tests/views/listrecords.h"
+#include "views/lists/addresslabels.h"
+#include "views/lists/categorypanel.h"
+#include "views/lists/conditionwords.h"
+#include "views/lists/formemail.h"
+#include "views/lists/formlist.h"
+#include "views/lists/listsql.h"
+#include "views/lists/mailing.h"
+#include "views/common/filedialogs.h"
+#include "views/lists/tickmodel.h"
+#include "views/unsaved.h"
+
+using namespace tarvel;
+using namespace tarvel::lists;
+using tarvel::testsupport::at;
+using tarvel::testsupport::child;
+using tarvel::testsupport::firstValue;
+using tarvel::testsupport::run;
+using tarvel::testsupport::ScriptedDialogs;
+
+namespace {
+
+class ScriptedFiles : public FileDialogs {
+public:
+    QString getOpenFileName(const QString&, const QString&, const QString&) override {
+        return QString();
+    }
+    QString getSaveFileName(const QString& caption, const QString& proposed,
+                            const QString&) override {
+        asked << caption + QLatin1Char('|') + proposed;
+        return answer;
+    }
+    QString answer;
+    QStringList asked;
+};
+
+QSet<qint64> idsOf(const QString& sql) {
+    tarveldatabase db;
+    QSet<qint64> out;
+    RecordsetPtr rs = db.GetReadRs(sql);
+    for (; rs && !rs->Eof(); rs->MoveNext()) out << rs->value(0).toLongLong();
+    return out;
+}
+
+QSet<qint64> shownIds(const FormList& form) {
+    QSet<qint64> out;
+    for (int r = 0; r < form.gridModel()->rowCount(); ++r) out << form.gridModel()->idAt(r);
+    return out;
+}
+
+// Runs python3 on `script` with the file as argument; its standard output.
+QString python(const QString& script, const QString& file) {
+    QProcess p;
+    p.start(QStringLiteral("python3"), {QStringLiteral("-c"), script, file});
+    if (!p.waitForFinished(30000) || p.exitCode() != 0)
+        qFatal("python3 failed: %s", p.readAllStandardError().constData());
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+}  // namespace
+
+class ListTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        Clock::setFixed(at(2024, 5, 20, 10));
+        clearUnsaved();
+        file_ = std::make_unique<tarvel::testing::TempDataFile>();
+        testsupport::fillListRecords({40, 300, 60, 30, 20});
+        loadProgramFieldSettings();
+        dialogs_ = std::make_shared<ScriptedDialogs>();
+        files_ = std::make_shared<ScriptedFiles>();
+        opened_.clear();
+        history_.clear();
+    }
+    void cleanup() {
+        form_.reset();
+        file_.reset();
+        Clock::reset();
+    }
+
+    void categoryConditions_data();
+    void categoryConditions();
+    void searchShowsExactlyTheMatchingRows();
+    void ticksGoThroughTheTables();
+    void sortAlternatesAndRefusesTheMemo();
+    void savedWidthIsUsedByTheNextList();
+    void everyBulkOperationRefusesWithoutTicks_data();
+    void everyBulkOperationRefusesWithoutTicks();
+    void deleteLeavesNoLinkRows();
+    void csvReadsBackWithQuotesCommasBreaksAndChinese();
+    void expenseTableAddsTheSums();
+    void htmlHoldsEveryCaptionedField();
+    void relatedOpensTheOpportunitiesOfTheTicked();
+    void conditionInWords_data();
+    void conditionInWords();
+    void mailtoLinksStayShortAndCarryEveryAddress();
+    void labelsOfTheTickedContactsFillSheets();
+    void emailWindowSendsToTheTickedAndStampsThem();
+    void gridModelIsConsistent();
+    void unsavedEditIsAskedAboutBeforeLeaving();
+
+private:
+    FormList& open(int number, const QString& condition = QString()) {
+        form_ = std::make_unique<FormList>(listKind(number));
+        form_->setDialogs(dialogs_);
+        form_->setFileDialogs(files_);
+        form_->setPageSwitch([this](qint16 page, const QString& condition, qint32) {
+            opened_ << QStringLiteral("%1:%2").arg(page).arg(condition);
+        });
+        form_->setHistoryUpdate([this](const QString& c) { history_ << c; });
+        form_->resize(1100, 700);
+        PageRequest request;
+        request.page = listKind(number).page;
+        request.condition = condition;
+        form_->fill(request);
+        QCoreApplication::processEvents();
+        return *form_;
+    }
+    void tick(const QList<qint64>& ids) {
+        for (qint64 id : ids)
+            for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
+                if (form_->gridModel()->idAt(r) == id)
+                    QVERIFY(form_->gridModel()->setData(form_->gridModel()->index(r, 0),
+                                                        Qt::Checked, Qt::CheckStateRole));
+    }
+
+    std::unique_ptr<tarvel::testing::TempDataFile> file_;
+    std::unique_ptr<FormList> form_;
+    std::shared_ptr<ScriptedDialogs> dialogs_;
+    std::shared_ptr<ScriptedFiles> files_;
+    QStringList opened_;
+    QStringList history_;
+};
+
+void ListTest::categoryConditions_data() {
+    QTest::addColumn<int>("list");
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("condition");
+    const int con = listno::Contacts;
+    QTest::newRow("all") << con << "all"
+                         << ""
+                         << "";
+    QTest::newRow("has opportunities")
+        << con << "opportunity"
+        << "有"
+        << " WHERE con_id IN (SELECT DISTINCT con_id FROM opportunities_contacts)";
+    QTest::newRow("has none")
+        << con << "opportunity"
+        << "无"
+        << " WHERE con_id NOT IN (SELECT DISTINCT con_id FROM opportunities_contacts)";
+    QTest::newRow("importance") << con << "important"
+                                << "重要"
+                                << " WHERE con_important='重要'";
+    QTest::newRow("account type") << con << "acctype"
+                                  << "客户"
+                                  << " WHERE acc_type='客户'";
+    QTest::newRow("relation") << con << "relation"
+                              << "朋友"
+                              << " WHERE con_relation='朋友'";
+    QTest::newRow("industry") << con << "industry"
+                              << "教育/培训"
+                              << " WHERE acc_industry='教育/培训'";
+    QTest::newRow("province, quote doubled") << con << "province"
+                                             << "O'Neil省"
+                                             << " WHERE con_province='O''Neil省'";
+    QTest::newRow("tag as substring") << con << "tag"
+                                      << "VIP"
+                                      << " WHERE con_tag Like  '%VIP%' ";
+    QTest::newRow("no account") << con << "account"
+                                << ""
+                                << " WHERE acc_name IS NULL";
+    QTest::newRow("birthday") << con << "birthday"
+                              << ""
+                              << " WHERE (con_birthday<> # 1900-1-1# AND month(con_birthday)= 5 "
+                                 "AND day(con_birthday)= 20)";
+    QTest::newRow("account importance") << int(listno::Accounts) << "important"
+                                        << "一般"
+                                        << " WHERE acc_important='一般'";
+    QTest::newRow("account without opportunity")
+        << int(listno::Accounts) << "opportunity"
+        << "无"
+        << " WHERE acc_id NOT IN (SELECT DISTINCT acc_id FROM opportunities_accounts)";
+    QTest::newRow("opportunity probability") << int(listno::Opportunities) << "probability"
+                                             << "30"
+                                             << " WHERE opp_succeed_probability=30";
+    QTest::newRow("document tag") << int(listno::Documents) << "tag"
+                                  << "展会"
+                                  << " WHERE doc_tag='展会'";
+}
+
+void ListTest::categoryConditions() {
+    QFETCH(int, list);
+    QFETCH(QString, group);
+    QFETCH(QString, label);
+    QFETCH(QString, condition);
+    run(QStringLiteral("UPDATE contacts SET con_province='O''Neil省' WHERE con_id=5"));
+    run(QStringLiteral("UPDATE contacts SET con_birthday=#1980-5-20# WHERE con_id<=3"));
+    run(
+        QStringLiteral("INSERT INTO options (opt_object, opt_name, opt_description) "
+                       "VALUES ('opp','probability','30')"));
+    FormList& form = open(list);
+    QTreeWidgetItem* item = form.panel()->entry(group, label);
+    QVERIFY2(item, qPrintable(group + QLatin1Char(':') + label));
+    form.panel()->itemClicked(item, 0);
+    QCOMPARE(form.condition(), condition);
+    const ListKind& kind = listKind(list);
+    // The grid holds what the condition selects, and the panel's count says as much.
+    const QSet<qint64> expected =
+        idsOf(QStringLiteral("SELECT ") + kind.key + QStringLiteral(" FROM ") + kind.source +
+              QLatin1Char(' ') + condition);
+    QCOMPARE(shownIds(form), expected);
+    if (item->parent())
+        QVERIFY2(item->text(0).contains(QStringLiteral("（%1）").arg(expected.size())),
+                 qPrintable(item->text(0)));
+    QCOMPARE(history_.value(history_.size() - 1), condition);
+}
+
+void ListTest::searchShowsExactlyTheMatchingRows() {
+    run(QStringLiteral("UPDATE contacts SET con_nickname='小''王' WHERE con_id=9"));
+    FormList& form = open(listno::Contacts);
+    const ListKind& kind = form.kind();
+    // Every contact's search columns, filtered here as LIKE '%text%' would.
+    QHash<qint64, QStringList> texts;
+    {
+        tarveldatabase db;
+        RecordsetPtr rs = db.GetReadRs(QStringLiteral("SELECT con_id, ") +
+                                       kind.searchColumns.join(QLatin1Char(',')) +
+                                       QStringLiteral(" FROM que_contacts_accounts"));
+        for (; !rs->Eof(); rs->MoveNext())
+            for (int c = 1; c < rs->FieldCount(); ++c)
+                texts[rs->value(0).toLongLong()] << rs->value(c).toString();
+    }
+    QStringList probes = {QStringLiteral("王"),    QStringLiteral("'王"),
+                          QStringLiteral("小'王"), QStringLiteral("example.com"),
+                          QStringLiteral("科技"),  QStringLiteral("无此人")};
+    QRandomGenerator random(11);
+    const QList<QStringList> all = texts.values();
+    while (probes.size() < 20) {
+        const QStringList& row = all[int(random.bounded(quint32(all.size())))];
+        const QString field = row[int(random.bounded(quint32(row.size())))];
+        if (field.size() < 2) continue;
+        const int from = int(random.bounded(quint32(field.size() - 1)));
+        probes << field.mid(from,
+                            1 + int(random.bounded(quint32(qMin(3, int(field.size()) - from)))));
+    }
+    auto* box = child<QLineEdit>(form, "txt_search");
+    for (const QString& probe : probes) {
+        box->clear();
+        testsupport::typeText(box, probe);
+        // Typing alone brings the list after the pause.
+        QTRY_COMPARE(form.condition(), searchCondition(listno::Contacts, probe));
+        QSet<qint64> expected;
+        for (auto it = texts.cbegin(); it != texts.cend(); ++it)
+            for (const QString& t : it.value())
+                if (t.contains(probe, Qt::CaseInsensitive)) expected << it.key();
+        QCOMPARE(shownIds(form), expected);
+    }
+    box->clear();
+    form.searchNow();
+    QCOMPARE(form.gridModel()->rowCount(), 300);
+}
+
+void ListTest::ticksGoThroughTheTables() {
+    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_province='北京'"));
+    const auto ticked = [] {
+        return idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_check=true"));
+    };
+    const QSet<qint64> beijing =
+        idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_province='北京'"));
+    QVERIFY(beijing.size() > 5);
+    const qint64 first = form.gridModel()->idAt(0);
+    tick({first});
+    QCOMPARE(ticked(), QSet<qint64>{first});
+    child<QCheckBox>(form, "chk_select")->click();
+    QCOMPARE(ticked(), beijing);
+    child<QCheckBox>(form, "chk_select")->click();
+    QCOMPARE(ticked(), QSet<qint64>());
+    tick({first});
+    testsupport::click(form, "cmd_invert");
+    QCOMPARE(ticked(), beijing - QSet<qint64>{first});
+    for (int r = 0; r < form.gridModel()->rowCount(); ++r)
+        QCOMPARE(form.gridModel()->isTicked(r), form.gridModel()->idAt(r) != first);
+    // Account columns take part in the condition of the contacts list too.
+    run(clearChecksSql(listno::Contacts));
+    open(listno::Contacts, QStringLiteral(" WHERE acc_name IS NULL"));
+    child<QCheckBox>(*form_, "chk_select")->click();
+    QCOMPARE(
+        ticked(),
+        idsOf(QStringLiteral("SELECT con_id FROM que_contacts_accounts WHERE acc_name IS NULL")));
+}
+
+void ListTest::sortAlternatesAndRefusesTheMemo() {
+    FormList& form = open(listno::Contacts);
+    auto* grid = child<QTableView>(form, "dg_listall");
+    int nameColumn = -1, memoColumn = -1;
+    for (int c = 0; c < form.gridModel()->columnCount(); ++c) {
+        const QString caption = form.gridModel()->headerData(c, Qt::Horizontal).toString();
+        if (caption == QStringLiteral("姓名")) nameColumn = c;
+        if (caption == QStringLiteral("描述")) memoColumn = c;
+    }
+    QVERIFY(nameColumn > 0 && memoColumn > 0);
+    grid->horizontalHeader()->sectionClicked(nameColumn);
+    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname ASC"));
+    const QString firstAsc = form.gridModel()->index(0, nameColumn).data().toString();
+    grid->horizontalHeader()->sectionClicked(nameColumn);
+    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname DESC"));
+    QVERIFY(form.gridModel()->index(0, nameColumn).data().toString() > firstAsc);
+    dialogs_->shown.clear();
+    grid->horizontalHeader()->sectionClicked(memoColumn);
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("描述字段内容较多不能排序！"));
+    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname DESC"));
+    // A sort keeps the category and the description says both.
+    form.panel()->itemClicked(
+        form.panel()->entry(QStringLiteral("province"), QStringLiteral("上海")), 0);
+    grid->horizontalHeader()->sectionClicked(nameColumn);
+    QCOMPARE(form.condition(),
+             QStringLiteral(" WHERE con_province='上海' ORDER BY con_lastname ASC"));
+    QCOMPARE(child<QLabel>(form, "lbl_condition")->text(),
+             QStringLiteral("地区：上海，按“姓名”升序"));
+}
+
+void ListTest::savedWidthIsUsedByTheNextList() {
+    FormList& form = open(listno::Accounts);
+    auto* grid = child<QTableView>(form, "dg_listall");
+    int column = -1;
+    for (int c = 0; c < form.gridModel()->columnCount(); ++c)
+        if (form.gridModel()->headerData(c, Qt::Horizontal).toString() == QStringLiteral("电话"))
+            column = c;
+    QVERIFY(column > 0);
+    grid->horizontalHeader()->resizeSection(column, 233);
+    QTRY_COMPARE(
+        firstValue(
+            QStringLiteral(
+                "SELECT fie_width FROM fields WHERE fie_type=2 AND fie_name='acc_telephone'"))
+            .toInt(),
+        233);
+    FormList& next = open(listno::Accounts);
+    QCOMPARE(child<QTableView>(next, "dg_listall")->horizontalHeader()->sectionSize(column), 233);
+}
+
+void ListTest::everyBulkOperationRefusesWithoutTicks_data() {
+    QTest::addColumn<int>("list");
+    for (int list = 0; list <= listno::Documents; ++list)
+        QTest::addRow("%s", qPrintable(listKind(list).formName)) << list;
+}
+
+void ListTest::everyBulkOperationRefusesWithoutTicks() {
+    QFETCH(int, list);
+    FormList& form = open(list);
+    auto* box = child<QComboBox>(form, "cbo_operation");
+    QCOMPARE(box->itemText(0), QStringLiteral("更多功能(对选择的记录)"));
+    for (int i = 1; i < box->count(); ++i) {
+        if (box->itemText(i) == QStringLiteral("-----")) continue;
+        dialogs_->shown.clear();
+        box->activated(i);
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QCOMPARE(dialogs_->lastText(), noTicksMessage());
+        QCOMPARE(box->currentIndex(), 0);
+    }
+    QVERIFY(opened_.isEmpty());
+    QVERIFY(files_->asked.isEmpty());
+}
+
+void ListTest::deleteLeavesNoLinkRows() {
+    FormList& form = open(listno::Contacts);
+    const QList<qint64> doomed = {3, 6, 9};
+    run(QStringLiteral("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 4)"));
+    run(QStringLiteral("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (1, 6)"));
+    tick(doomed);
+    dialogs_->answers = {false};
+    form.runOperation(QStringLiteral("删除选定记录"));
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("您确定要删除选定的记录吗?"));
+    QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts")).toInt(), 300);
+    dialogs_->answers = {true};
+    form.runOperation(QStringLiteral("删除选定记录"));
+    QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts")).toInt(), 297);
+    QCOMPARE(form.gridModel()->rowCount(), 297);
+    for (const char* link :
+         {"accounts_contacts", "opportunities_contacts", "contacts_tasks", "contacts_documents"})
+        QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE con_id IN (3,6,9)")
+                                .arg(QLatin1String(link)))
+                     .toInt(),
+                 0);
+    QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts_contacts WHERE con_id1=3 "
+                                       "OR con_id2=3"))
+                 .toInt(),
+             0);
+    // The panel's counts follow.
+    QTreeWidgetItem* none = form.panel()->entry(QStringLiteral("account"), QString());
+    QVERIFY(none->text(0).contains(QStringLiteral("（%1）").arg(
+        idsOf(QStringLiteral("SELECT con_id FROM que_contacts_accounts WHERE acc_name IS NULL"))
+            .size())));
+}
+
+void ListTest::csvReadsBackWithQuotesCommasBreaksAndChinese() {
+    run(
+        QStringLiteral("UPDATE contacts SET con_lastname='say \"hi\", 王' , "
+                       "con_description='第一行\r\n第二行' WHERE con_id=1"));
+    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id<=3"));
+    child<QCheckBox>(form, "chk_select")->click();
+    QTemporaryDir dir;
+    files_->answer = dir.filePath(QStringLiteral("out.csv"));
+    form.runOperation(QStringLiteral("导出到Excel/CSV表"));
+    QCOMPARE(files_->asked.value(0).section(QLatin1Char('|'), 0, 0),
+             QStringLiteral("请选择要生成的文件名"));
+    QFile raw(files_->answer);
+    QVERIFY(raw.open(QIODevice::ReadOnly));
+    QVERIFY(raw.read(3) == QByteArray("\xEF\xBB\xBF"));
+    const QString out = python(
+        QStringLiteral("import csv,sys,json\n"
+                       "rows=list(csv.reader(open(sys.argv[1],encoding='utf-8-sig',newline='')))\n"
+                       "print(json.dumps(rows,ensure_ascii=False))"),
+        files_->answer);
+    const QJsonArray rows = QJsonDocument::fromJson(out.toUtf8()).array();
+    QCOMPARE(rows.size(), 4);
+    const QJsonArray header = rows[0].toArray();
+    QCOMPARE(header[0].toString(), QStringLiteral("姓名"));
+    const int memo = header.toVariantList().indexOf(QStringLiteral("描述"));
+    QVERIFY(memo > 0);
+    bool found = false;
+    for (int r = 1; r < rows.size(); ++r) {
+        const QJsonArray row = rows[r].toArray();
+        QCOMPARE(row.size(), header.size());
+        if (row[0].toString() != QStringLiteral("say \"hi\", 王")) continue;
+        found = true;
+        QCOMPARE(row[memo].toString(), QStringLiteral("第一行\r\n第二行"));
+        const int date = header.toVariantList().indexOf(QStringLiteral("最近联系日期"));
+        QVERIFY(QRegularExpression(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d$"))
+                    .match(row[date].toString())
+                    .hasMatch());
+    }
+    QVERIFY(found);
+}
+
+void ListTest::expenseTableAddsTheSums() {
+    run(QStringLiteral("DELETE * FROM opportunities_contacts"));
+    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (2, 1)"));
+    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (2, 2)"));
+    run(QStringLiteral("UPDATE tasks SET tas_outlay=150 WHERE tas_id=1"));
+    run(QStringLiteral("UPDATE tasks SET tas_outlay=50 WHERE tas_id=2"));
+    run(
+        QStringLiteral("UPDATE opportunities SET opp_estimate_sale=1000, opp_sale=2, "
+                       "opp_succeed_probability=40 WHERE opp_id=1"));
+    run(QStringLiteral("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (1, 2)"));
+    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id=2"));
+    child<QCheckBox>(form, "chk_select")->click();
+    QTemporaryDir dir;
+    files_->answer = dir.filePath(QStringLiteral("sums.csv"));
+    form.runOperation(QStringLiteral("导出预计收益/费用统计表"));
+    const QString out = python(
+        QStringLiteral("import csv,sys\n"
+                       "rows=list(csv.reader(open(sys.argv[1],encoding='utf-8-sig',newline=''),"
+                       "skipinitialspace=True))\n"
+                       "print(rows[0][-3].strip());print('|'.join(rows[1][-3:]))"),
+        files_->answer);
+    QCOMPARE(out, QStringLiteral("总费用(日程活动)\n200|2000|800\n"));
+}
+
+void ListTest::htmlHoldsEveryCaptionedField() {
+    run(QStringLiteral("UPDATE accounts SET acc_name='<A&B> 公司' WHERE acc_id=4"));
+    FormList& form = open(listno::Accounts, QStringLiteral(" WHERE acc_id=4"));
+    child<QCheckBox>(form, "chk_select")->click();
+    QTemporaryDir dir;
+    files_->answer = dir.filePath(QStringLiteral("out.html"));
+    form.runOperation(QStringLiteral("导出到HTML/Word文件"));
+    const QString out = python(
+        QStringLiteral(
+            "import sys\nfrom html.parser import HTMLParser\n"
+            "class P(HTMLParser):\n"
+            "  def __init__(s):\n    super().__init__();s.cells=[]\n"
+            "  def handle_data(s,d):\n    s.cells.append(d)\n"
+            "p=P();p.feed(open(sys.argv[1],encoding='utf-8').read());print('|'.join(p.cells))"),
+        files_->answer);
+    QVERIFY2(out.contains(QStringLiteral("客户/单位名称|<A&B> 公司")), qPrintable(out));
+    // Hidden list fields are captioned fields too.
+    QVERIFY(out.contains(QStringLiteral("邮编|")));
+}
+
+void ListTest::relatedOpensTheOpportunitiesOfTheTicked() {
+    FormList& form = open(listno::Contacts);
+    tick({4});
+    form.runOperation(QStringLiteral("查看相关"));
+    const QString condition = QStringLiteral(
+        "WHERE opp_id IN (SELECT DISTINCT opportunities_contacts.opp_id  FROM "
+        "opportunities_contacts LEFT Join contacts ON "
+        "opportunities_contacts.con_id  = contacts.con_id  WHERE  "
+        "contacts.con_check = true)");
+    QCOMPARE(opened_, QStringList{QStringLiteral("3:") + condition});
+    FormList& opportunities = open(listno::Opportunities, condition);
+    QCOMPARE(shownIds(opportunities),
+             idsOf(QStringLiteral("SELECT opp_id FROM opportunities_contacts WHERE con_id=4")));
+    QCOMPARE(child<QLabel>(opportunities, "lbl_condition")->text(),
+             QStringLiteral("与勾选的联系人相关的项目机会"));
+}
+
+void ListTest::conditionInWords_data() {
+    QTest::addColumn<int>("list");
+    QTest::addColumn<QString>("condition");
+    QTest::addColumn<QString>("words");
+    const int con = listno::Contacts;
+    QTest::newRow("none") << con << ""
+                          << "全部联系人";
+    QTest::newRow("search") << con << searchCondition(con, QStringLiteral("王'五"))
+                            << "搜索：王'五";
+    QTest::newRow("account search")
+        << int(listno::Accounts) << searchCondition(listno::Accounts, QStringLiteral("科技"))
+        << "搜索：科技";
+    QTest::newRow("province") << con << " WHERE con_province='北京'"
+                              << "地区：北京";
+    QTest::newRow("tag") << con << " WHERE con_tag Like  '%VIP%' "
+                         << "标签：VIP";
+    QTest::newRow("empty importance") << con << " WHERE (con_important='' OR con_important IS NULL)"
+                                      << "重要性：（未填）";
+    QTest::newRow("no account") << con << " WHERE acc_name IS NULL"
+                                << "没有所属单位的联系人";
+    QTest::newRow("account") << con << " WHERE acc_name='天成'"
+                             << "客户单位：天成";
+    QTest::newRow("new record") << con << "  WHERE con_id = -1"
+                                << "新联系人";
+    QTest::newRow("one task") << int(listno::Tasks) << "WHERE tas_id= 12"
+                              << "编号为12的日程安排";
+    QTest::newRow("in opportunities")
+        << con << " WHERE con_id IN (SELECT DISTINCT con_id FROM opportunities_contacts)"
+        << "有项目机会的联系人";
+    QTest::newRow("sorted") << con << " ORDER BY con_lastname DESC"
+                            << "全部联系人，按“con_lastname”降序";
+    QTest::newRow("unknown") << con << "WHERE con_sendmail=1 AND con_id>4"
+                             << "按条件筛选的联系人";
+}
+
+void ListTest::conditionInWords() {
+    QFETCH(int, list);
+    QFETCH(QString, condition);
+    QFETCH(QString, words);
+    QCOMPARE(describeCondition(listKind(list), condition), words);
+}
+
+void ListTest::gridModelIsConsistent() {
+    FormList& form = open(listno::Contacts);
+    QAbstractItemModelTester tester(form.gridModel(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    tick({1, 2});
+    form.panel()->itemClicked(form.panel()->entry(QStringLiteral("tag"), QStringLiteral("VIP")), 0);
+    child<QCheckBox>(form, "chk_select")->click();
+    form.refresh();
+    QVERIFY(form.gridModel()->rowCount() > 0);
+    QCOMPARE(form.gridModel()->index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+}
+
+void ListTest::mailtoLinksStayShortAndCarryEveryAddress() {
+    QStringList addresses;
+    for (int i = 0; i < 300; ++i) addresses << QStringLiteral("person.%1@example.com").arg(i);
+    const QString body = QStringLiteral("您好，\n这是通知 & 说明");
+    const QList<QUrl> links = mailtoLinks(addresses, QStringLiteral("会议 #3"), body, 2000);
+    QVERIFY(links.size() > 1);
+    QStringList carried;
+    for (const QUrl& link : links) {
+        QVERIFY(link.toString(QUrl::FullyEncoded).size() <= 2000);
+        QCOMPARE(link.scheme(), QStringLiteral("mailto"));
+        const QUrlQuery query(link);
+        QCOMPARE(query.queryItemValue(QStringLiteral("subject"), QUrl::FullyDecoded),
+                 QStringLiteral("会议 #3"));
+        QCOMPARE(query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded),
+                 QStringLiteral("您好，\r\n这是通知 & 说明"));
+        carried << query.queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded)
+                       .split(QLatin1Char(','));
+    }
+    QCOMPARE(carried, addresses);
+}
+
+void ListTest::labelsOfTheTickedContactsFillSheets() {
+    run(QStringLiteral(
+        "UPDATE contacts SET con_lastname='刘一', con_department_title='采购部', "
+        "con_address_family='家里路1号', con_postcode_family='100001' WHERE con_id=7"));
+    run(QStringLiteral("UPDATE contacts SET con_lastname='刘二' WHERE con_id=8"));
+    FormList& form = open(listno::Contacts);
+    QList<AddressLabel> shown;
+    form.setLabelPreview([&shown](const QList<AddressLabel>& labels) { shown = labels; });
+    tick({7, 8});
+    form.runOperation(QStringLiteral("打印标签"));
+    QCOMPARE(dialogs_->lastText(),
+             QStringLiteral("这个功能是打印您选择的联系人的标签，以便批量发送信函。"));
+    QCOMPARE(shown.size(), 2);
+    // Contact 7 has no account (every seventh is left without), so its home address is used.
+    QCOMPARE(labelLines(shown[0]),
+             (QStringList{QStringLiteral("100001"), QStringLiteral("家里路1号"),
+                          QStringLiteral("刘一（采购部） 收")}));
+    const QStringList second = labelLines(shown[1]);
+    QVERIFY(second.last().startsWith(QStringLiteral("刘二（")));
+    QCOMPARE(second.size(), 3);  // address, account, name: no postcode was generated
+    // A sheet holds 14; 15 labels take two pages.
+    QTemporaryDir dir;
+    QPdfWriter pdf(dir.filePath(QStringLiteral("labels.pdf")));
+    paintLabels(&pdf, QList<AddressLabel>(15, shown[0]));
+    QFile file(dir.filePath(QStringLiteral("labels.pdf")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll().count("/Type /Page\n"), 2);
+}
+
+void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
+    run(
+        QStringLiteral("UPDATE contacts SET con_email=NULL, con_email2='second@example.com' "
+                       "WHERE con_id=2"));
+    run(QStringLiteral("UPDATE contacts SET con_email=NULL WHERE con_id=3"));
+    run(
+        QStringLiteral("UPDATE setting SET set_value='张三 销售部' WHERE set_type='mail' AND "
+                       "set_key='signature'"));
+    FormList& list = open(listno::Contacts);
+    tick({1, 2, 3});
+    list.runOperation(QStringLiteral("群发邮件"));
+    QCOMPARE(opened_, QStringList{QStringLiteral("43: WHERE con_check=true")});
+    FormEmail email;
+    email.setDialogs(dialogs_);
+    auto opener = std::make_shared<testsupport::RecordingOpener>();
+    email.setShellOpener(opener);
+    email.fill(PageRequest{});
+    QCOMPARE(child<QListWidget>(email, "lst_to")->count(), 2);
+    QCOMPARE(child<QListWidget>(email, "lst_noaddress")->count(), 1);
+    QVERIFY(child<QPlainTextEdit>(email, "txt_body")
+                ->toPlainText()
+                .endsWith(QStringLiteral("张三 销售部")));
+    child<QLineEdit>(email, "txt_subject")->setText(QStringLiteral("新品发布"));
+    testsupport::click(email, "cmd_send");
+    QCOMPARE(opener->opened.size(), 1);
+    const QString bcc =
+        QUrlQuery(opener->opened[0]).queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded);
+    const QStringList sentTo = bcc.split(QLatin1Char(','));
+    QCOMPARE(
+        QSet<QString>(sentTo.begin(), sentTo.end()),
+        (QSet<QString>{QStringLiteral("second@example.com"), QStringLiteral("user1@example.com")}));
+    QCOMPARE(idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_sendmail=1")),
+             (QSet<qint64>{1, 2}));
+}
+
+void ListTest::unsavedEditIsAskedAboutBeforeLeaving() {
+    FormList& form = open(listno::Contacts);
+    QTreeWidgetItem* shanghai =
+        form.panel()->entry(QStringLiteral("province"), QStringLiteral("上海"));
+    setUnsaved(UnsavedModule::Account, true);
+    dialogs_->answers = {false, false};
+    form.panel()->itemClicked(shanghai, 0);
+    testsupport::click(form, "cmd_add");
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
+    QCOMPARE(dialogs_->shown.size(), 2);
+    QCOMPARE(form.condition(), QString());
+    QVERIFY(opened_.isEmpty());
+    QVERIFY(isUnsaved(UnsavedModule::Account));
+    dialogs_->answers = {true};
+    form.panel()->itemClicked(shanghai, 0);
+    QCOMPARE(form.condition(), QStringLiteral(" WHERE con_province='上海'"));
+    QVERIFY(!anyUnsaved());
+    testsupport::click(form, "cmd_add");
+    QCOMPARE(dialogs_->shown.size(), 3);
+    QCOMPARE(opened_, QStringList{QStringLiteral("23:  WHERE con_id = -1")});
+}
+
+QTEST_MAIN(ListTest)
+#include "list_test.moc"

@@ -1,0 +1,533 @@
+#include "views/lists/formlist.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTableView>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "custom/fsettings.h"
+#include "store/clock.h"
+#include "views/lists/addresslabels.h"
+#include "views/lists/categorypanel.h"
+#include "views/lists/conditionwords.h"
+#include "views/lists/listexport.h"
+#include "views/lists/listsql.h"
+#include "views/common/filedialogs.h"
+#include "views/lists/tickmodel.h"
+#include "views/recordsetmodel.h"
+#include "views/unsaved.h"
+
+namespace tarvel::lists {
+
+namespace {
+
+const char* const kDelete = "删除选定记录";
+const char* const kMail = "群发邮件";
+const char* const kLabels = "打印标签";
+const char* const kRelated = "查看相关";
+const char* const kReport = "导出到Tarvel报表";
+const char* const kCsv = "导出到Excel/CSV表";
+const char* const kSums = "导出预计收益/费用统计表";
+const char* const kHtml = "导出到HTML/Word文件";
+const char* const kSeparator = "-----";
+
+// Above this many records an export shows its progress and can be cancelled.
+constexpr int kProgressFrom = 300;
+
+QStringList operationsOf(const ListKind& kind) {
+    QStringList entries = {QString::fromUtf8(kDelete), QString::fromUtf8(kSeparator)};
+    if (kind.number == listno::Contacts)
+        entries << QString::fromUtf8(kMail) << QString::fromUtf8(kLabels);
+    entries << QString::fromUtf8(kRelated) << QString::fromUtf8(kReport) << QString::fromUtf8(kCsv);
+    if (kind.number == listno::Contacts) entries << QString::fromUtf8(kSums);
+    entries << QString::fromUtf8(kHtml);
+    return entries;
+}
+
+QPushButton* flatButton(const QString& name, const QString& text, QWidget* parent) {
+    auto* button = new QPushButton(text, parent);
+    button->setObjectName(name);
+    button->setFlat(true);
+    button->setCursor(Qt::PointingHandCursor);
+    return button;
+}
+
+QString unsavedQuestion() {
+    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
+           QStringLiteral("是否取消当前修改？");
+}
+
+}  // namespace
+
+FormList::FormList(const ListKind& kind, QWidget* parent)
+    : PageWidget(parent),
+      kind_(kind),
+      store_(kind),
+      dialogs_(std::make_shared<MessageBoxDialogs>(this)),
+      files_(std::make_shared<QtFileDialogs>(this)) {
+    setObjectName(kind_.formName);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setSpacing(6);
+    caption_ = new QLabel(this);
+    caption_->setObjectName(QStringLiteral("lbl_caption"));
+    setHeadingFont(caption_, 1.4);
+    auto* heading = new QHBoxLayout;
+    heading->addWidget(caption_);
+    heading->addSpacing(12);
+    buildTopBar(heading);
+    layout->addLayout(heading);
+
+    words_ = new QLabel(this);
+    words_->setObjectName(QStringLiteral("lbl_condition"));
+    words_->setWordWrap(true);
+    layout->addWidget(words_);
+
+    auto* splitter = new QSplitter(this);
+    panel_ = new CategoryPanel(kind_, splitter);
+    connect(panel_, &CategoryPanel::chosen, this,
+            [this](const CategoryGroup& group, const QString& label) {
+                if (group.match == CategoryGroup::Match::Search) {
+                    search_->setFocus();
+                    search_->selectAll();
+                    return;
+                }
+                if (keepUnsavedEdits()) return;
+                changeCondition(categoryCondition(kind_, group, label, Clock::today()));
+            });
+
+    auto* right = new QWidget(splitter);
+    auto* rightLayout = new QVBoxLayout(right);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rows_ = new RecordsetModel(this);
+    ticks_ = new TickModel(this);
+    ticks_->setSourceModel(rows_);
+    ticks_->setWriter([this](qint64 id, bool ticked) {
+        if (store_.setTick(id, ticked)) return true;
+        info(store_.ErrMsg());
+        return false;
+    });
+    grid_ = new QTableView(right);
+    grid_->setObjectName(QStringLiteral("dg_listall"));
+    grid_->setAccessibleName(kind_.noun + QStringLiteral("列表"));
+    grid_->setModel(ticks_);
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid_->setAlternatingRowColors(true);
+    grid_->setWordWrap(false);
+    grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 8);
+    grid_->horizontalHeader()->setSectionsClickable(true);
+    grid_->horizontalHeader()->setHighlightSections(false);
+    connect(grid_->horizontalHeader(), &QHeaderView::sectionClicked, this, &FormList::sortBy);
+    connect(grid_->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int column, int, int width) {
+                if (applyingColumns_ || column == 0) return;
+                pendingWidths_.insert(fieldAt(column), width);
+                widthTimer_->start();
+            });
+    connect(grid_, &QTableView::doubleClicked, this,
+            [this](const QModelIndex& index) { openRecord(index.row()); });
+    rightLayout->addWidget(grid_, 1);
+    buildFooter(rightLayout);
+    splitter->addWidget(panel_);
+    splitter->addWidget(right);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({200, 800});
+    layout->addWidget(splitter, 1);
+
+    searchTimer_ = new QTimer(this);
+    searchTimer_->setObjectName(QStringLiteral("tmr_search"));
+    searchTimer_->setSingleShot(true);
+    searchTimer_->setInterval(300);
+    connect(searchTimer_, &QTimer::timeout, this, &FormList::searchNow);
+    connect(search_, &QLineEdit::textEdited, searchTimer_, qOverload<>(&QTimer::start));
+    connect(search_, &QLineEdit::returnPressed, this, &FormList::searchNow);
+
+    widthTimer_ = new QTimer(this);
+    widthTimer_->setObjectName(QStringLiteral("tmr_width"));
+    widthTimer_->setSingleShot(true);
+    widthTimer_->setInterval(400);
+    connect(widthTimer_, &QTimer::timeout, this, &FormList::saveWidths);
+}
+
+FormList::~FormList() {
+    // A width dragged just before the screen closes is still kept.
+    if (widthTimer_->isActive()) saveWidths();
+}
+
+void FormList::buildTopBar(QHBoxLayout* bar) {
+    auto* label = new QLabel(QStringLiteral("搜索(&S)："), this);
+    label->setObjectName(QStringLiteral("lbl_search"));
+    search_ = new QLineEdit(this);
+    search_->setObjectName(QStringLiteral("txt_search"));
+    search_->setClearButtonEnabled(true);
+    search_->setPlaceholderText(QStringLiteral("输入文字即时查找") + kind_.noun);
+    label->setBuddy(search_);
+    auto* find = new QPushButton(QStringLiteral("查找"), this);
+    find->setObjectName(QStringLiteral("cmd_search"));
+    connect(find, &QPushButton::clicked, this, &FormList::searchNow);
+    auto* add = new QPushButton(QStringLiteral("增加"), this);
+    add->setObjectName(QStringLiteral("cmd_add"));
+    connect(add, &QPushButton::clicked, this, [this] {
+        if (keepUnsavedEdits() || !pageSwitch_) return;
+        pageSwitch_(kind_.detailPage,
+                    QStringLiteral("  WHERE ") + kind_.key + QStringLiteral(" = -1"), 0);
+    });
+    auto* all = new QPushButton(QStringLiteral("全部") + kind_.noun, this);
+    all->setObjectName(QStringLiteral("cmd_all"));
+    connect(all, &QPushButton::clicked, this, [this] {
+        if (keepUnsavedEdits()) return;
+        search_->clear();
+        changeCondition(QString());
+    });
+    bar->addWidget(label);
+    bar->addWidget(search_, 1);
+    bar->addWidget(find);
+    bar->addSpacing(16);
+    bar->addWidget(add);
+    bar->addWidget(all);
+}
+
+void FormList::changeEvent(QEvent* event) {
+    // The main window names the page after the module's toolbar caption.
+    if (event->type() == QEvent::WindowTitleChange) caption_->setText(windowTitle());
+    PageWidget::changeEvent(event);
+}
+
+void FormList::buildFooter(QVBoxLayout* layout) {
+    auto* row = new QHBoxLayout;
+    selectAll_ = new QCheckBox(this);
+    selectAll_->setObjectName(QStringLiteral("chk_select"));
+    auto* selectLabel = new QLabel(QStringLiteral("全选(&A)"), this);
+    selectLabel->setObjectName(QStringLiteral("lbl_select"));
+    selectLabel->setBuddy(selectAll_);
+    connect(selectAll_, &QCheckBox::clicked, this, [this](bool on) { tickAll(on ? 0 : 1); });
+    auto* invert = flatButton(QStringLiteral("cmd_invert"), QStringLiteral("反选"), this);
+    connect(invert, &QPushButton::clicked, this, [this] { tickAll(2); });
+
+    auto* opLabel = new QLabel(QStringLiteral("批量操作(&O)："), this);
+    opLabel->setObjectName(QStringLiteral("lbl_operation"));
+    operations_ = new QComboBox(this);
+    operations_->setObjectName(QStringLiteral("cbo_operation"));
+    operations_->addItem(operationCaption());
+    operations_->addItems(operationsOf(kind_));
+    opLabel->setBuddy(operations_);
+    connect(operations_, &QComboBox::activated, this, [this](int index) {
+        const QString caption = operations_->itemText(index);
+        operations_->setCurrentIndex(0);
+        if (index > 0) runOperation(caption);
+    });
+
+    const QString prefix = QStringLiteral("lbl_") + kind_.prefix;
+    auto* detail = flatButton(prefix + QStringLiteral("detail"), QStringLiteral("详细信息"), this);
+    auto* related =
+        flatButton(prefix + QStringLiteral("related"), QStringLiteral("相关信息"), this);
+    const auto current = [this] { return grid_->currentIndex().row(); };
+    connect(detail, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
+    connect(related, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
+
+    count_ = new QLabel(this);
+    count_->setObjectName(QStringLiteral("lbl_count"));
+    row->addWidget(selectAll_);
+    row->addWidget(selectLabel);
+    row->addWidget(invert);
+    row->addSpacing(12);
+    row->addWidget(opLabel);
+    row->addWidget(operations_);
+    row->addSpacing(12);
+    row->addWidget(detail);
+    row->addWidget(related);
+    row->addStretch(1);
+    row->addWidget(count_);
+    layout->addLayout(row);
+}
+
+void FormList::fill(const PageRequest& request) {
+    showCondition(request.condition);
+    // Back and forward bring a search back with its text.
+    search_->setText(searchTextOf(kind_, request.condition));
+    // The counts are not needed for the first paint of the grid.
+    QTimer::singleShot(0, this, &FormList::recount);
+}
+
+void FormList::refresh() {
+    showCondition(condition_);
+    recount();
+}
+
+void FormList::rebuildLayout() {
+    applyColumns();
+}
+
+bool FormList::showCondition(const QString& condition) {
+    adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
+    if (!adodc_.Refresh()) {
+        info(QStringLiteral("列表没有打开，原因可能是") + adodc_.ErrorDescription());
+        return false;
+    }
+    condition_ = condition;
+    rows_->setRecordset(adodc_.Recordset);
+    applyColumns();
+    words_->setText(describeCondition(kind_, condition_, [this](const QString& column) {
+        const FSettings* fields = programFieldSettings(kind_.fieldType);
+        return fields ? fields->FindCaption(column) : column;
+    }));
+    count_->setText(QStringLiteral("共 %1 条").arg(ticks_->rowCount()));
+    selectAll_->setChecked(false);
+    return true;
+}
+
+void FormList::changeCondition(const QString& condition) {
+    if (showCondition(condition) && historyUpdate_) historyUpdate_(condition_);
+}
+
+QString FormList::fieldAt(int column) const {
+    QString name = rows_->recordset() ? rows_->recordset()->fieldName(column) : QString();
+    // The engine may name a joined column "table.column".
+    return name.mid(name.lastIndexOf(QLatin1Char('.')) + 1);
+}
+
+void FormList::applyColumns() {
+    applyingColumns_ = true;
+    const FSettings* fields = programFieldSettings(kind_.fieldType);
+    QHeaderView* header = grid_->horizontalHeader();
+    for (int c = 0; c < ticks_->columnCount(); ++c) {
+        if (c == 0) {
+            rows_->setCaption(0, QStringLiteral("选"));
+            grid_->setColumnHidden(0, false);
+            header->resizeSection(0, 32);
+            continue;
+        }
+        const QString name = fieldAt(c);
+        const FSetting* field = nullptr;
+        if (fields)
+            for (const FSetting& f : *fields)
+                if (f.FieldName().compare(name, Qt::CaseInsensitive) == 0) field = &f;
+        if (name == kind_.key) ticks_->setKeyColumn(c);
+        grid_->setColumnHidden(c, !field || !field->Visible());
+        if (!field) continue;
+        rows_->setCaption(c, field->Description());
+        if (field->FieldWidth() > 0) header->resizeSection(c, field->FieldWidth());
+    }
+    applyingColumns_ = false;
+}
+
+void FormList::saveWidths() {
+    widthTimer_->stop();
+    for (auto it = pendingWidths_.cbegin(); it != pendingWidths_.cend(); ++it)
+        SaveFieldWidth(kind_.fieldType, it.key(), it.value());
+    pendingWidths_.clear();
+}
+
+void FormList::recount() {
+    QString error;
+    if (!panel_->recount(&error)) info(QStringLiteral("分类统计没有完成，原因可能是") + error);
+}
+
+bool FormList::keepUnsavedEdits() {
+    if (!anyUnsaved()) return false;
+    if (!dialogs_->ask(messageTitle(), unsavedQuestion())) return true;
+    clearUnsaved();
+    return false;
+}
+
+void FormList::info(const QString& text) {
+    dialogs_->info(messageTitle(), text);
+}
+
+void FormList::searchNow() {
+    searchTimer_->stop();
+    const QString condition = searchCondition(kind_.number, search_->text());
+    if (condition == splitCondition(condition_).where) return;
+    changeCondition(condition);
+}
+
+void FormList::sortBy(int column) {
+    if (column <= 0) return;
+    const QString name = fieldAt(column);
+    if (name.endsWith(QStringLiteral("_description"))) {
+        info(QStringLiteral("描述字段内容较多不能排序！"));
+        return;
+    }
+    if (keepUnsavedEdits()) return;
+    const SplitCondition split = splitCondition(condition_);
+    const QString ascending = QStringLiteral(" ORDER BY ") + name + QStringLiteral(" ASC");
+    const QString order = split.order == ascending
+                              ? QStringLiteral(" ORDER BY ") + name + QStringLiteral(" DESC")
+                              : ascending;
+    changeCondition(split.where + order);
+}
+
+void FormList::tickAll(int mode) {
+    if (!store_.setChecks(mode, condition_)) info(store_.ErrMsg());
+    const bool on = mode == 0;
+    showCondition(condition_);
+    selectAll_->setChecked(on);
+}
+
+void FormList::openRecord(int row) {
+    if (row < 0 || !pageSwitch_ || keepUnsavedEdits()) return;
+    const qint64 id = ticks_->idAt(row);
+    pageSwitch_(kind_.detailPage, QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), qint32(id));
+}
+
+void FormList::runOperation(const QString& caption) {
+    if (caption == QString::fromUtf8(kSeparator) || caption == operationCaption()) return;
+    if (keepUnsavedEdits() || !requireTicks()) return;
+    if (caption == QString::fromUtf8(kDelete))
+        deleteTicked();
+    else if (caption == QString::fromUtf8(kMail) && pageSwitch_)
+        pageSwitch_(page::Email, QStringLiteral(" WHERE con_check=true"), 0);
+    else if (caption == QString::fromUtf8(kLabels))
+        printLabels();
+    else if (caption == QString::fromUtf8(kRelated))
+        showRelated();
+    else if (caption == QString::fromUtf8(kReport))
+        exportReport();
+    else if (caption == QString::fromUtf8(kCsv))
+        exportCsv(false);
+    else if (caption == QString::fromUtf8(kSums))
+        exportCsv(true);
+    else if (caption == QString::fromUtf8(kHtml))
+        exportHtml();
+    operations_->setCurrentIndex(0);
+}
+
+bool FormList::requireTicks() {
+    RecordsetPtr rs = store_.ticked();
+    if (!rs) {
+        info(store_.ErrMsg());
+        return false;
+    }
+    if (rs->RecordCount() > 0) return true;
+    info(noTicksMessage());
+    return false;
+}
+
+void FormList::deleteTicked() {
+    if (!dialogs_->ask(messageTitle(), QStringLiteral("您确定要删除选定的记录吗?"))) return;
+    const QList<qint64> ids = store_.tickedIds();
+    if (!store_.deleteRecords(ids))
+        info(QStringLiteral("删除没有完成，原因可能是") + store_.ErrMsg());
+    refresh();
+}
+
+void FormList::printLabels() {
+    info(QStringLiteral("这个功能是打印您选择的联系人的标签，以便批量发送信函。"));
+    QList<AddressLabel> labels;
+    QString error;
+    if (!readTickedLabels(&labels, &error)) {
+        info(QStringLiteral("标签没有读出，原因可能是") + error);
+        return;
+    }
+    if (labelPreview_) {
+        labelPreview_(labels);
+        return;
+    }
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setDocName(QStringLiteral("联系人标签"));
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setObjectName(QStringLiteral("dlg_labels"));
+    preview.setWindowTitle(QStringLiteral("打印标签"));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+            [&labels](QPrinter* target) { paintLabels(target, labels); });
+    preview.exec();
+}
+
+void FormList::showRelated() {
+    const RelatedList related = relatedCondition(kind_);
+    if (pageSwitch_) pageSwitch_(related.page, related.condition, 0);
+}
+
+void FormList::exportReport() {
+    if (!reportExport_ || !reportExport_(kind_.number)) {
+        info(QStringLiteral("导出Tarvel报表没有完成!"));
+        return;
+    }
+    dialogs_->ask(messageTitle(), QStringLiteral("导出Tarvel报表完成,现在要发送邮件吗?"));
+}
+
+void FormList::exportCsv(bool withSums) {
+    if (withSums) {
+        info(QStringLiteral("这个功能是对每个联系人的费用,预计金额加权总额的统计表,") +
+             QStringLiteral("如需要详细内容,请执行导出内容到Word/HTML文档，以查看详细内容"));
+        dialogs_->warning(messageTitle(),
+                          QStringLiteral("如果您选择的记录比较多,计算速度会比较慢,请耐心等候。"));
+    }
+    QString path;
+    RecordsetPtr rows =
+        tickedForExport(QStringLiteral(".csv"), QStringLiteral("csv文件 (*.csv)"), &path);
+    if (!rows) return;
+    std::unique_ptr<QProgressDialog> progress;
+    const ExportProgress step = progressFor(rows->RecordCount(), progress);
+    RowTail tail;
+    QString headerTail;
+    bool sumsOk = true;
+    if (withSums) {
+        headerTail = QStringLiteral(
+            "总费用(日程活动) , 预计总金额(相关任务/项目), 加权预计总金额(相关任务/项目) ");
+        const int key = rows->fieldIndex(kind_.key);
+        tail = [this, key, &sumsOk](const Recordset& row) {
+            ContactSums sums;
+            sumsOk = store_.contactSums(row.value(key).toLongLong(), &sums) && sumsOk;
+            return QString::number(sums.outlay) + QStringLiteral(", ") +
+                   QString::number(sums.sales) + QStringLiteral(", ") +
+                   QString::number(sums.weighted);
+        };
+    }
+    QString error;
+    if (!writeCsv(path, exportColumns(kind_, true), *rows, headerTail, tail, step, &error))
+        info(error);
+    else if (!sumsOk)
+        info(QStringLiteral("部分统计没有完成，原因可能是") + store_.ErrMsg());
+}
+
+void FormList::exportHtml() {
+    QString path;
+    RecordsetPtr rows =
+        tickedForExport(QStringLiteral(".html"), QStringLiteral("HTML文件 (*.html *.htm)"), &path);
+    if (!rows) return;
+    std::unique_ptr<QProgressDialog> progress;
+    QString error;
+    if (!writeHtml(path, QStringLiteral("选定的") + kind_.noun, exportColumns(kind_, false), *rows,
+                   progressFor(rows->RecordCount(), progress), &error))
+        info(error);
+}
+
+RecordsetPtr FormList::tickedForExport(const QString& suffix, const QString& filter,
+                                       QString* path) {
+    *path = files_->getSaveFileName(QStringLiteral("请选择要生成的文件名"),
+                                    QStringLiteral("output-") + kind_.noun + suffix, filter);
+    if (path->isEmpty()) return nullptr;
+    RecordsetPtr rows = store_.ticked();
+    if (!rows) info(store_.ErrMsg());
+    return rows;
+}
+
+ExportProgress FormList::progressFor(int total, std::unique_ptr<QProgressDialog>& dialog) {
+    if (total <= kProgressFrom) return nullptr;
+    dialog = std::make_unique<QProgressDialog>(QStringLiteral("正在导出……"), QStringLiteral("取消"),
+                                               0, total, this);
+    dialog->setObjectName(QStringLiteral("dlg_progress"));
+    dialog->setWindowModality(Qt::WindowModal);
+    QProgressDialog* shown = dialog.get();
+    return [shown](int done, int) {
+        shown->setValue(done);
+        return !shown->wasCanceled();
+    };
+}
+
+}  // namespace tarvel::lists

@@ -1,0 +1,209 @@
+#include "views/lists/listkind.h"
+
+#include "records/account.h"
+#include "records/contact.h"
+#include "records/document.h"
+#include "records/opportunity.h"
+#include "views/page.h"
+
+namespace tarvel::lists {
+
+namespace {
+
+using Match = CategoryGroup::Match;
+
+// Runs one CalcBy operation of a fresh record object and reads its arrays.
+// The arrays are one longer than the rows read; the unfilled tail is skipped.
+template <typename Record>
+CountCategories calc(bool (Record::*operation)()) {
+    return [operation](CategoryCounts* out, QString* error) {
+        Record record;
+        const bool ok = (record.*operation)();
+        if (!ok) {
+            *error = record.ErrMsg();
+            return false;
+        }
+        const QVariantList labels = record.arrDesc();
+        const QVariantList counts = record.arrValue();
+        for (int i = 0; i < labels.size() && i < counts.size(); ++i) {
+            if (counts[i].isNull()) continue;
+            out->labels << labels[i].toString();
+            out->counts << counts[i].toInt();
+        }
+        return true;
+    };
+}
+
+CategoryGroup group(const char* key, const char* caption, Match match, const char* column = "",
+                    CountCategories count = nullptr) {
+    return {QLatin1String(key), QString::fromUtf8(caption), match, QLatin1String(column),
+            std::move(count)};
+}
+
+QList<CategoryGroup> leading() {
+    return {group("all", "全部记录", Match::All), group("search", "搜索", Match::Search)};
+}
+
+ListKind contacts() {
+    ListKind k{listno::Contacts,
+               3,
+               page::ContactList,
+               page::ContactDetail,
+               QStringLiteral("form_con_all"),
+               QStringLiteral("con"),
+               QStringLiteral("contacts"),
+               QStringLiteral("que_contacts_accounts"),
+               QStringLiteral("con_id"),
+               QStringLiteral("con_check"),
+               QStringLiteral(" ORDER BY con_recent_contact_date DESC"),
+               QStringLiteral("联系人"),
+               {},
+               leading(),
+               UnsavedModule::Contact};
+    for (const char* c :
+         {"con_lastname",         "acc_name",      "con_description", "con_nickname",
+          "con_department_title", "con_telephone", "con_telephone3",  "con_telephone2",
+          "con_mobile",           "con_mobile3",   "con_mobile2",     "con_fax",
+          "con_website",          "acc_website",   "con_email",       "con_email3",
+          "con_email2",           "acc_postcode",  "acc_address",     "con_postcode_family",
+          "con_address_family",   "con_im",        "con_im2",         "con_im3"})
+        k.searchColumns << QLatin1String(c);
+    k.groups
+        << group("birthday", "今天过生日", Match::Birthday)
+        << group("opportunity", "项目机会", Match::Participation, "",
+                 calc(&Contact::CalcByOpportunity))
+        << group("province", "地区", Match::Equal, "con_province", calc(&Contact::CalcByProvince))
+        << group("important", "重要性", Match::Equal, "con_important",
+                 calc(&Contact::CalcByImportant))
+        << group("relation", "关系", Match::Equal, "con_relation", calc(&Contact::CalcByRelation))
+        << group("industry", "行业", Match::Equal, "acc_industry", calc(&Contact::CalcByIndustry))
+        << group("account", "客户单位", Match::AccountName, "acc_name",
+                 calc(&Contact::CalcByAccount))
+        << group("acctype", "客户类型", Match::Equal, "acc_type", calc(&Contact::CalcByAccType))
+        << group("tag", "标签", Match::Substring, "con_tag", calc(&Contact::CalcByTag));
+    return k;
+}
+
+ListKind accounts() {
+    ListKind k{
+        listno::Accounts,
+        2,
+        page::AccountList,
+        page::AccountDetail,
+        QStringLiteral("form_acc_all"),
+        QStringLiteral("acc"),
+        QStringLiteral("accounts"),
+        QStringLiteral("accounts"),
+        QStringLiteral("acc_id"),
+        QStringLiteral("acc_check"),
+        QStringLiteral(" ORDER BY acc_recent_contact_date DESC"),
+        QStringLiteral("客户单位"),
+        {QStringLiteral("acc_name"), QStringLiteral("acc_description"),
+         QStringLiteral("acc_address"), QStringLiteral("acc_postcode"),
+         QStringLiteral("acc_telephone"), QStringLiteral("acc_fax"), QStringLiteral("acc_website")},
+        leading(),
+        UnsavedModule::Account};
+    k.groups
+        << group("opportunity", "项目机会", Match::Participation, "",
+                 calc(&Account::CalcByOpportunity))
+        << group("province", "地区", Match::Equal, "acc_province", calc(&Account::CalcByProvince))
+        << group("important", "重要性", Match::Equal, "acc_important",
+                 calc(&Account::CalcByImportant))
+        << group("relation", "关系", Match::Equal, "acc_relation", calc(&Account::CalcByRelation))
+        << group("industry", "行业", Match::Equal, "acc_industry", calc(&Account::CalcByIndustry))
+        << group("acctype", "客户类型", Match::Equal, "acc_type", calc(&Account::CalcByAccType))
+        << group("tag", "标签", Match::Substring, "acc_tag", calc(&Account::CalcByTag));
+    return k;
+}
+
+ListKind opportunities() {
+    ListKind k{listno::Opportunities,
+               1,
+               page::OpportunityList,
+               page::OpportunityDetail,
+               QStringLiteral("form_opp_all"),
+               QStringLiteral("opp"),
+               QStringLiteral("opportunities"),
+               QStringLiteral("opportunities"),
+               QStringLiteral("opp_id"),
+               QStringLiteral("opp_check"),
+               QStringLiteral(" ORDER BY opp_recent_contact_date DESC"),
+               QStringLiteral("项目机会"),
+               {QStringLiteral("opp_subject"), QStringLiteral("opp_description")},
+               leading(),
+               UnsavedModule::Opportunity};
+    k.groups << group("phase", "销售阶段", Match::Equal, "opp_phase",
+                      calc(&Opportunity::CalcByPhase))
+             << group("probability", "成功概率", Match::Number, "opp_succeed_probability",
+                      calc(&Opportunity::CalcByProbability))
+             << group("province", "地区", Match::Equal, "opp_province",
+                      calc(&Opportunity::CalcByProvince))
+             << group("important", "重要性", Match::Equal, "opp_important",
+                      calc(&Opportunity::CalcByImportant))
+             << group("industry", "行业", Match::Equal, "opp_industry",
+                      calc(&Opportunity::CalcByIndustry))
+             << group("opptype", "项目类型", Match::Equal, "opp_type",
+                      calc(&Opportunity::CalcByOppType))
+             << group("tag", "标签", Match::Substring, "opp_tag", calc(&Opportunity::CalcByOppTag));
+    return k;
+}
+
+ListKind tasks() {
+    return {listno::Tasks,
+            4,
+            page::Task,
+            page::Task,
+            QStringLiteral("form_tas_all"),
+            QStringLiteral("tas"),
+            QStringLiteral("tasks"),
+            QStringLiteral("tasks"),
+            QStringLiteral("tas_id"),
+            QStringLiteral("tas_check"),
+            QStringLiteral(" ORDER BY tas_date DESC"),
+            QStringLiteral("任务"),
+            {QStringLiteral("tas_subject"), QStringLiteral("tas_description")},
+            leading(),
+            UnsavedModule::Task};
+}
+
+ListKind documents() {
+    ListKind k{listno::Documents,
+               5,
+               page::DocumentList,
+               page::DocumentDetail,
+               QStringLiteral("form_doc_all"),
+               QStringLiteral("doc"),
+               QStringLiteral("documents"),
+               QStringLiteral("documents"),
+               QStringLiteral("doc_id"),
+               QStringLiteral("doc_check"),
+               QStringLiteral(" ORDER BY doc_recentedit_date DESC"),
+               QStringLiteral("文档"),
+               {QStringLiteral("doc_name"), QStringLiteral("doc_description")},
+               leading(),
+               UnsavedModule::Document};
+    // Documents are counted by their whole tag text, so they are matched whole.
+    k.groups << group("tag", "标签", Match::Equal, "doc_tag", calc(&document::CalcByTag));
+    return k;
+}
+
+const QList<ListKind>& allKinds() {
+    static const QList<ListKind> kinds = {opportunities(), accounts(), contacts(), tasks(),
+                                          documents()};
+    return kinds;
+}
+
+}  // namespace
+
+const ListKind& listKind(int number) {
+    const QList<ListKind>& kinds = allKinds();
+    return number >= 0 && number < kinds.size() ? kinds[number] : kinds[listno::Contacts];
+}
+
+const ListKind* listKindForPage(qint16 page) {
+    for (const ListKind& kind : allKinds())
+        if (kind.page == page) return &kind;
+    return nullptr;
+}
+
+}  // namespace tarvel::lists
