@@ -20,9 +20,12 @@ public:
     // A caution after which the operation goes on: warning icon. Without a
     // warning box of its own an implementation may show it as a notice.
     virtual void warning(const QString& title, const QString& text) { info(title, text); }
-    // A question; true only for Yes (or OK).
+    // A question; true only for Yes (or OK). Where no one can be asked, the
+    // answer is No, as closing the box would give.
     virtual bool ask(const QString& title, const QString& text, Icon icon = Icon::Question,
-                     Buttons buttons = Buttons::YesNo) = 0;
+                     Buttons buttons = Buttons::YesNo) {
+        return false;
+    }
     // A question with Yes, No and Cancel (save the edit, drop it, or stay).
     // An implementation without a three-button box offers Yes and No only.
     virtual Answer askYesNoCancel(const QString& title, const QString& text) {

@@ -66,15 +66,11 @@ void UpdateCheck::judge() {
     const QDate server = replyDate(reply_);
     const QDate own =
         parseSettingDate(settingValue(QStringLiteral("software"), QStringLiteral("date_upgrade")));
-    if (server.isValid()) {
-        SoftwareSetting& s = softwareSetting();
-        s.GetValue(QStringLiteral("software"), QStringLiteral("date_recent_getfile"));
-        if (s.Set_Name() != QLatin1String(" "))  // the row exists
-            s.WriteValue(QStringLiteral("software"), QStringLiteral("date_recent_getfile"),
-                         s.Set_Name(), s.Set_Visible(),
-                         Clock::today().toString(QStringLiteral("yyyy-MM-dd")),
-                         s.Set_Description());
-    }
+    // Only bookkeeping: a date that could not be stored is asked for again next time.
+    if (server.isValid())
+        softwareSetting().ChangeValue(QStringLiteral("software"),
+                                      QStringLiteral("date_recent_getfile"),
+                                      Clock::today().toString(QStringLiteral("yyyy-MM-dd")));
     emit finished(server.isValid() && own.isValid() && server > own, server);
 }
 
