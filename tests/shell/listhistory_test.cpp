@@ -12,10 +12,10 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/listrecords.h"
+#include "views/common/unsaved.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/formlist.h"
 #include "views/lists/tickmodel.h"
-#include "views/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;

@@ -23,6 +23,8 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/listrecords.h"
+#include "views/common/filedialogs.h"
+#include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/conditionwords.h"
@@ -30,9 +32,7 @@
 #include "views/lists/formlist.h"
 #include "views/lists/listsql.h"
 #include "views/lists/mailing.h"
-#include "views/common/filedialogs.h"
 #include "views/lists/tickmodel.h"
-#include "views/unsaved.h"
 
 using namespace tarvel;
 using namespace tarvel::lists;

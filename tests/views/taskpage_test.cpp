@@ -15,9 +15,9 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
+#include "views/common/unsaved.h"
 #include "views/schedule/formschdetail.h"
 #include "views/schedule/taskrelatedpanel.h"
-#include "views/unsaved.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

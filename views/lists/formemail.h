@@ -3,9 +3,10 @@
 #include <QList>
 #include <memory>
 
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 #include "views/lists/mailing.h"
 #include "views/page.h"
-#include "views/seams.h"
 
 class QLineEdit;
 class QListWidget;

@@ -18,15 +18,15 @@
 
 #include "custom/fsettings.h"
 #include "store/clock.h"
+#include "views/common/filedialogs.h"
+#include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/conditionwords.h"
 #include "views/lists/listexport.h"
 #include "views/lists/listsql.h"
-#include "views/common/filedialogs.h"
 #include "views/lists/tickmodel.h"
 #include "views/recordsetmodel.h"
-#include "views/unsaved.h"
 
 namespace tarvel::lists {
 

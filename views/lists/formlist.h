@@ -6,12 +6,13 @@
 #include <memory>
 
 #include "store/datacontrol.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/listexport.h"
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
 #include "views/page.h"
-#include "views/seams.h"
 
 class QCheckBox;
 class QComboBox;

@@ -6,7 +6,7 @@
 #include <QVariantList>
 #include <functional>
 
-#include "views/unsaved.h"
+#include "views/common/unsaved.h"
 
 namespace tarvel::lists {
 

@@ -10,10 +10,10 @@
 #include <memory>
 
 #include "schedule/calendar.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 #include "views/page.h"
 #include "views/schedule/calendarviews.h"
-#include "views/common/filedialogs.h"
-#include "views/seams.h"
 
 namespace tarvel {
 

@@ -12,9 +12,9 @@
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/transaction.h"
+#include "views/common/unsaved.h"
 #include "views/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
-#include "views/unsaved.h"
 
 namespace tarvel {
 

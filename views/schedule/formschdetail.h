@@ -9,10 +9,11 @@
 #include <memory>
 
 #include "schedule/task.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
+#include "views/common/widgetform.h"
 #include "views/common/windowmessages.h"
 #include "views/page.h"
-#include "views/seams.h"
-#include "views/widgetform.h"
 
 namespace tarvel {
 

@@ -6,7 +6,8 @@
 #include <QTabWidget>
 #include <memory>
 
-#include "views/seams.h"
+#include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 
 namespace tarvel {
 

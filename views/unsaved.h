@@ -1,3 +1,0 @@
-#pragma once
-// Moved to views/common/; screens written against this header still compile.
-#include "views/common/unsaved.h"
