@@ -118,13 +118,18 @@ const std::vector<CategoryCount>& Contact::counts() {
 void Contact::LoadRow(const Recordset& rs) {
     description().load(*this, rs);
     // Of the account, the fields the stored query carries.
-    static const QStringList accountColumns = {
-        QStringLiteral("acc_id"), QStringLiteral("acc_name"), QStringLiteral("acc_website"),
-        QStringLiteral("acc_address"), QStringLiteral("acc_postcode")};
-    static const ColumnSlots accountSlots(accountColumns);
+    static const QStringList names = {QStringLiteral("acc_id"), QStringLiteral("acc_name"),
+                                      QStringLiteral("acc_website"), QStringLiteral("acc_address"),
+                                      QStringLiteral("acc_postcode")};
+    static const ColumnSlots accountSlots(names);
+    static const auto columns = [] {
+        std::vector<const RecordColumn<tarvel::Account>*> out;
+        for (const QString& name : names)
+            out.push_back(tarvel::Account::description().byColumn(name));
+        return out;
+    }();
     const QVector<QVariant> values = accountSlots.read(rs);
-    for (int i = 0; i < accountColumns.size(); ++i)
-        tarvel::Account::description().byColumn(accountColumns[i])->set(account_, values[i]);
+    for (size_t i = 0; i < columns.size(); ++i) columns[i]->set(account_, values[int(i)]);
 }
 
 bool Contact::GetByIdEx(int otherId, qint16 relationKind) {

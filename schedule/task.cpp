@@ -12,9 +12,6 @@ QString num(int id) {
     return QString::number(id);
 }
 
-qint16 flag(bool set) {
-    return set ? 1 : 0;
-}
 QVariant checkBox(qint16 value) {
     return value == 1 ? -1 : 0;
 }
@@ -152,7 +149,7 @@ bool Task::ShowTask(int taskId) {
 
 qint16 Task::ticked(const char* control) const {
     const QVariant v = oForm()->controlValue(QLatin1String(control));
-    return flag(!v.isNull() && v.toInt() != 0);
+    return !v.isNull() && v.toInt() != 0 ? 1 : 0;
 }
 
 bool Task::readWhen(const char* dateControl, const char* timeControl) {
