@@ -54,16 +54,6 @@ QStringList sharedColumns(Handle& handle, const RecordTable& t) {
     return shared;
 }
 
-QString kindCaption(const QString& table) {
-    static const QMap<QString, QString> captions = {
-        {QStringLiteral("accounts"), QStringLiteral("单位")},
-        {QStringLiteral("contacts"), QStringLiteral("联系人")},
-        {QStringLiteral("opportunities"), QStringLiteral("销售机会")},
-        {QStringLiteral("tasks"), QStringLiteral("日程")},
-        {QStringLiteral("documents"), QStringLiteral("文档")}};
-    return captions.value(table, table);
-}
-
 bool mergeRecords(Handle& live, const RecordTable& t, int* added, QString* error) {
     tarveldatabase db;
     db.Execute(QStringLiteral("DELETE * FROM ") + t.upgrade);
@@ -114,7 +104,8 @@ bool mergeLinks(Handle& live, const LinkTable& l, QString* error) {
 QString describe(const ImportSummary& summary) {
     QStringList parts;
     for (const RecordTable& t : recordTables())
-        parts << QStringLiteral("%1 %2").arg(kindCaption(t.name)).arg(summary.value(t.name));
+        parts
+            << QStringLiteral("%1 %2").arg(recordKind(t.name)->caption).arg(summary.value(t.name));
     return parts.join(QStringLiteral("，"));
 }
 

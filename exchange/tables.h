@@ -24,6 +24,23 @@ struct LinkTable {
     QString extra;
 };
 
+// A record kind as the exchange commands name it ("contacts"), with its
+// relation code (1 opportunities ... 5 documents, the numbering of the list
+// fields), its tick column and the source its lists read (contacts come with
+// their account's columns).
+struct RecordKind {
+    QString word;
+    int code;
+    QString table;
+    QString check;
+    QString listSource;
+    QString caption;
+};
+const std::vector<RecordKind>& recordKinds();
+// Null for a word that names no kind.
+const RecordKind* recordKind(const QString& word);
+const RecordKind* recordKind(int code);
+
 // Accounts, contacts, opportunities, tasks, documents.
 const std::vector<RecordTable>& recordTables();
 const RecordTable* recordTable(const QString& name);
