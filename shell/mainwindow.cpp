@@ -12,6 +12,7 @@
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
+#include "views/exchange/formdataio.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
@@ -237,6 +238,17 @@ PageWidget* TarvelMain::createStatisticsPage() {
     return form;
 }
 
+PageWidget* TarvelMain::createDataExchangePage() {
+    auto* form = new FormDataIO;
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    // After a restore or an import every open page reads the data file again.
+    connect(form, &FormDataIO::dataReplaced, this, [this] {
+        for (PageWidget* page : std::as_const(pages_)) page->refresh();
+    });
+    return form;
+}
+
 FormHome* TarvelMain::homePage() const {
     return qobject_cast<FormHome*>(pages_.value(page::Home));
 }
@@ -301,6 +313,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::Settings) page = createSettingsPage();
         if (!page && code == page::Home) page = createHomePage();
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
+        if (!page && code == page::DataExchange) page = createDataExchangePage();
         if (!page) {
             auto* placeholder = new ModulePage(QLatin1String(info->formName), caption);
             if (code == page::Schedule)

@@ -119,6 +119,7 @@ private:
     PageWidget* createSettingsPage();
     PageWidget* createHomePage();
     PageWidget* createStatisticsPage();
+    PageWidget* createDataExchangePage();
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.
