@@ -88,8 +88,7 @@ Outcome importCsv(const CsvImportPlan& plan, int* added, int* accountsAdded,
     std::optional<AccountLinker> linker;
     if (k->word == QStringLiteral("contacts")) linker.emplace();
     if (!transaction.isActive() || !writer.isOpen())
-        return Outcome::failure(QStringLiteral("导入没有完成：") + transaction.error() +
-                                writer.ErrMsg());
+        return Outcome::failure(importFailed() + transaction.error() + writer.ErrMsg());
     QStringList bad;
     int stored = 0;
     for (qsizetype r = 0; r < plan.rows.size(); ++r) {
@@ -118,8 +117,7 @@ Outcome importCsv(const CsvImportPlan& plan, int* added, int* accountsAdded,
             QStringLiteral("以下行无法导入，没有导入任何记录：\n") +
             bad.mid(0, 20).join(QLatin1Char('\n')) +
             (bad.size() > 20 ? QStringLiteral("\n……共%1行").arg(bad.size()) : QString()));
-    if (!transaction.commit())
-        return Outcome::failure(QStringLiteral("导入没有完成：") + transaction.error());
+    if (!transaction.commit()) return Outcome::failure(importFailed() + transaction.error());
     if (added) *added = stored;
     if (accountsAdded) *accountsAdded = linker ? linker->accountsAdded() : 0;
     return Outcome{true, false, {}, {}};

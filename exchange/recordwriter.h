@@ -9,6 +9,11 @@
 
 namespace tarvel::exchange {
 
+// How a failed import begins its message: it changed nothing.
+inline QString importFailed() {
+    return QStringLiteral("导入没有完成，当前数据没有改动：");
+}
+
 // Adds imported records to one table of the live file through a write
 // recordset (values are bound, never spliced into SQL), stamping the creation
 // and recent-contact dates the record screens would.

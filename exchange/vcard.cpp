@@ -287,8 +287,7 @@ Outcome importVCards(const QString& path, int* added, const Progress& progress) 
     RecordWriter writer(QStringLiteral("contacts"));
     AccountLinker linker;
     if (!transaction.isActive() || !writer.isOpen())
-        return Outcome::failure(QStringLiteral("导入没有完成：") + transaction.error() +
-                                writer.ErrMsg());
+        return Outcome::failure(importFailed() + transaction.error() + writer.ErrMsg());
     for (qsizetype i = 0; i < contacts.size(); ++i) {
         const qint64 id = writer.add(contacts[i].columns, &error);
         if (!id || !linker.link(id, contacts[i].organisation, &error))
@@ -296,8 +295,7 @@ Outcome importVCards(const QString& path, int* added, const Progress& progress) 
                 QStringLiteral("第%1张名片无法导入，没有导入任何记录：%2").arg(i + 1).arg(error));
         if (progress && !progress(int((i + 1) * 100 / contacts.size()))) return Outcome::cancel();
     }
-    if (!transaction.commit())
-        return Outcome::failure(QStringLiteral("导入没有完成：") + transaction.error());
+    if (!transaction.commit()) return Outcome::failure(importFailed() + transaction.error());
     if (added) *added = int(contacts.size());
     return Outcome{true, false, path, {}};
 }
