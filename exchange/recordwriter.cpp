@@ -68,6 +68,9 @@ qint64 RecordWriter::add(const QHash<QString, QVariant>& values, QString* error)
 
 AccountLinker::AccountLinker() : accounts_(QStringLiteral("accounts")) {
     tarveldatabase db;
+    // Link rows go through one write recordset: bound values, one prepared insert.
+    links_ = db.GetWriteRs(
+        QStringLiteral("SELECT acc_id, con_id FROM accounts_contacts WHERE con_id=0"));
     const auto rs = db.GetReadRs(QStringLiteral("SELECT acc_id, acc_name FROM accounts"));
     for (bool more = rs && !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof())
         byName_.insert(rs->value(1).toString().toLower(), rs->value(0).toLongLong());
@@ -83,12 +86,11 @@ bool AccountLinker::link(qint64 contactId, const QString& accountName, QString* 
         byName_.insert(name.toLower(), accountId);
         ++added_;
     }
-    tarveldatabase db;
-    db.Execute(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (%1, %2)")
-                   .arg(accountId)
-                   .arg(contactId));
-    if (db.ErrMsg().isEmpty()) return true;
-    *error = db.ErrMsg();
+    if (links_ && links_->State() == adStateOpen && links_->AddNew() &&
+        links_->setValue(0, accountId) && links_->setValue(1, contactId) && links_->Update())
+        return true;
+    *error = links_ ? links_->ErrorDescription() : QStringLiteral("无法打开单位与联系人的关联表");
+    if (links_) links_->CancelUpdate();
     return false;
 }
 

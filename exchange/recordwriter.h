@@ -44,6 +44,7 @@ public:
 
 private:
     RecordWriter accounts_;
+    RecordsetPtr links_;
     QHash<QString, qint64> byName_;
     int added_ = 0;
 };
