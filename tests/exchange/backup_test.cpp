@@ -133,6 +133,6 @@ TEST_F(Backup, RestoreRefusesFilesThatAreNotItsDataFiles) {
         ASSERT_TRUE(f.open(QIODevice::ReadOnly));
         EXPECT_EQ(f.readAll(), before) << name;
     }
-    EXPECT_EQ(count("contacts"), 4);
+    EXPECT_EQ(rows("contacts"), 4);
     EXPECT_TRUE(QDir(file.folder()).entryList({"tmpbackup*"}).isEmpty());
 }

@@ -11,6 +11,7 @@
 #include "store/schema.h"
 #include "store/tarveldatabase.h"
 #include "store/trace.h"
+#include "tests/records/recordfixture.h"
 #include "tests/support/tempdatafile.h"
 
 QT_BEGIN_NAMESPACE
@@ -40,24 +41,12 @@ inline QStringList sqlcipherRows(const QString& path, const QString& sql) {
 
 // A fresh data file with the clock on 2026-8-5 9:07 (one-digit month, day,
 // hour and minute) and the statement trace on.
-class ExchangeFixture : public ::testing::Test {
+class ExchangeFixture : public records_test::RecordFixture {
 protected:
     ExchangeFixture() {
         tarvel::Clock::setFixed(tarvel::jetdate::naive(QDate(2026, 8, 5), QTime(9, 7, 3)));
-        tarvel::trace::setEnabled(true);
-        tarvel::trace::clear();
-    }
-    ~ExchangeFixture() override {
-        tarvel::trace::setEnabled(false);
-        tarvel::trace::clear();
     }
 
-    void run(const QString& sql) {
-        tarvel::tarveldatabase db;
-        db.Execute(sql);
-        ASSERT_TRUE(db.ErrMsg().isEmpty())
-            << sql.toStdString() << ": " << db.ErrMsg().toStdString();
-    }
     QStringList column(const QString& sql) {
         tarvel::tarveldatabase db;
         QStringList values;
@@ -67,8 +56,8 @@ protected:
             values << rs->value(0).toString();
         return values;
     }
-    int count(const QString& table) {
-        return column(QStringLiteral("SELECT COUNT(*) FROM ") + table).value(0).toInt();
+    int rows(const QString& table) {
+        return count(QStringLiteral("SELECT COUNT(*) FROM ") + table);
     }
     void completeProfile() {
         ASSERT_TRUE((tarvel::UserProfile{QStringLiteral("王经理"), QStringLiteral("甲公司"),
@@ -115,8 +104,6 @@ protected:
              "INSERT INTO contacts_documents (con_id, doc_id) VALUES (1, 1)"})
             run(QString::fromUtf8(sql));
     }
-
-    tarvel::testing::TempDataFile file;
 };
 
 }  // namespace exchange_test

@@ -51,7 +51,7 @@ TEST_F(Report, CarriesTheTickedRecordsWithTheirLinksAndNoPrivateOne) {
             EXPECT_EQ(names(target, kNames[i]), *expected[i]) << c.kind << " " << kNames[i];
         EXPECT_FALSE(QFileInfo::exists(inFolder("tdb.tmp")));
     }
-    EXPECT_EQ(count("contacts"), 4) << "the live file is only read";
+    EXPECT_EQ(rows("contacts"), 4) << "the live file is only read";
 }
 
 TEST_F(Report, ContactReportRunsItsStatementsInOrder) {
@@ -187,12 +187,12 @@ TEST_F(Report, ImportIntoAnotherFileRenumbersAndRelinks) {
                                         {"张三|大单|决策人"}, {"甲公司|大单|买方"},
                                         {"张三|拜访"},        {"张三|合同"}};
         for (int i = 0; i < links.size(); ++i) EXPECT_EQ(column(links[i]), expected[i]) << i;
-        EXPECT_EQ(count("contacts WHERE con_private <> 0"), 0);
-        EXPECT_EQ(count("contacts WHERE con_check <> 0"), 0);
+        EXPECT_EQ(rows("contacts WHERE con_private <> 0"), 0);
+        EXPECT_EQ(rows("contacts WHERE con_check <> 0"), 0);
         // A second import adds the records again, under further new keys.
         ASSERT_TRUE(importReport(report, &summary).ok);
-        EXPECT_EQ(count("contacts"), 5);
-        EXPECT_EQ(count("upgrade_contacts"), 2);
+        EXPECT_EQ(rows("contacts"), 5);
+        EXPECT_EQ(rows("upgrade_contacts"), 2);
     }
 }
 
@@ -205,5 +205,5 @@ TEST_F(Report, ImportOfABrokenFileChangesNothing) {
     EXPECT_FALSE(out.ok);
     EXPECT_TRUE(out.ErrMsg.startsWith("导入Tarvel报表没有完成，当前数据没有改动"))
         << out.ErrMsg.toStdString();
-    EXPECT_EQ(count("contacts"), 4);
+    EXPECT_EQ(rows("contacts"), 4);
 }

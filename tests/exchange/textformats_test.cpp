@@ -103,7 +103,7 @@ TEST_F(TextFormats, CsvImportLinksAccountsByNameAndIsAllOrNothing) {
     EXPECT_TRUE(bad.ErrMsg.contains("第3行")) << bad.ErrMsg.toStdString();
     EXPECT_TRUE(bad.ErrMsg.contains("第4行")) << bad.ErrMsg.toStdString();
     EXPECT_FALSE(bad.ErrMsg.contains("第2行"));
-    EXPECT_EQ(count("contacts"), 3) << "nothing of a failed file is kept";
+    EXPECT_EQ(rows("contacts"), 3) << "nothing of a failed file is kept";
 }
 
 TEST_F(TextFormats, CsvImportRefusesWhatItCannotRead) {

@@ -57,7 +57,7 @@ TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
         if (c.writes) EXPECT_TRUE(QFileInfo::exists(inFolder(c.writes))) << c.writes;
     }
     // The restore brought back the file as it was at the backup.
-    EXPECT_EQ(count("contacts"), 4);
+    EXPECT_EQ(rows("contacts"), 4);
     EXPECT_EQ(sqlcipherRows(inFolder("b.tbk"), "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
 }
 

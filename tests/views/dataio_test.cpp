@@ -10,6 +10,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "views/exchange/csvpreview.h"
 #include "views/exchange/formdataio.h"
 #include "views/exchange/reportexportflow.h"
 
@@ -86,7 +87,17 @@ private slots:
         child<QComboBox>(*page_, "cbo_csv_kind")->setCurrentIndex(1);
         QVERIFY(child<QPushButton>(*page_, "cmd_import_csv")->isEnabled());
         const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
-        if (!shots.isEmpty()) page_->grab().save(QDir(shots).filePath("form_dataio.png"));
+        if (shots.isEmpty()) return;
+        page_->grab().save(QDir(shots).filePath("form_dataio.png"));
+        exchange::CsvImportPlan plan{"contacts",
+                                     {"姓名", "手机", "客户/单位名称", "备注2"},
+                                     {"con_lastname", "con_mobile", "acc_name", ""},
+                                     {"姓名", "手机", "客户/单位名称", ""},
+                                     {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
+                                      {3, {"李芳", "13900000002", "北京人民医院", "y"}}}};
+        CsvPreview preview(plan);
+        preview.show();
+        preview.grab().save(QDir(shots).filePath("form_csv_preview.png"));
     }
 
     void backupOffersItsNameAndRecordsTheDate() {
