@@ -54,7 +54,8 @@ Outcome backupTo(const QString& chosen, const Progress& progress) {
     Leftovers leftovers{{n.plainCopy, n.compacted}};
     QString error;
     // The compaction works on a copy, never on the live file.
-    if (!copyFile(n.live, n.plainCopy, stepProgress(progress, 0, 30), &error) ||
+    if (!settleDataFile(n.live, &error) ||
+        !copyFile(n.live, n.plainCopy, stepProgress(progress, 0, 30), &error) ||
         !compactDataFile(n.plainCopy, n.compacted, stepProgress(progress, 30, 70), &error) ||
         !copyFile(n.compacted, target, stepProgress(progress, 70, 100), &error)) {
         return Outcome::from(QStringLiteral("备份没有完成："), error);
@@ -74,7 +75,8 @@ Outcome restoreFrom(const QString& chosen, const Progress& progress) {
     Leftovers leftovers{{n.restoreCopy}};
     // The safety copy exists before anything is replaced; the live file is
     // swapped by one rename, so it is always either the old or the new file.
-    if (!copyFile(n.live, n.safetyCopy, stepProgress(progress, 0, 45), &error) ||
+    if (!settleDataFile(n.live, &error) ||
+        !copyFile(n.live, n.safetyCopy, stepProgress(progress, 0, 45), &error) ||
         !copyFile(source, n.restoreCopy, stepProgress(progress, 45, 90), &error)) {
         return Outcome::from(kUnchanged, error);
     }

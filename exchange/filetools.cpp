@@ -154,6 +154,13 @@ bool compactDataFile(const QString& from, const QString& to, const Progress& pro
     return true;
 }
 
+bool settleDataFile(const QString& path, QString* error) {
+    auto handle = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, error);
+    if (!handle) return false;
+    handle->close();
+    return true;
+}
+
 bool checkDataFile(const QString& path, QString* error) {
     QString why;
     auto handle = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, &why);

@@ -28,6 +28,10 @@ bool compactDataFile(const QString& from, const QString& to, const Progress& pro
 // and passes the engine's integrity check.
 bool checkDataFile(const QString& path, QString* error);
 
+// Opens and closes a data file, so that a transaction a crash left unfinished
+// is rolled back before the file is copied as it lies on disk.
+bool settleDataFile(const QString& path, QString* error);
+
 // Removes a file if it is there; false only when it stays.
 bool removeFile(const QString& path, QString* error = nullptr);
 

@@ -204,7 +204,8 @@ Outcome exportReport(int kind, const QString& chosen, const Progress& progress) 
     Leftovers leftovers{{copy}};
     const QString prefix = QStringLiteral("导出Tarvel报表没有完成：");
     QString error;
-    if (!copyFile(liveDataFile(), copy, stepProgress(progress, 0, 30), &error))
+    if (!settleDataFile(liveDataFile(), &error) ||
+        !copyFile(liveDataFile(), copy, stepProgress(progress, 0, 30), &error))
         return Outcome::from(prefix, error);
     {
         FileDatabase db(copy);

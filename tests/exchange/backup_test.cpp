@@ -136,3 +136,32 @@ TEST_F(Backup, RestoreRefusesFilesThatAreNotItsDataFiles) {
     EXPECT_EQ(rows("contacts"), 4);
     EXPECT_TRUE(QDir(file.folder()).entryList({"tmpbackup*"}).isEmpty());
 }
+
+TEST_F(Backup, CopiesNoHalfFinishedTransaction) {
+    fillSample();
+    run("INSERT INTO contacts (con_lastname, con_description) SELECT con_lastname & '再' & 1, "
+        "'a long note to fill pages' FROM contacts");
+    for (int i = 0; i < 8; ++i)
+        run("INSERT INTO contacts (con_lastname, con_description) SELECT con_lastname, "
+            "con_description "
+            "FROM contacts");
+    const int contacts = rows("contacts");
+    closeAllHandles();
+    // Another program dies in the middle of a large delete: its changes are
+    // partly in the file, the old pages in the journal beside it.
+    QProcess other;
+    other.start("sqlcipher", {"-batch", file.path()});
+    other.write(QString("PRAGMA key='%1';\nPRAGMA cache_size=2;\nBEGIN;\nDELETE FROM "
+                        "contacts;\nSELECT 'ready';\n")
+                    .arg(schema::kDatabasePassword)
+                    .toUtf8());
+    ASSERT_TRUE(other.waitForReadyRead(30000));
+    other.kill();
+    other.waitForFinished();
+    ASSERT_TRUE(QFileInfo::exists(file.path() + "-journal"));
+    const QString target = inFolder("b.tbk");
+    ASSERT_TRUE(backupTo(target).ok);
+    EXPECT_EQ(sqlcipherRows(target, "SELECT COUNT(*) FROM contacts"),
+              QStringList{QString::number(contacts)});
+    EXPECT_EQ(sqlcipherRows(target, "PRAGMA integrity_check"), QStringList{"ok"});
+}
