@@ -51,6 +51,8 @@ Outcome backupTo(const QString& chosen, const Progress& progress) {
     if (chosen.trimmed().isEmpty()) return Outcome{true, false, {}, {}};
     const QString target = QFileInfo(chosen.trimmed()).absoluteFilePath();
     const BackupNames n = BackupNames::at(dataFolder(), Clock::now());
+    if (QFileInfo(target) == QFileInfo(n.live))
+        return Outcome::failure(QStringLiteral("备份没有完成：不能备份到数据文件本身"));
     Leftovers leftovers{{n.plainCopy, n.compacted}};
     QString error;
     // The compaction works on a copy, never on the live file.

@@ -77,6 +77,7 @@ TEST_F(Tool, ExplainsWhatWentWrong) {
         {{"import-csv", "tasks", "x.csv"}, 1, "只能从CSV文件导入联系人或单位"},
         {{"--db", "/nowhere/mydata3.tvg", "backup", "x.tbk"}, 1, "数据文件不存在"},
         {{"backup", "/proc/tarvel.tbk"}, 1, "备份没有完成"},
+        {{"backup", inFolder("mydata3.tvg")}, 1, "不能备份到数据文件本身"},
     };
     for (const auto& c : cases) {
         const ToolRun r = tool(c.args);

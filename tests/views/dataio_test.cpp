@@ -114,6 +114,11 @@ private slots:
         QVERIFY(QFile::exists(target));
         QCOMPARE(child<QLabel>(*page_, "lbl_backupdate")->text(),
                  QString("最近备份日期：2024-5-20"));
+        const qint64 size = QFileInfo(target).size();
+        prompts_->names << target;  // asked before it is overwritten: No
+        click(*page_, "Cmd_Backup");
+        QCOMPARE(dialogs_->lastText(), target + "已经存在,是否覆盖该文件?");
+        QCOMPARE(QFileInfo(target).size(), size);
 
         run("INSERT INTO contacts (con_lastname) VALUES ('李四')");
         QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);

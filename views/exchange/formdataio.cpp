@@ -1,6 +1,7 @@
 #include "views/exchange/formdataio.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QVBoxLayout>
@@ -142,7 +143,12 @@ QString FormDataIO::openName(const QString& caption, const QString& filter) {
 
 QString FormDataIO::saveName(const QString& caption, const QString& proposed,
                              const QString& filter) {
-    return prompts_->getSaveFileName(caption, proposed, filter).trimmed();
+    const QString chosen = prompts_->getSaveFileName(caption, proposed, filter).trimmed();
+    // The file dialog leaves the overwrite question to the program's own words.
+    if (!chosen.isEmpty() && QFileInfo::exists(chosen) &&
+        !dialogs_->ask(messageTitle(), exchange::overwriteQuestion(chosen)))
+        return {};
+    return chosen;
 }
 
 void FormDataIO::Cmd_Backup_Click() {
