@@ -164,7 +164,6 @@ void FormDataIO::Cmd_Backup_Click() {
 void FormDataIO::Cmd_Restore_Click() {
     const QString chosen = openName(QStringLiteral("恢复数据"), exchange::backupFilter());
     if (chosen.isEmpty()) return;
-    emit dataReplacing();
     exchange::Outcome out;
     {
         ProgressRun progress(this, QStringLiteral("正在恢复数据……"));

@@ -37,8 +37,6 @@ public slots:
     void cmd_import_vcard_Click();
 
 signals:
-    // The data file is about to be replaced: screens let go of what they hold.
-    void dataReplacing();
     // Records were restored or added: screens read their data again.
     void dataReplaced();
 
