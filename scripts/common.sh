@@ -2,7 +2,8 @@
 set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 PACKAGES=(qt6-base-dev libsqlcipher-dev libgtest-dev libbenchmark-dev pkg-config cmake g++ make
-          fonts-noto-cjk xvfb ccache libgl1-mesa-dev python3 python3-icalendar python3-dateutil)
+          fonts-noto-cjk xvfb ccache libgl1-mesa-dev python3 python3-icalendar python3-dateutil
+          sqlcipher python3-vobject)
 
 install_missing() {
   local missing=()

@@ -15,6 +15,7 @@
 #include "store/clock.h"
 #include "views/common/unsaved.h"
 #include "views/common/windowplacement.h"
+#include "views/exchange/formdataio.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
@@ -290,6 +291,17 @@ PageWidget* TarvelMain::createCalendarPage() {
     return form;
 }
 
+PageWidget* TarvelMain::createDataExchangePage() {
+    auto* form = new FormDataIO;
+    form->setDialogs(dialogs_);
+    form->setPageSwitch(pageSwitch());
+    // After a restore or an import every open page reads the data file again.
+    connect(form, &FormDataIO::dataReplaced, this, [this] {
+        for (PageWidget* page : std::as_const(pages_)) page->refresh();
+    });
+    return form;
+}
+
 PageWidget* TarvelMain::createTaskPage() {
     auto* form = new FormSchDetail;
     form->setDialogs(dialogs_);
@@ -384,6 +396,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
         if (!page && code == page::Schedule) page = createCalendarPage();
         if (!page && code == page::TaskDetail) page = createTaskPage();
+        if (!page && code == page::DataExchange) page = createDataExchangePage();
         if (!page) page = createListPage(code);
         if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));

@@ -133,6 +133,7 @@ private:
     PageWidget* createTaskPage();
     // The record lists and the e-mail window; null for other codes.
     PageWidget* createListPage(qint16 code);
+    PageWidget* createDataExchangePage();
     PageSwitch pageSwitch();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.

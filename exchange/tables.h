@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+namespace tarvel::exchange {
+
+// A record table: its name, key column and id translation table.
+struct RecordTable {
+    QString name;     // "contacts"
+    QString key;      // "con_id"
+    QString upgrade;  // "upgrade_contacts"
+    QString oldKey;   // "old_con_id"
+    QString newKey;   // "new_con_id"
+};
+
+// A link table: its two id columns, the record table each names, and the
+// extra column some carry (empty when none).
+struct LinkTable {
+    QString name;
+    QString first, firstTable;
+    QString second, secondTable;
+    QString extra;
+};
+
+// A record kind as the exchange commands name it ("contacts"), with its
+// relation code (1 opportunities ... 5 documents, the numbering of the list
+// fields), its tick column and the source its lists read (contacts come with
+// their account's columns).
+struct RecordKind {
+    QString word;
+    int code;
+    QString table;
+    QString check;
+    QString listSource;
+    QString caption;
+};
+const std::vector<RecordKind>& recordKinds();
+// Null for a word that names no kind.
+const RecordKind* recordKind(const QString& word);
+const RecordKind* recordKind(int code);
+
+// Accounts, contacts, opportunities, tasks, documents.
+const std::vector<RecordTable>& recordTables();
+const RecordTable* recordTable(const QString& name);
+const std::vector<LinkTable>& linkTables();
+// The tables a file must hold to be one of this program's data files.
+QStringList requiredTables();
+
+}  // namespace tarvel::exchange

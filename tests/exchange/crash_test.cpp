@@ -1,0 +1,215 @@
+// Faults from outside: tarvel-io killed with SIGKILL at random moments of each
+// operation, and run with too little room to write. Afterwards the data file
+// opens, passes the integrity check and holds the state before or after the
+// operation, never a mix.
+#include <sqlite3.h>
+#include <sys/resource.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include "exchange/backup.h"
+#include "exchange/csv.h"
+#include "exchange/filetools.h"
+#include "exchange/reportexport.h"
+#include "exchange/textfile.h"
+#include "exchange/vcard.h"
+#include "store/connectionstring.h"
+#include "store/sqlitehandle.h"
+#include "tests/exchange/exchangefixture.h"
+
+using namespace tarvel;
+using namespace tarvel::exchange;
+using exchange_test::ExchangeFixture;
+
+namespace {
+
+constexpr int kKillsPerOperation = 9;
+
+// Counts that tell the states apart, and the recorded backup date.
+QString fingerprint(const QString& path, QString* problem) {
+    QString error;
+    auto h = Handle::open(path, schema::kDatabasePassword, false, &error);
+    if (!h) return *problem = error, QString();
+    QStringList values;
+    for (const char* sql :
+         {"PRAGMA integrity_check", "SELECT COUNT(*) FROM contacts",
+          "SELECT COUNT(*) FROM accounts", "SELECT COUNT(*) FROM accounts_contacts",
+          "SELECT COUNT(*) FROM contacts_tasks",
+          "SELECT set_value FROM setting WHERE set_type='software' AND set_key='backupdate'"}) {
+        sqlite3_stmt* stmt = nullptr;
+        sqlite3_prepare_v2(h->db(), sql, -1, &stmt, nullptr);
+        values << (stmt && sqlite3_step(stmt) == SQLITE_ROW
+                       ? QString::fromUtf8(
+                             reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)))
+                       : QStringLiteral("?"));
+        sqlite3_finalize(stmt);
+    }
+    h->close();
+    if (values.takeFirst() != QStringLiteral("ok"))
+        *problem = QStringLiteral("integrity check failed");
+    return values.join(QLatin1Char(','));
+}
+
+struct Operation {
+    const char* name;
+    QStringList args;    // after "--db FILE"; file names relative to the inputs folder
+    const char* writes;  // a file the operation writes, which must never be half there
+};
+
+class Crash : public ExchangeFixture {
+protected:
+    // Two thousand contacts with accounts and tasks, all ticked; a backup of
+    // them, then two hundred more contacts, so a restore changes the counts.
+    void prepareWorkload() {
+        completeProfile();
+        QString error;
+        auto h = acquireHandle(file.connectionString(), &error);
+        ASSERT_TRUE(h) << error.toStdString();
+        for (const char* sql :
+             {"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<500) "
+              "INSERT INTO accounts (acc_name, acc_check) SELECT '单位' || i, -1 FROM n",
+              "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<2000) "
+              "INSERT INTO contacts (con_lastname, con_mobile, con_check) SELECT '联系人' || i, "
+              "'138' || i, -1 FROM n",
+              "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<2000) "
+              "INSERT INTO tasks (tas_subject, tas_check) SELECT '日程' || i, -1 FROM n",
+              "INSERT INTO accounts_contacts (acc_id, con_id) SELECT (con_id % 500) + 1, con_id "
+              "FROM contacts",
+              "INSERT INTO contacts_tasks (con_id, tas_id) SELECT con_id, con_id FROM contacts"})
+            ASSERT_TRUE(h->exec(QString::fromUtf8(sql), &error)) << error.toStdString();
+        QDir(file.folder()).mkdir("in");
+        ASSERT_TRUE(backupTo(inFolder("in/b.tbk")).ok);
+        ASSERT_TRUE(exportReport(3, inFolder("in/r.tvr3")).ok);
+        ASSERT_TRUE(exportVCards(inFolder("in/v.vcf")).ok);
+        QString csv = csvLine({"姓名", "手机", "客户/单位名称"});
+        for (int i = 0; i < 3000; ++i)
+            csv += csvLine({QString("导入%1").arg(i), "139", QString("新单位%1").arg(i % 300)});
+        ASSERT_TRUE(writeTextFile(inFolder("in/c.csv"), csv, true, &error));
+        ASSERT_TRUE(
+            h->exec("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<200) "
+                    "INSERT INTO contacts (con_lastname) SELECT '后来' || i FROM n",
+                    &error));
+        closeAllHandles();
+    }
+
+    // A fresh copy of the prepared data file in its own folder.
+    QString freshCopy(const QString& name) {
+        const QString dir = inFolder(name);
+        QDir().mkpath(dir);
+        const QString live = QDir(dir).filePath(schema::kDataFileName);
+        QFile::remove(live);
+        EXPECT_TRUE(QFile::copy(file.path(), live));
+        return live;
+    }
+
+    QStringList commandLine(const Operation& op, const QString& live) {
+        QStringList args = {"--db", live};
+        for (const QString& a : op.args) args << (a.contains('.') ? inFolder("in/" + a) : a);
+        if (op.writes) args << QDir(QFileInfo(live).path()).filePath(op.writes);
+        return args;
+    }
+
+    // A written file is absent or whole.
+    void expectWholeOrAbsent(const QString& path, const QString& where) {
+        if (!QFileInfo::exists(path)) return;
+        QString error;
+        EXPECT_TRUE(checkDataFile(path, &error)) << where.toStdString() << error.toStdString();
+    }
+};
+
+const Operation kOperations[] = {
+    {"backup", {"backup"}, "out.tbk"},
+    {"restore", {"restore", "b.tbk"}, nullptr},
+    {"export-report", {"export-report", "contacts"}, "out.tvr3"},
+    {"import-report", {"import-report", "r.tvr3"}, nullptr},
+    {"import-csv", {"import-csv", "contacts", "c.csv"}, nullptr},
+    {"import-vcard", {"import-vcard", "v.vcf"}, nullptr},
+};
+
+}  // namespace
+
+TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
+    prepareWorkload();
+    QString problem;
+    const QString before = fingerprint(file.path(), &problem);
+    ASSERT_TRUE(problem.isEmpty()) << problem.toStdString();
+    const quint32 seed = QRandomGenerator::global()->generate();
+    QRandomGenerator random(seed);
+    int kills = 0;
+    for (const Operation& op : kOperations) {
+        // The whole run once, for the state after it and how long it takes.
+        const QString reference = freshCopy(QString("%1-done").arg(op.name));
+        QElapsedTimer timer;
+        timer.start();
+        QProcess whole;
+        whole.start(TARVEL_IO, commandLine(op, reference));
+        ASSERT_TRUE(whole.waitForFinished(120000));
+        ASSERT_EQ(whole.exitCode(), 0) << op.name << whole.readAllStandardError().toStdString();
+        const qint64 duration = timer.elapsed();
+        const QString after = fingerprint(reference, &problem);
+        ASSERT_TRUE(problem.isEmpty());
+        if (QString(op.name) != "backup" && QString(op.name) != "export-report")
+            ASSERT_NE(after, before) << op.name;
+
+        for (int i = 0; i < kKillsPerOperation; ++i) {
+            const QString where = QString("%1 kill %2 (seed %3)").arg(op.name).arg(i).arg(seed);
+            const QString live = freshCopy(QString("%1-%2").arg(op.name).arg(i));
+            QProcess child;
+            child.start(TARVEL_IO, commandLine(op, live));
+            ASSERT_TRUE(child.waitForStarted());
+            QThread::msleep(random.bounded(int(duration * 11 / 10) + 1));
+            child.kill();  // SIGKILL
+            child.waitForFinished();
+            ++kills;
+            problem.clear();
+            const QString state = fingerprint(live, &problem);
+            EXPECT_TRUE(problem.isEmpty()) << where.toStdString() << ": " << problem.toStdString();
+            EXPECT_TRUE(state == before || state == after)
+                << where.toStdString() << ": " << state.toStdString() << " is neither "
+                << before.toStdString() << " nor " << after.toStdString();
+            if (op.writes)
+                expectWholeOrAbsent(QDir(QFileInfo(live).path()).filePath(op.writes), where);
+        }
+    }
+    EXPECT_GE(kills, 50);
+}
+
+TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {
+    prepareWorkload();
+    QString problem;
+    const QString before = fingerprint(file.path(), &problem);
+    const qint64 blocks = QFileInfo(file.path()).size() / 1024;
+    const struct {
+        Operation op;
+        qint64 limit;  // the largest file the child may write, in KiB
+        const char* says;
+    } cases[] = {
+        {kOperations[0], blocks / 2, "备份没有完成"},
+        {kOperations[1], blocks / 2, "恢复没有完成，当前数据没有改动"},
+        {kOperations[2], blocks / 2, "导出Tarvel报表没有完成"},
+        {kOperations[3], blocks, "导入Tarvel报表没有完成，当前数据没有改动"},
+        {kOperations[4], blocks, "导入没有完成，当前数据没有改动"},
+    };
+    for (const auto& c : cases) {
+        const QString live = freshCopy(QString("full-%1").arg(c.op.name));
+        // Writing past the limit then fails with EFBIG, as on a full disk,
+        // instead of ending the process.
+        QProcess child;
+        child.start("bash", QStringList{"-c", "trap '' XFSZ; ulimit -f \"$0\"; exec \"$@\"",
+                                        QString::number(c.limit), TARVEL_IO} +
+                                commandLine(c.op, live));
+        ASSERT_TRUE(child.waitForFinished(120000));
+        const QString err = QString::fromUtf8(child.readAllStandardError());
+        EXPECT_EQ(child.exitCode(), 1) << c.op.name << err.toStdString();
+        EXPECT_TRUE(err.contains(QString::fromUtf8(c.says)))
+            << c.op.name << ": " << err.toStdString();
+        problem.clear();
+        EXPECT_EQ(fingerprint(live, &problem), before) << c.op.name;
+        EXPECT_TRUE(problem.isEmpty()) << problem.toStdString();
+        if (c.op.writes)
+            EXPECT_FALSE(QFileInfo::exists(QDir(QFileInfo(live).path()).filePath(c.op.writes)));
+    }
+}

@@ -1,0 +1,209 @@
+#include <QFileInfo>
+
+#include "exchange/reportexport.h"
+#include "exchange/reportimport.h"
+#include "tests/exchange/exchangefixture.h"
+
+using namespace tarvel;
+using namespace tarvel::exchange;
+using exchange_test::ExchangeFixture;
+using exchange_test::sqlcipherRows;
+
+namespace {
+
+class Report : public ExchangeFixture {
+protected:
+    Report() {
+        fillSample();
+        completeProfile();
+    }
+    QStringList names(const QString& path, const char* sql) { return sqlcipherRows(path, sql); }
+};
+
+const char* kNames[] = {
+    "SELECT acc_name FROM accounts ORDER BY acc_name",
+    "SELECT con_lastname FROM contacts ORDER BY con_lastname",
+    "SELECT opp_subject FROM opportunities ORDER BY opp_subject",
+    "SELECT tas_subject FROM tasks ORDER BY tas_subject",
+    "SELECT doc_name FROM documents ORDER BY doc_name",
+};
+
+}  // namespace
+
+TEST_F(Report, CarriesTheTickedRecordsWithTheirLinksAndNoPrivateOne) {
+    const struct {
+        int kind;
+        QStringList accounts, contacts, opportunities, tasks, documents;
+    } cases[] = {
+        {1, {"甲公司"}, {"张三"}, {"大单"}, {}, {}},
+        {2, {"甲公司"}, {"张三", "赵六"}, {"大单"}, {}, {}},
+        // 李四 travels as the related contact of 张三; 王五 is private.
+        {3, {"甲公司"}, {"张三", "李四"}, {"大单"}, {"拜访"}, {"合同"}},
+        {4, {}, {"张三"}, {}, {"拜访"}, {}},
+    };
+    for (const auto& c : cases) {
+        const QString target = inFolder(QString("r%1.tvr3").arg(c.kind));
+        const Outcome out = exportReport(c.kind, target);
+        ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+        const QStringList* expected[] = {&c.accounts, &c.contacts, &c.opportunities, &c.tasks,
+                                         &c.documents};
+        for (int i = 0; i < 5; ++i)
+            EXPECT_EQ(names(target, kNames[i]), *expected[i]) << c.kind << " " << kNames[i];
+        EXPECT_FALSE(QFileInfo::exists(inFolder("tdb.tmp")));
+    }
+    EXPECT_EQ(rows("contacts"), 4) << "the live file is only read";
+}
+
+TEST_F(Report, ContactReportRunsItsStatementsInOrder) {
+    trace::clear();
+    ASSERT_TRUE(exportReport(3, inFolder("c.tvr3")).ok);
+    const QStringList expected = {
+        "SELECT acc_id, acc_private  FROM accounts",
+        "Delete * from accounts WHERE acc_id =2",
+        "Delete * from accounts_contacts WHERE acc_id =2",
+        "Delete * from accounts_documents WHERE acc_id =2",
+        "Delete * from accounts_tasks WHERE acc_id =2",
+        "Delete * from opportunities_accounts WHERE acc_id =2",
+        "SELECT con_id, con_private  FROM contacts",
+        "Delete * from contacts WHERE con_id =3",
+        "Delete * from accounts_contacts WHERE con_id =3",
+        "Delete * from contacts_contacts WHERE con_id1 =3 OR  con_id2= 3",
+        "Delete * from opportunities_contacts WHERE con_id =3",
+        "Delete * from contacts_tasks WHERE con_id =3",
+        "Delete * from contacts_documents WHERE con_id =3",
+        "SELECT opp_id, opp_private  FROM opportunities",
+        "Delete * from opportunities WHERE opp_id =2",
+        "Delete * from opportunities_documents WHERE opp_id =2",
+        "Delete * from opportunities_accounts WHERE opp_id =2",
+        "Delete * from opportunities_contacts WHERE opp_id =2",
+        "Delete * from opportunities_tasks WHERE opp_id =2",
+        "SELECT tas_id, tas_private  FROM tasks",
+        "Delete * FROM accounts_contacts WHERE con_id NOT IN (SELECT con_id FROM contacts WHERE "
+        "con_check=true)",
+        "Delete * FROM contacts_tasks WHERE con_id NOT IN (SELECT con_id FROM contacts WHERE "
+        "con_check=true)",
+        "Delete * FROM opportunities_contacts WHERE con_id NOT IN (SELECT con_id FROM contacts "
+        "WHERE con_check=true)",
+        "Delete * FROM contacts_documents WHERE con_id NOT IN (SELECT con_id FROM contacts WHERE "
+        "con_check=true)",
+        "Delete * FROM documents WHERE doc_id NOT IN (SELECT doc_id FROM contacts_documents )",
+        "Delete * FROM opportunities WHERE opp_id NOT IN (SELECT opp_id FROM "
+        "opportunities_contacts)",
+        "Delete * FROM tasks WHERE tas_id NOT IN (SELECT tas_id FROM contacts_tasks)",
+        "Delete * FROM accounts WHERE acc_id NOT IN (SELECT acc_id FROM accounts_contacts)",
+        "SELECT con_id FROM contacts WHERE con_check=true",
+        "SELECT con_id1, con_id2 FROM contacts_contacts WHERE con_id2=1 OR con_id1=1",
+        "UPDATE  contacts SET con_check=true WHERE con_id= 2",
+        "DELETE * FROM contacts WHERE con_check= false ",
+    };
+    const QStringList all = trace::statements();
+    // What comes before is the profile check's reading of the settings.
+    EXPECT_EQ(all.mid(all.indexOf(expected.first())), expected);
+}
+
+TEST_F(Report, OtherKindsCutInTheirOrder) {
+    const struct {
+        int kind;
+        const char *first, *lastLink, *last;
+    } cases[] = {
+        {1, "DELETE * FROM opportunities WHERE opp_check= false ",
+         "Delete * FROM opportunities_tasks WHERE opp_id NOT IN (SELECT opp_id FROM opportunities "
+         "WHERE opp_check=true)",
+         "Delete * FROM tasks WHERE tas_id NOT IN (SELECT tas_id FROM opportunities_tasks)"},
+        {2, "DELETE * FROM accounts WHERE acc_check= false ",
+         "Delete * FROM accounts_documents WHERE acc_id NOT IN (SELECT acc_id FROM accounts WHERE "
+         "acc_check=true)",
+         "Delete * FROM opportunities WHERE opp_id NOT IN (SELECT opp_id FROM "
+         "opportunities_accounts)"},
+        {4, "DELETE * FROM tasks WHERE tas_check= false ",
+         "Delete * FROM tasks_documents WHERE tas_id NOT IN (SELECT tas_id FROM tasks WHERE "
+         "tas_check=true)",
+         "Delete * FROM opportunities WHERE opp_id NOT IN (SELECT opp_id FROM "
+         "opportunities_tasks)"},
+    };
+    for (const auto& c : cases) {
+        trace::clear();
+        ASSERT_TRUE(exportReport(c.kind, inFolder("k.tvr3")).ok);
+        const QStringList all = trace::statements();
+        const QStringList cut = all.mid(all.indexOf("SELECT tas_id, tas_private  FROM tasks") + 1);
+        ASSERT_EQ(cut.size(), 9) << c.kind;
+        EXPECT_EQ(cut[0], c.first);
+        EXPECT_EQ(cut[4], c.lastLink);
+        EXPECT_EQ(cut[8], c.last);
+    }
+}
+
+TEST_F(Report, RefusesWithoutACompleteProfile) {
+    ASSERT_TRUE((UserProfile{"王经理", "", "经理", "w@example.cn"}).save());
+    const Outcome out = exportReport(3, inFolder("p.tvr3"));
+    EXPECT_FALSE(out.ok);
+    EXPECT_FALSE(profileProblem().isEmpty());
+    EXPECT_EQ(out.ErrMsg, profileProblem());
+    EXPECT_FALSE(QFileInfo::exists(inFolder("p.tvr3")));
+}
+
+TEST_F(Report, ProposedNameAndQuestions) {
+    EXPECT_EQ(proposedReportName("/p", "王经理", QDate(2026, 8, 5)),
+              "/p/王经理2026-8-5 - 日志报告文件.tvr3");
+    EXPECT_EQ(overwriteQuestion("/p/a.tvr3"), "/p/a.tvr3已经存在,是否覆盖该文件?");
+}
+
+TEST_F(Report, ImportIntoAnotherFileRenumbersAndRelinks) {
+    const QString report = inFolder("contacts.tvr3");
+    ASSERT_TRUE(exportReport(3, report).ok);
+    {
+        tarvel::testing::TempDataFile other;  // the colleague's file, with a record of its own
+        run("INSERT INTO contacts (con_lastname) VALUES ('本地')");
+        run("INSERT INTO upgrade_contacts (old_con_id, new_con_id) VALUES (99, 99)");
+        ImportSummary summary;
+        const Outcome out = importReport(report, &summary);
+        ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+        EXPECT_EQ(describe(summary), "单位 1，联系人 2，销售机会 1，日程 1，文档 1");
+        // The incoming contacts got keys after the local one.
+        EXPECT_EQ(
+            column(
+                "SELECT old_con_id & '>' & new_con_id FROM upgrade_contacts ORDER BY old_con_id"),
+            QStringList({"1>2", "2>3"}));
+        const QStringList links = {
+            "SELECT con_lastname & '|' & acc_name FROM que_contacts_accounts WHERE acc_name IS NOT "
+            "NULL",
+            "SELECT c1.con_lastname & '|' & c2.con_lastname & '|' & r.con_relation FROM "
+            "contacts_contacts r, "
+            "contacts c1, contacts c2 WHERE c1.con_id = r.con_id1 AND c2.con_id = r.con_id2",
+            "SELECT c.con_lastname & '|' & o.opp_subject & '|' & r.con_part_in_opp FROM "
+            "opportunities_contacts r, "
+            "contacts c, opportunities o WHERE c.con_id = r.con_id AND o.opp_id = r.opp_id",
+            "SELECT a.acc_name & '|' & o.opp_subject & '|' & r.acc_part_in_opp FROM "
+            "opportunities_accounts r, "
+            "accounts a, opportunities o WHERE a.acc_id = r.acc_id AND o.opp_id = r.opp_id",
+            "SELECT c.con_lastname & '|' & t.tas_subject FROM contacts_tasks r, contacts c, tasks "
+            "t "
+            "WHERE c.con_id = r.con_id AND t.tas_id = r.tas_id",
+            "SELECT c.con_lastname & '|' & d.doc_name FROM contacts_documents r, contacts c, "
+            "documents d "
+            "WHERE c.con_id = r.con_id AND d.doc_id = r.doc_id",
+        };
+        const QStringList expected[] = {{"张三|甲公司"},      {"张三|李四|同事"},
+                                        {"张三|大单|决策人"}, {"甲公司|大单|买方"},
+                                        {"张三|拜访"},        {"张三|合同"}};
+        for (int i = 0; i < links.size(); ++i) EXPECT_EQ(column(links[i]), expected[i]) << i;
+        EXPECT_EQ(rows("contacts WHERE con_private <> 0"), 0);
+        EXPECT_EQ(rows("contacts WHERE con_check <> 0"), 0);
+        // A second import adds the records again, under further new keys.
+        ASSERT_TRUE(importReport(report, &summary).ok);
+        EXPECT_EQ(rows("contacts"), 5);
+        EXPECT_EQ(rows("upgrade_contacts"), 2);
+    }
+}
+
+TEST_F(Report, ImportOfABrokenFileChangesNothing) {
+    QFile junk(inFolder("junk.tvr3"));
+    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+    junk.write(QByteArray(4096, 'x'));
+    junk.close();
+    const Outcome out = importReport(junk.fileName());
+    EXPECT_FALSE(out.ok);
+    EXPECT_TRUE(out.ErrMsg.startsWith("导入Tarvel报表没有完成，当前数据没有改动"))
+        << out.ErrMsg.toStdString();
+    EXPECT_EQ(rows("contacts"), 4);
+}

@@ -1,0 +1,229 @@
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringEncoder>
+
+#include "exchange/csvimport.h"
+#include "exchange/textfile.h"
+#include "exchange/vcard.h"
+#include "tests/exchange/exchangefixture.h"
+
+using namespace tarvel;
+using namespace tarvel::exchange;
+using exchange_test::ExchangeFixture;
+
+namespace {
+
+// What a python3 script prints as JSON about the file named by argv[1].
+QJsonValue python(const QString& script, const QString& path) {
+    QProcess p;
+    // Debian's interpreter, where python3-vobject is installed.
+    p.start("/usr/bin/python3", {"-c", script, path});
+    if (!p.waitForFinished(30000) || p.exitCode() != 0) {
+        ADD_FAILURE() << p.readAllStandardError().toStdString();
+        return {};
+    }
+    return QJsonDocument::fromJson("{\"v\":" + p.readAllStandardOutput() + "}").object().value("v");
+}
+
+void writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+QByteArray gb18030(const QString& text) {
+    QStringEncoder encoder("GB18030");
+    return encoder.encode(text);
+}
+
+class TextFormats : public ExchangeFixture {};
+
+}  // namespace
+
+TEST(Csv, SplitsQuotedFieldsAndCountsLines) {
+    const struct {
+        const char* text;
+        QList<int> lines;
+        QList<QStringList> rows;
+    } cases[] = {
+        {"a,b\r\nc,d\r\n", {1, 2}, {{"a", "b"}, {"c", "d"}}},
+        {"\"x,y\",\"say \"\"hi\"\"\"\n", {1}, {{"x,y", "say \"hi\""}}},
+        {"\"two\nlines\",z\n\nlast,\n", {1, 4}, {{"two\nlines", "z"}, {"last", ""}}},
+        {"no newline at end", {1}, {{"no newline at end"}}},
+    };
+    for (const auto& c : cases) {
+        const QList<CsvRow> rows = parseCsv(QString::fromUtf8(c.text));
+        ASSERT_EQ(rows.size(), c.rows.size()) << c.text;
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            EXPECT_EQ(rows[i].fields, c.rows[i]) << c.text;
+            EXPECT_EQ(rows[i].line, c.lines[i]) << c.text;
+        }
+    }
+}
+
+TEST(TextFile, DetectsTheEncodingsSpreadsheetsWrite) {
+    const QString text = "姓名,单位\n张三,甲公司";
+    EXPECT_EQ(decodeText("\xEF\xBB\xBF" + text.toUtf8()), text);
+    EXPECT_EQ(decodeText(text.toUtf8()), text);
+    EXPECT_EQ(decodeText(gb18030(text)), text);
+}
+
+TEST_F(TextFormats, CsvImportLinksAccountsByNameAndIsAllOrNothing) {
+    run("INSERT INTO accounts (acc_name) VALUES ('甲公司')");
+    const QString path = inFolder("in.csv");
+    writeBytes(path, gb18030("姓名,名,手机,客户/单位名称,生日,不认识的列\r\n"
+                             "张,三,13800000000,甲公司,1980-5-6,x\r\n"
+                             "李,四,13900000000,乙公司,,y\r\n"
+                             "王,五,,乙公司,1985-2-3,z\r\n"));
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error)) << error.toStdString();
+    EXPECT_EQ(plan.targets, QStringList({"con_lastname", "con_firstname", "con_mobile", "acc_name",
+                                         "con_birthday", ""}));
+    EXPECT_EQ(plan.rows.size(), 3);
+    int added = 0, accounts = 0;
+    const Outcome out = importCsv(plan, &added, &accounts);
+    ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+    EXPECT_EQ(added, 3);
+    EXPECT_EQ(accounts, 1);
+    EXPECT_EQ(
+        column("SELECT con_lastname & con_firstname & '|' & acc_name FROM que_contacts_accounts "
+               "ORDER BY con_id"),
+        QStringList({"张三|甲公司", "李四|乙公司", "王五|乙公司"}));
+    EXPECT_EQ(column("SELECT con_birthday FROM contacts WHERE con_lastname='张'").value(0).left(10),
+              "1980-05-06");
+
+    writeBytes(path,
+               QString("\xEF\xBB\xBF姓名,生日\n赵,1990-1-1\n钱,不是日期\n孙,1990-13-1\n").toUtf8());
+    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
+    const Outcome bad = importCsv(plan);
+    EXPECT_FALSE(bad.ok);
+    EXPECT_TRUE(bad.ErrMsg.contains("第3行")) << bad.ErrMsg.toStdString();
+    EXPECT_TRUE(bad.ErrMsg.contains("第4行")) << bad.ErrMsg.toStdString();
+    EXPECT_FALSE(bad.ErrMsg.contains("第2行"));
+    EXPECT_EQ(rows("contacts"), 3) << "nothing of a failed file is kept";
+}
+
+TEST_F(TextFormats, CsvImportRefusesWhatItCannotRead) {
+    CsvImportPlan plan;
+    QString error;
+    EXPECT_FALSE(planCsvImport(inFolder("missing.csv"), "contacts", &plan, &error));
+    EXPECT_FALSE(planCsvImport(inFolder("x.csv"), "tasks", &plan, &error));
+    writeBytes(inFolder("odd.csv"), "foo,bar\n1,2\n");
+    EXPECT_FALSE(planCsvImport(inFolder("odd.csv"), "accounts", &plan, &error));
+    EXPECT_TRUE(error.contains("没有可以识别的列名"));
+}
+
+TEST_F(TextFormats, CsvExportReadsBackWithPythonCsv) {
+    run("INSERT INTO accounts (acc_name, acc_telephone, acc_check) VALUES ('\"引号\",公司', "
+        "'010-1', true)");
+    run("INSERT INTO accounts (acc_name, acc_check) VALUES ('未选', false)");
+    const QString path = inFolder("out.csv");
+    ASSERT_TRUE(exportCsv("accounts", path).ok);
+    const QJsonArray rows =
+        python(
+            "import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "
+            "encoding='utf-8-sig')))))",
+            path)
+            .toArray();
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_TRUE(rows[0].toArray().contains(QJsonValue("客户/单位名称")));
+    EXPECT_EQ(rows[0].toArray().size(), rows[1].toArray().size());
+    EXPECT_TRUE(rows[1].toArray().contains(QJsonValue("\"引号\",公司")));
+    EXPECT_TRUE(rows[1].toArray().contains(QJsonValue("010-1")));
+}
+
+TEST_F(TextFormats, VCardExportReadsBackWithVobjectAndImportsAgain) {
+    run("INSERT INTO accounts (acc_name) VALUES ('甲公司; 分部')");
+    run("INSERT INTO contacts (con_lastname, con_firstname, con_title, con_department_title, "
+        "con_telephone, "
+        "con_telephone2, con_mobile, con_fax, con_email, con_email2, con_address_family, "
+        "con_postcode_family, "
+        "con_website, con_birthday, con_description, con_nickname, con_check) VALUES ('张', '三', "
+        "'先生', "
+        "'销售部经理', '010-1', '010-2', '138', '010-9', 'z@a.cn', 'z@b.cn', '北京市海淀区, 1号', "
+        "'100080', "
+        "'http://z.cn', #1980-5-6#, "
+        "'第一行\n第二行，很长很长很长很长很长很长很长很长很长很长很长很长很长很长很长', "
+        "'小张', true)");
+    run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)");
+    run("INSERT INTO contacts (con_lastname, con_check) VALUES ('不导出', false)");
+    const QString path = inFolder("out.vcf");
+    int written = 0;
+    ASSERT_TRUE(exportVCards(path, &written).ok);
+    EXPECT_EQ(written, 1);
+    const QJsonObject card =
+        python(
+            "import vobject,json,sys\n"
+            "cards=list(vobject.readComponents(open(sys.argv[1],encoding='utf-8').read()))\n"
+            "c=cards[0]\n"
+            "print(json.dumps({'n':len(cards),'fn':c.fn.value,'family':c.n.value.family,"
+            "'given':c.n.value.given,'org':c.org.value,'title':c.title.value,"
+            "'tel':[t.value for t in c.contents['tel']],'email':[e.value for e in "
+            "c.contents['email']],"
+            "'street':c.adr.value.street,'code':c.adr.value.code,'bday':c.bday.value,"
+            "'note':c.note.value,'url':c.url.value,'version':c.version.value}))",
+            path)
+            .toObject();
+    EXPECT_EQ(card["n"].toInt(), 1);
+    EXPECT_EQ(card["version"].toString(), "4.0");
+    EXPECT_EQ(card["fn"].toString(), "张三");
+    EXPECT_EQ(card["family"].toString(), "张");
+    EXPECT_EQ(card["given"].toString(), "三");
+    EXPECT_EQ(card["org"].toArray().at(0).toString(), "甲公司; 分部");
+    EXPECT_EQ(card["title"].toString(), "销售部经理");
+    EXPECT_EQ(card["tel"].toArray().toVariantList(),
+              QVariantList({"010-1", "010-2", "138", "010-9"}));
+    EXPECT_EQ(card["email"].toArray().toVariantList(), QVariantList({"z@a.cn", "z@b.cn"}));
+    EXPECT_EQ(card["street"].toString(), "北京市海淀区, 1号");
+    EXPECT_EQ(card["code"].toString(), "100080");
+    EXPECT_EQ(card["bday"].toString(), "19800506");
+    EXPECT_TRUE(card["note"].toString().startsWith("第一行\n第二行"));
+    EXPECT_EQ(card["url"].toString(), "http://z.cn");
+
+    // The same card back into a new file gives the same contact.
+    const QStringList columns = {
+        "con_lastname",  "con_firstname",  "con_title",          "con_department_title",
+        "con_telephone", "con_telephone2", "con_mobile",         "con_fax",
+        "con_email",     "con_email2",     "con_address_family", "con_postcode_family",
+        "con_website",   "con_birthday",   "con_description",    "con_nickname",
+        "acc_name"};
+    const QString select =
+        "SELECT " + columns.join(" & '|' & ") + " FROM que_contacts_accounts WHERE con_id=1";
+    const QStringList original = column(select);
+    tarvel::testing::TempDataFile other;
+    int added = 0;
+    const Outcome in = importVCards(path, &added);
+    ASSERT_TRUE(in.ok) << in.ErrMsg.toStdString();
+    EXPECT_EQ(added, 1);
+    EXPECT_EQ(column(select), original);
+}
+
+TEST(VCard, ReadsVersionThreeWithFoldedLinesAndBareTypes) {
+    const QString text =
+        "BEGIN:VCARD\r\nVERSION:3.0\r\nN:Smith;John;;Dr.;\r\nFN:John Smith\r\n"
+        "ORG:Acme\\, Inc.;Sales\r\nTEL;TYPE=WORK,VOICE:111\r\nTEL;TYPE=CELL:222\r\nTEL;CELL:333\r\n"
+        "TEL;TYPE=HOME;TYPE=FAX:444\r\nitem1.EMAIL;TYPE=INTERNET:j@s.com\r\n"
+        "ADR;TYPE=WORK:;;Work St;;;999;\r\nADR;TYPE=HOME:;;1 Main\r\n  St;Town;;12345;\r\n"
+        "BDAY:1970-01-02\r\nNOTE:a\\nb\\;c\r\nEND:VCARD\r\n"
+        "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:只有全名\r\nEND:VCARD\r\n";
+    const QList<VCardContact> cards = readVCards(text);
+    ASSERT_EQ(cards.size(), 2);
+    const auto& c = cards[0].columns;
+    EXPECT_EQ(c["con_lastname"], "Smith");
+    EXPECT_EQ(c["con_firstname"], "John");
+    EXPECT_EQ(c["con_title"], "Dr.");
+    EXPECT_EQ(cards[0].organisation, "Acme, Inc.");
+    EXPECT_EQ(c["con_telephone"], "111");
+    EXPECT_EQ(c["con_mobile"], "222");
+    EXPECT_EQ(c["con_mobile2"], "333");
+    EXPECT_EQ(c["con_fax"], "444");
+    EXPECT_EQ(c["con_email"], "j@s.com");
+    EXPECT_EQ(c["con_address_family"], "Town1 Main St");
+    EXPECT_EQ(c["con_postcode_family"], "12345");
+    EXPECT_EQ(c["con_birthday"].toDateTime().date(), QDate(1970, 1, 2));
+    EXPECT_EQ(c["con_description"], "a\nb;c");
+    EXPECT_EQ(cards[1].columns["con_lastname"], "只有全名");
+}

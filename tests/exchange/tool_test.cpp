@@ -1,0 +1,87 @@
+#include <QFileInfo>
+
+#include "store/connectionstring.h"
+#include "tests/exchange/exchangefixture.h"
+#include "tools/exchangetool.h"
+
+using namespace tarvel;
+using exchange_test::ExchangeFixture;
+using exchange_test::sqlcipherRows;
+
+namespace {
+
+struct ToolRun {
+    int code;
+    QString out, err;
+};
+
+class Tool : public ExchangeFixture {
+protected:
+    ToolRun tool(QStringList args) {
+        QString out, err;
+        QTextStream o(&out), e(&err);
+        const int code = runExchangeTool(args, file.folder(), o, e);
+        o.flush();
+        e.flush();
+        // The tool points the program at its file; the test goes on with its own.
+        setGlobalConnectionString(file.connectionString());
+        return {code, out, err};
+    }
+};
+
+}  // namespace
+
+TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
+    fillSample();
+    completeProfile();
+    const struct {
+        QStringList args;
+        const char* says;
+        const char* writes;
+    } cases[] = {
+        {{"backup", "b.tbk"}, "备份成功!", "b.tbk"},
+        {{"export-report", "contacts", "r.tvr3"}, "已导出Tarvel报表", "r.tvr3"},
+        {{"export-csv", "contacts", "c.csv"}, "已导出到CSV文件", "c.csv"},
+        {{"export-vcard", "v.vcf"}, "已导出 2 个联系人", "v.vcf"},
+        {{"import-vcard", "v.vcf"}, "已导入 2 个联系人", nullptr},
+        {{"import-report", "r.tvr3"}, "单位 1，联系人 2", nullptr},
+        {{"--db", "mydata3.tvg", "restore", "b.tbk"},
+         "恢复成功! 恢复之前的文件已经备份到",
+         nullptr},
+    };
+    QDir::setCurrent(file.folder());
+    for (const auto& c : cases) {
+        const ToolRun r = tool(c.args);
+        EXPECT_EQ(r.code, 0) << c.args.join(' ').toStdString() << r.err.toStdString();
+        EXPECT_TRUE(r.out.contains(QString::fromUtf8(c.says))) << r.out.toStdString();
+        if (c.writes) EXPECT_TRUE(QFileInfo::exists(inFolder(c.writes))) << c.writes;
+    }
+    // The restore brought back the file as it was at the backup.
+    EXPECT_EQ(rows("contacts"), 4);
+    EXPECT_EQ(sqlcipherRows(inFolder("b.tbk"), "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
+}
+
+TEST_F(Tool, ExplainsWhatWentWrong) {
+    const struct {
+        QStringList args;
+        int code;
+        const char* says;
+    } cases[] = {
+        {{}, 2, "用法"},
+        {{"backup"}, 2, "用法"},
+        {{"frobnicate", "x"}, 2, "用法"},
+        {{"export-csv", "people", "x.csv"}, 1, "未知的记录类别：people"},
+        {{"export-report", "documents", "x.tvr3"}, 1, "文档只能随相关记录导出到报表"},
+        {{"export-report", "contacts", "x.tvr3"}, 1, "个人信息"},
+        {{"restore", "nothing.tbk"}, 1, "不能恢复该文件"},
+        {{"import-csv", "tasks", "x.csv"}, 1, "只能从CSV文件导入联系人或单位"},
+        {{"--db", "/nowhere/mydata3.tvg", "backup", "x.tbk"}, 1, "数据文件不存在"},
+        {{"backup", "/proc/tarvel.tbk"}, 1, "备份没有完成"},
+        {{"backup", inFolder("mydata3.tvg")}, 1, "不能备份到数据文件本身"},
+    };
+    for (const auto& c : cases) {
+        const ToolRun r = tool(c.args);
+        EXPECT_EQ(r.code, c.code) << c.args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.contains(QString::fromUtf8(c.says))) << r.err.toStdString();
+    }
+}

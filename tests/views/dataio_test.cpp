@@ -1,0 +1,206 @@
+// The data exchange page: backup and restore through the page's seams, the
+// report export as the lists run it, and the CSV import's confirmation.
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "custom/userprofile.h"
+#include "store/clock.h"
+#include "tests/support/tempdatafile.h"
+#include "tests/views/helpers.h"
+#include "views/exchange/csvpreview.h"
+#include "views/exchange/formdataio.h"
+#include "views/exchange/reportexportflow.h"
+
+using namespace tarvel;
+using tarvel::testsupport::at;
+using tarvel::testsupport::child;
+using tarvel::testsupport::click;
+using tarvel::testsupport::firstValue;
+using tarvel::testsupport::run;
+using tarvel::testsupport::ScriptedDialogs;
+
+namespace {
+
+// File names and the CSV confirmation from a script; records what was asked.
+class ScriptedPrompts : public DataIoPrompts {
+public:
+    QString getOpenFileName(const QString& caption, const QString& dir,
+                            const QString& filter) override {
+        asked << QStringLiteral("open|%1|%2|%3").arg(caption, dir, filter);
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
+    QString getSaveFileName(const QString& caption, const QString& proposed,
+                            const QString& filter) override {
+        asked << QStringLiteral("save|%1|%2|%3").arg(caption, proposed, filter);
+        return names.isEmpty() ? QString() : names.takeFirst();
+    }
+    bool confirmCsvImport(const exchange::CsvImportPlan& plan) override {
+        confirmed << plan.targets;
+        return confirmAnswer;
+    }
+    QStringList names, asked;
+    QList<QStringList> confirmed;
+    bool confirmAnswer = true;
+};
+
+int contacts() {
+    return firstValue("SELECT COUNT(*) FROM contacts").toInt();
+}
+
+}  // namespace
+
+class DataIoTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        Clock::setFixed(at(2024, 5, 20, 10, 3));
+        file_ = std::make_unique<tarvel::testing::TempDataFile>();
+        dialogs_ = std::make_shared<ScriptedDialogs>();
+        prompts_ = std::make_shared<ScriptedPrompts>();
+        opened_.clear();
+        page_ = std::make_unique<FormDataIO>();
+        page_->setDialogs(dialogs_);
+        page_->setPrompts(prompts_);
+        page_->setPageSwitch([this](qint16 code, const QString&, qint32) { opened_ << code; });
+        page_->fill(PageRequest{});
+        page_->show();
+        run("INSERT INTO contacts (con_lastname, con_check) VALUES ('张三', true)");
+    }
+    void cleanup() {
+        page_.reset();
+        file_.reset();
+    }
+
+    void everyControlIsNamedAndReachable() {
+        for (const char* name :
+             {"Cmd_Backup", "Cmd_Restore", "cmd_export_report", "cmd_import_report",
+              "cmd_export_csv", "cmd_import_csv", "cmd_export_vcard", "cmd_import_vcard"})
+            QVERIFY2(child<QPushButton>(*page_, name)->isEnabled(), name);
+        for (QLabel* label : page_->findChildren<QLabel*>())
+            if (label->text().contains('&')) QVERIFY(label->buddy());
+        // Spreadsheets bring contacts and accounts only.
+        child<QComboBox>(*page_, "cbo_csv_kind")->setCurrentIndex(3);
+        QVERIFY(!child<QPushButton>(*page_, "cmd_import_csv")->isEnabled());
+        child<QComboBox>(*page_, "cbo_csv_kind")->setCurrentIndex(1);
+        QVERIFY(child<QPushButton>(*page_, "cmd_import_csv")->isEnabled());
+        const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
+        if (shots.isEmpty()) return;
+        page_->grab().save(QDir(shots).filePath("form_dataio.png"));
+        exchange::CsvImportPlan plan{"contacts",
+                                     {"姓名", "手机", "客户/单位名称", "备注2"},
+                                     {"con_lastname", "con_mobile", "acc_name", ""},
+                                     {"姓名", "手机", "客户/单位名称", ""},
+                                     {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
+                                      {3, {"李芳", "13900000002", "北京人民医院", "y"}}}};
+        CsvPreview preview(plan);
+        preview.show();
+        preview.grab().save(QDir(shots).filePath("form_csv_preview.png"));
+    }
+
+    void backupOffersItsNameAndRecordsTheDate() {
+        click(*page_, "Cmd_Backup");  // cancelled: nothing happens
+        QCOMPARE(
+            prompts_->asked.value(0),
+            QString("save|备份数据|%1/Tarvel数据备份文件2024-5-20.tbk|Tarvel备份文件(*.tbk)|*.tbk")
+                .arg(file_->folder()));
+        QVERIFY(dialogs_->shown.isEmpty());
+        const QString target = QDir(file_->folder()).filePath("b.tbk");
+        prompts_->names << target;
+        click(*page_, "Cmd_Backup");
+        QCOMPARE(dialogs_->lastText(), QString("备份成功!"));
+        QVERIFY(QFile::exists(target));
+        QCOMPARE(child<QLabel>(*page_, "lbl_backupdate")->text(),
+                 QString("最近备份日期：2024-5-20"));
+        const qint64 size = QFileInfo(target).size();
+        prompts_->names << target;  // asked before it is overwritten: No
+        click(*page_, "Cmd_Backup");
+        QCOMPARE(dialogs_->lastText(), target + "已经存在,是否覆盖该文件?");
+        QCOMPARE(QFileInfo(target).size(), size);
+
+        run("INSERT INTO contacts (con_lastname) VALUES ('李四')");
+        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
+        prompts_->names << target;
+        click(*page_, "Cmd_Restore");
+        QCOMPARE(dialogs_->lastText(),
+                 QString("恢复成功! 恢复之前的文件已经备份到%1/tmpbackup2024-5-20-10-3.tbk")
+                     .arg(file_->folder()));
+        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(contacts(), 1);
+
+        prompts_->names << QDir(file_->folder()).filePath("tmpbackup2024-5-20-10-3.tbk.missing");
+        click(*page_, "Cmd_Restore");
+        QVERIFY(dialogs_->lastText().startsWith("不能恢复该文件"));
+        QCOMPARE(contacts(), 1);
+    }
+
+    void reportExportAsTheListsRunIt() {
+        QVERIFY(!exportReportFromList(3, page_.get(), *dialogs_, *prompts_, {}));
+        QCOMPARE(dialogs_->shown.size(), 2);
+        QVERIFY(dialogs_->shown[0].text.contains("电子邮件"));
+        QCOMPARE(dialogs_->shown[1].text, QString("导出Tarvel报表没有完成!"));
+        QVERIFY(prompts_->asked.isEmpty());
+
+        QVERIFY((UserProfile{"王经理", "甲公司", "经理", "w@example.cn"}).save());
+        const QString target = QDir(file_->folder()).filePath("r.tvr3");
+        QFile old(target);
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+        old.close();
+        dialogs_->shown.clear();
+        prompts_->names << target;
+        dialogs_->answers << false;  // keep the existing file
+        QVERIFY(!exportReportFromList(3, page_.get(), *dialogs_, *prompts_,
+                                      [this](qint16 c, const QString&, qint32) { opened_ << c; }));
+        QCOMPARE(prompts_->asked.last(),
+                 QString("save|导出到Tarvel报表|%1/王经理2024-5-20 - "
+                         "日志报告文件.tvr3|Tarvel3.0报告文件(*.tvr3)|*.tvr3")
+                     .arg(file_->folder()));
+        QCOMPARE(dialogs_->shown[0].text, target + "已经存在,是否覆盖该文件?");
+        QCOMPARE(QFileInfo(target).size(), 3);
+        QVERIFY(opened_.isEmpty());
+
+        dialogs_->shown.clear();
+        prompts_->names << target;
+        dialogs_->answers << true << false;  // overwrite; no e-mail now
+        QVERIFY(exportReportFromList(3, page_.get(), *dialogs_, *prompts_,
+                                     [this](qint16 c, const QString&, qint32) { opened_ << c; }));
+        QCOMPARE(dialogs_->lastText(), QString("导出Tarvel报表完成,现在要发送邮件吗?"));
+        QCOMPARE(opened_, QList<qint16>{page::DataExchange});
+        QVERIFY(QFileInfo(target).size() > 3);
+    }
+
+    void csvImportAsksFirst() {
+        const QString path = QDir(file_->folder()).filePath("in.csv");
+        QFile csv(path);
+        QVERIFY(csv.open(QIODevice::WriteOnly));
+        csv.write("姓名,手机,客户/单位名称\n王五,139,乙公司\n");
+        csv.close();
+        prompts_->names << path;
+        prompts_->confirmAnswer = false;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(prompts_->confirmed.value(0),
+                 QStringList({"con_lastname", "con_mobile", "acc_name"}));
+        QCOMPARE(contacts(), 1);
+        QVERIFY(dialogs_->shown.isEmpty());
+
+        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
+        prompts_->names << path;
+        prompts_->confirmAnswer = true;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(dialogs_->lastText(), QString("已导入联系人 1 条，新建单位 1 个"));
+        QCOMPARE(contacts(), 2);
+        QCOMPARE(replaced.count(), 1);
+    }
+
+private:
+    std::unique_ptr<tarvel::testing::TempDataFile> file_;
+    std::shared_ptr<ScriptedDialogs> dialogs_;
+    std::shared_ptr<ScriptedPrompts> prompts_;
+    std::unique_ptr<FormDataIO> page_;
+    QList<qint16> opened_;
+};
+
+QTEST_MAIN(DataIoTest)
+#include "dataio_test.moc"

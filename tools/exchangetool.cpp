@@ -1,0 +1,162 @@
+#include "tools/exchangetool.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <functional>
+#include <map>
+
+#include "exchange/backup.h"
+#include "exchange/csvimport.h"
+#include "exchange/reportexport.h"
+#include "exchange/reportimport.h"
+#include "exchange/tables.h"
+#include "exchange/vcard.h"
+#include "store/connectionstring.h"
+#include "store/schema.h"
+#include "store/sqlitehandle.h"
+
+namespace tarvel {
+
+namespace {
+
+using namespace tarvel::exchange;
+
+const char* kUsage =
+    "用法: tarvel-io [--db 数据文件] 命令 参数\n"
+    "  backup 文件              备份数据文件\n"
+    "  restore 文件             用备份文件恢复数据文件\n"
+    "  export-report 类别 文件  把选定的记录导出到Tarvel报表\n"
+    "  import-report 文件       导入Tarvel报表\n"
+    "  export-csv 类别 文件     把选定的记录导出到CSV文件\n"
+    "  import-csv 类别 文件     从CSV文件导入联系人或单位\n"
+    "  export-vcard 文件        把选定的联系人导出到vCard文件\n"
+    "  import-vcard 文件        从vCard文件导入联系人\n"
+    "类别: contacts, accounts, opportunities, tasks, documents\n";
+
+// One command: its number of arguments and what it does with them; the
+// result is the line printed on success.
+struct Command {
+    int arguments;
+    std::function<Outcome(const QStringList&, QString*)> run;
+};
+
+const RecordKind* kindOf(const QString& word, Outcome* failure) {
+    const RecordKind* k = recordKind(word);
+    if (!k) *failure = Outcome::failure(QStringLiteral("未知的记录类别：%1").arg(word));
+    return k;
+}
+
+const std::map<QString, Command>& commands() {
+    static const std::map<QString, Command> table = {
+        {QStringLiteral("backup"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              const Outcome o = backupTo(a[0]);
+              *said = QStringLiteral("备份成功! 备份文件：%1").arg(o.path);
+              return o;
+          }}},
+        {QStringLiteral("restore"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              const Outcome o = restoreFrom(a[0]);
+              *said = QStringLiteral("恢复成功! 恢复之前的文件已经备份到") + o.path;
+              return o;
+          }}},
+        {QStringLiteral("export-report"),
+         {2,
+          [](const QStringList& a, QString* said) {
+              Outcome o;
+              const RecordKind* k = kindOf(a[0], &o);
+              if (!k) return o;
+              if (k->code < 1 || k->code > 4)
+                  return Outcome::failure(QStringLiteral("文档只能随相关记录导出到报表"));
+              o = exportReport(k->code, a[1]);
+              *said = QStringLiteral("已导出Tarvel报表：%1").arg(o.path);
+              return o;
+          }}},
+        {QStringLiteral("import-report"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              ImportSummary summary;
+              const Outcome o = importReport(a[0], &summary);
+              *said = QStringLiteral("已导入Tarvel报表 %1：%2").arg(o.path, describe(summary));
+              return o;
+          }}},
+        {QStringLiteral("export-csv"),
+         {2,
+          [](const QStringList& a, QString* said) {
+              const Outcome o = exportCsv(a[0], a[1]);
+              *said = QStringLiteral("已导出到CSV文件：%1").arg(o.path);
+              return o;
+          }}},
+        {QStringLiteral("import-csv"),
+         {2,
+          [](const QStringList& a, QString* said) {
+              CsvImportPlan plan;
+              QString error;
+              if (!planCsvImport(a[1], a[0], &plan, &error)) return Outcome::failure(error);
+              int added = 0, accounts = 0;
+              const Outcome o = importCsv(plan, &added, &accounts);
+              QStringList used;
+              for (qsizetype i = 0; i < plan.header.size(); ++i)
+                  used << plan.header[i] + QStringLiteral("→") +
+                              (plan.targets[i].isEmpty() ? QStringLiteral("(不导入)")
+                                                         : plan.captions[i]);
+              *said = QStringLiteral("列：%1\n已导入 %2 条记录，新建单位 %3 个")
+                          .arg(used.join(QStringLiteral("，")))
+                          .arg(added)
+                          .arg(accounts);
+              return o;
+          }}},
+        {QStringLiteral("export-vcard"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              int written = 0;
+              const Outcome o = exportVCards(a[0], &written);
+              *said = QStringLiteral("已导出 %1 个联系人到 %2").arg(written).arg(o.path);
+              return o;
+          }}},
+        {QStringLiteral("import-vcard"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              int added = 0;
+              const Outcome o = importVCards(a[0], &added);
+              *said = QStringLiteral("已导入 %1 个联系人").arg(added);
+              return o;
+          }}},
+    };
+    return table;
+}
+
+}  // namespace
+
+int runExchangeTool(const QStringList& args, const QString& programFolder, QTextStream& out,
+                    QTextStream& err) {
+    QStringList rest = args;
+    QString db = QDir(programFolder).filePath(QLatin1String(schema::kDataFileName));
+    if (rest.size() >= 2 && rest[0] == QStringLiteral("--db")) {
+        db = rest[1];
+        rest = rest.mid(2);
+    }
+    const auto command = rest.isEmpty() ? commands().end() : commands().find(rest[0]);
+    if (command == commands().end() || rest.size() != command->second.arguments + 1) {
+        err << QString::fromUtf8(kUsage);
+        return 2;
+    }
+    if (!QFileInfo(db).isFile()) {
+        err << QStringLiteral("数据文件不存在：%1\n").arg(db);
+        return 1;
+    }
+    setGlobalConnectionString(connectionStringFor(QFileInfo(db).absoluteFilePath()));
+    QString said;
+    const Outcome outcome = command->second.run(rest.mid(1), &said);
+    closeAllHandles();
+    if (!outcome.ok) {
+        err << outcome.ErrMsg << Qt::endl;
+        return 1;
+    }
+    out << said << Qt::endl;
+    return 0;
+}
+
+}  // namespace tarvel

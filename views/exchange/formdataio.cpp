@@ -1,0 +1,243 @@
+#include "views/exchange/formdataio.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+#include "custom/softwaresetting.h"
+#include "exchange/backup.h"
+#include "exchange/csvimport.h"
+#include "exchange/filetools.h"
+#include "exchange/reportexport.h"
+#include "exchange/reportimport.h"
+#include "exchange/tables.h"
+#include "exchange/vcard.h"
+#include "store/clock.h"
+#include "views/exchange/progressrun.h"
+#include "views/exchange/reportexportflow.h"
+
+namespace tarvel {
+
+namespace {
+
+const QString kCsvFilter = QStringLiteral("csv文件(*.csv)|*.csv");
+const QString kVCardFilter = QStringLiteral("vCard名片(*.vcf)|*.vcf");
+
+QGroupBox* section(const QString& title, QVBoxLayout* page) {
+    auto* box = new QGroupBox(title);
+    page->addWidget(box);
+    return box;
+}
+
+}  // namespace
+
+FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
+    setObjectName(QStringLiteral("form_dataio"));
+    dialogs_ = std::make_shared<MessageBoxDialogs>(this);
+    prompts_ = std::make_shared<DialogDataIoPrompts>(this);
+    auto* page = new QVBoxLayout(this);
+    auto* title = new QLabel(QStringLiteral("数据交换"));
+    title->setObjectName(QStringLiteral("lbl_title"));
+    setHeadingFont(title, 1.4);
+    page->addWidget(title);
+
+    auto* backup = new QGridLayout(section(QStringLiteral("备份与恢复"), page));
+    backup->addWidget(
+        button("Cmd_Backup", QStringLiteral("备份数据..."), &FormDataIO::Cmd_Backup_Click), 0, 0);
+    backup->addWidget(
+        button("Cmd_Restore", QStringLiteral("恢复数据..."), &FormDataIO::Cmd_Restore_Click), 0, 1);
+    lblBackupDate_ = new QLabel;
+    lblBackupDate_->setObjectName(QStringLiteral("lbl_backupdate"));
+    backup->addWidget(lblBackupDate_, 0, 2);
+    backup->setColumnStretch(3, 1);
+
+    auto* report = new QGridLayout(
+        section(QStringLiteral("Tarvel报表（发给同事或上级，对方导入后合并）"), page));
+    auto* reportKind = new QLabel(QStringLiteral("导出选定的(&R)"));
+    cboReportKind_ = kindCombo("cbo_report_kind", {3, 2, 1, 4});
+    reportKind->setBuddy(cboReportKind_);
+    report->addWidget(reportKind, 0, 0);
+    report->addWidget(cboReportKind_, 0, 1);
+    report->addWidget(button("cmd_export_report", QStringLiteral("导出到Tarvel报表..."),
+                             &FormDataIO::cmd_export_report_Click),
+                      0, 2);
+    report->addWidget(button("cmd_import_report", QStringLiteral("导入Tarvel报表..."),
+                             &FormDataIO::cmd_import_report_Click),
+                      0, 3);
+    report->setColumnStretch(4, 1);
+
+    auto* csv = new QGridLayout(section(QStringLiteral("Excel/CSV表格"), page));
+    auto* csvKind = new QLabel(QStringLiteral("记录类别(&K)"));
+    cboCsvKind_ = kindCombo("cbo_csv_kind", {3, 2, 1, 4, 5});
+    csvKind->setBuddy(cboCsvKind_);
+    csv->addWidget(csvKind, 0, 0);
+    csv->addWidget(cboCsvKind_, 0, 1);
+    csv->addWidget(button("cmd_export_csv", QStringLiteral("导出选定记录到CSV..."),
+                          &FormDataIO::cmd_export_csv_Click),
+                   0, 2);
+    cmdImportCsv_ = button("cmd_import_csv", QStringLiteral("从CSV文件导入..."),
+                           &FormDataIO::cmd_import_csv_Click);
+    csv->addWidget(cmdImportCsv_, 0, 3);
+    csv->setColumnStretch(4, 1);
+    // Only contacts and accounts come in from spreadsheets.
+    connect(cboCsvKind_, &QComboBox::currentIndexChanged, this, [this] {
+        cmdImportCsv_->setEnabled(cboCsvKind_->currentData().toInt() == 2 ||
+                                  cboCsvKind_->currentData().toInt() == 3);
+    });
+
+    auto* vcard = new QGridLayout(section(QStringLiteral("vCard名片（手机、邮件程序）"), page));
+    vcard->addWidget(button("cmd_export_vcard", QStringLiteral("导出选定联系人到vCard..."),
+                            &FormDataIO::cmd_export_vcard_Click),
+                     0, 0);
+    vcard->addWidget(button("cmd_import_vcard", QStringLiteral("从vCard文件导入联系人..."),
+                            &FormDataIO::cmd_import_vcard_Click),
+                     0, 1);
+    vcard->setColumnStretch(2, 1);
+    page->addStretch(1);
+
+    setTabOrder(findChild<QWidget*>(QStringLiteral("Cmd_Backup")),
+                findChild<QWidget*>(QStringLiteral("Cmd_Restore")));
+    setTabOrder(findChild<QWidget*>(QStringLiteral("Cmd_Restore")), cboReportKind_);
+}
+
+QPushButton* FormDataIO::button(const char* name, const QString& text, void (FormDataIO::*slot)()) {
+    auto* b = new QPushButton(text);
+    b->setObjectName(QLatin1String(name));
+    connect(b, &QPushButton::clicked, this, slot);
+    return b;
+}
+
+QComboBox* FormDataIO::kindCombo(const char* name, const QList<int>& codes) {
+    auto* combo = new QComboBox;
+    combo->setObjectName(QLatin1String(name));
+    for (int code : codes) combo->addItem(exchange::recordKind(code)->caption, code);
+    return combo;
+}
+
+void FormDataIO::fill(const PageRequest&) {
+    refresh();
+}
+
+void FormDataIO::refresh() {
+    SoftwareSetting setting;
+    setting.GetValue(QStringLiteral("software"), QStringLiteral("backupdate"));
+    const QString date = setting.Set_Value().trimmed();
+    lblBackupDate_->setText(date.isEmpty() ? QStringLiteral("还没有备份过")
+                                           : QStringLiteral("最近备份日期：") + date);
+}
+
+bool FormDataIO::report(const exchange::Outcome& outcome, const QString& success) {
+    if (outcome.ok) {
+        if (!success.isEmpty()) dialogs_->info(messageTitle(), success);
+    } else if (!outcome.cancelled) {
+        dialogs_->info(messageTitle(), outcome.ErrMsg);
+    }
+    return outcome.ok;
+}
+
+QString FormDataIO::openName(const QString& caption, const QString& filter) {
+    return prompts_->getOpenFileName(caption, exchange::dataFolder(), filter).trimmed();
+}
+
+QString FormDataIO::saveName(const QString& caption, const QString& proposed,
+                             const QString& filter) {
+    const QString chosen = prompts_->getSaveFileName(caption, proposed, filter).trimmed();
+    // The file dialog leaves the overwrite question to the program's own words.
+    if (!chosen.isEmpty() && QFileInfo::exists(chosen) &&
+        !dialogs_->ask(messageTitle(), exchange::overwriteQuestion(chosen)))
+        return {};
+    return chosen;
+}
+
+void FormDataIO::Cmd_Backup_Click() {
+    const auto names = exchange::BackupNames::at(exchange::dataFolder(), Clock::now());
+    const QString chosen =
+        saveName(QStringLiteral("备份数据"), names.offered, exchange::backupFilter());
+    if (chosen.isEmpty()) return;
+    ProgressRun progress(this, QStringLiteral("正在备份数据……"));
+    if (report(exchange::backupTo(chosen, progress.callback()), QStringLiteral("备份成功!")))
+        refresh();
+}
+
+void FormDataIO::Cmd_Restore_Click() {
+    const QString chosen = openName(QStringLiteral("恢复数据"), exchange::backupFilter());
+    if (chosen.isEmpty()) return;
+    exchange::Outcome out;
+    {
+        ProgressRun progress(this, QStringLiteral("正在恢复数据……"));
+        out = exchange::restoreFrom(chosen, progress.callback());
+    }
+    // The screens read again whether or not the file was replaced.
+    emit dataReplaced();
+    refresh();
+    report(out, QStringLiteral("恢复成功! 恢复之前的文件已经备份到") + out.path);
+}
+
+void FormDataIO::cmd_export_report_Click() {
+    ExportReport(cboReportKind_->currentData().toInt(), this, *dialogs_, *prompts_, pageSwitch_);
+}
+
+void FormDataIO::cmd_import_report_Click() {
+    const QString chosen = openName(QStringLiteral("导入Tarvel报表"), exchange::reportFilter());
+    if (chosen.isEmpty()) return;
+    exchange::ImportSummary summary;
+    ProgressRun progress(this, QStringLiteral("正在导入Tarvel报表……"));
+    const exchange::Outcome out = exchange::importReport(chosen, &summary, progress.callback());
+    if (report(out, QStringLiteral("导入Tarvel报表完成，新增：") + exchange::describe(summary)))
+        emit dataReplaced();
+}
+
+void FormDataIO::cmd_export_csv_Click() {
+    const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
+    const QString proposed =
+        QDir(exchange::dataFolder())
+            .filePath(QStringLiteral("output-") + kind->word + QStringLiteral(".csv"));
+    const QString chosen = saveName(QStringLiteral("请选择要生成的文件名"), proposed, kCsvFilter);
+    if (chosen.isEmpty()) return;
+    ProgressRun progress(this, QStringLiteral("正在导出……"));
+    report(exchange::exportCsv(kind->word, chosen, progress.callback()),
+           QStringLiteral("已导出到 ") + chosen);
+}
+
+void FormDataIO::cmd_import_csv_Click() {
+    const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
+    const QString chosen = openName(QStringLiteral("从CSV文件导入") + kind->caption, kCsvFilter);
+    if (chosen.isEmpty()) return;
+    exchange::CsvImportPlan plan;
+    QString error;
+    if (!exchange::planCsvImport(chosen, kind->word, &plan, &error)) {
+        dialogs_->info(messageTitle(), error);
+        return;
+    }
+    if (!prompts_->confirmCsvImport(plan)) return;
+    int added = 0, accounts = 0;
+    ProgressRun progress(this, QStringLiteral("正在导入……"));
+    const exchange::Outcome out = exchange::importCsv(plan, &added, &accounts, progress.callback());
+    QString done = QStringLiteral("已导入%1 %2 条").arg(kind->caption).arg(added);
+    if (accounts) done += QStringLiteral("，新建单位 %1 个").arg(accounts);
+    if (report(out, done)) emit dataReplaced();
+}
+
+void FormDataIO::cmd_export_vcard_Click() {
+    const QString proposed = QDir(exchange::dataFolder()).filePath(QStringLiteral("contacts.vcf"));
+    const QString chosen =
+        saveName(QStringLiteral("导出选定联系人到vCard"), proposed, kVCardFilter);
+    if (chosen.isEmpty()) return;
+    int written = 0;
+    ProgressRun progress(this, QStringLiteral("正在导出……"));
+    const exchange::Outcome out = exchange::exportVCards(chosen, &written, progress.callback());
+    report(out, QStringLiteral("已导出 %1 个联系人到 %2").arg(written).arg(chosen));
+}
+
+void FormDataIO::cmd_import_vcard_Click() {
+    const QString chosen = openName(QStringLiteral("从vCard文件导入联系人"), kVCardFilter);
+    if (chosen.isEmpty()) return;
+    int added = 0;
+    ProgressRun progress(this, QStringLiteral("正在导入……"));
+    const exchange::Outcome out = exchange::importVCards(chosen, &added, progress.callback());
+    if (report(out, QStringLiteral("已导入 %1 个联系人").arg(added))) emit dataReplaced();
+}
+
+}  // namespace tarvel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <memory>
+
+#include "exchange/progress.h"
+#include "views/exchange/dataioprompts.h"
+#include "views/page.h"
+#include "views/common/dialogs.h"
+
+namespace tarvel {
+
+// The data exchange page form_dataio (page 42): backup and restore of the data
+// file, report files out and in, CSV and vCard.
+class FormDataIO : public PageWidget {
+    Q_OBJECT
+public:
+    explicit FormDataIO(QWidget* parent = nullptr);
+
+    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setPrompts(std::shared_ptr<DataIoPrompts> prompts) { prompts_ = std::move(prompts); }
+    void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
+
+    void fill(const PageRequest& request) override;
+    void refresh() override;
+
+public slots:
+    void Cmd_Backup_Click();
+    void Cmd_Restore_Click();
+    void cmd_export_report_Click();
+    void cmd_import_report_Click();
+    void cmd_export_csv_Click();
+    void cmd_import_csv_Click();
+    void cmd_export_vcard_Click();
+    void cmd_import_vcard_Click();
+
+signals:
+    // Records were restored or added: screens read their data again.
+    void dataReplaced();
+
+private:
+    QPushButton* button(const char* name, const QString& text, void (FormDataIO::*slot)());
+    QComboBox* kindCombo(const char* name, const QList<int>& codes);
+    // The outcome as a message; false when it failed (or was cancelled).
+    bool report(const exchange::Outcome& outcome, const QString& success);
+    QString openName(const QString& caption, const QString& filter);
+    QString saveName(const QString& caption, const QString& proposed, const QString& filter);
+
+    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<DataIoPrompts> prompts_;
+    PageSwitch pageSwitch_;
+    QLabel* lblBackupDate_;
+    QComboBox* cboReportKind_;
+    QComboBox* cboCsvKind_;
+    QPushButton* cmdImportCsv_ = nullptr;
+};
+
+}  // namespace tarvel
