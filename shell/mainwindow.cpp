@@ -16,6 +16,7 @@
 #include "views/common/unsaved.h"
 #include "views/common/windowplacement.h"
 #include "views/exchange/formdataio.h"
+#include "views/exchange/reportexportflow.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
@@ -262,6 +263,10 @@ PageWidget* TarvelMain::createListPage(qint16 code) {
     form->setHistoryUpdate([this](const QString& condition) {
         history_.setC_StrCondition(condition);
         history_.Update();
+    });
+    auto prompts = std::make_shared<DialogDataIoPrompts>(form);
+    form->setReportExport([this, form, prompts](qint16 recordKind) {
+        return exportReportFromList(recordKind, form, *dialogs_, *prompts, pageSwitch());
     });
     return form;
 }

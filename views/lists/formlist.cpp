@@ -453,11 +453,11 @@ void FormList::showRelated() {
 }
 
 void FormList::exportReport() {
-    if (!reportExport_ || !reportExport_(kind_.number)) {
+    // The export tells the user how it ended, success or failure.
+    if (reportExport_)
+        reportExport_(kind_.fieldType);
+    else
         info(QStringLiteral("导出Tarvel报表没有完成!"));
-        return;
-    }
-    dialogs_->ask(messageTitle(), QStringLiteral("导出Tarvel报表完成,现在要发送邮件吗?"));
 }
 
 void FormList::exportCsv(bool withSums) {

@@ -51,8 +51,9 @@ public:
     void setHistoryUpdate(std::function<void(const QString&)> update) {
         historyUpdate_ = std::move(update);
     }
-    // The report-file export of the ticked records; true when it completed.
-    void setReportExport(std::function<bool(int listNumber)> exporter) {
+    // The report-file export of the ticked records of a record kind (relation
+    // numbering); it tells the user how it ended.
+    void setReportExport(std::function<bool(qint16 recordKind)> exporter) {
         reportExport_ = std::move(exporter);
     }
     // Shows the address labels of the ticked contacts; a print preview
@@ -133,7 +134,7 @@ private:
     std::shared_ptr<FileDialogs> files_;
     PageSwitch pageSwitch_;
     std::function<void(const QString&)> historyUpdate_;
-    std::function<bool(int)> reportExport_;
+    std::function<bool(qint16)> reportExport_;
     std::function<void(const QList<AddressLabel>&)> labelPreview_;
 };
 
