@@ -23,7 +23,8 @@ QString canonicalTime(const QTime& value) {
 }
 
 namespace {
-int digits(QStringView text, qsizetype from, qsizetype count) {
+template <typename Text>
+int digits(Text text, qsizetype from, qsizetype count) {
     int result = 0;
     for (qsizetype i = from; i < from + count; ++i) {
         const QChar c = text[i];
@@ -32,9 +33,9 @@ int digits(QStringView text, qsizetype from, qsizetype count) {
     }
     return result;
 }
-}  // namespace
 
-std::optional<QDateTime> fromCanonical(QStringView text) {
+template <typename Text>
+std::optional<QDateTime> parseCanonical(Text text) {
     if (text.size() != 19 || text[4] != QLatin1Char('-') || text[7] != QLatin1Char('-') ||
         text[10] != QLatin1Char(' ') || text[13] != QLatin1Char(':') ||
         text[16] != QLatin1Char(':'))
@@ -46,6 +47,15 @@ std::optional<QDateTime> fromCanonical(QStringView text) {
     if (y < 0 || mo < 0 || d < 0 || h < 0 || mi < 0 || s < 0 || !date.isValid() || !time.isValid())
         return std::nullopt;
     return naive(date, time);
+}
+}  // namespace
+
+std::optional<QDateTime> fromCanonical(QStringView text) {
+    return parseCanonical(text);
+}
+
+std::optional<QDateTime> fromCanonical(QLatin1String bytes) {
+    return parseCanonical(bytes);
 }
 
 bool isCanonical(QStringView text) {

@@ -23,6 +23,8 @@ QString canonicalTime(const QTime& value);
 
 // Parses the stored canonical form; nullopt when the text is not in it.
 std::optional<QDateTime> fromCanonical(QStringView text);
+// The same over the engine's UTF-8 bytes, without making a string first.
+std::optional<QDateTime> fromCanonical(QLatin1String bytes);
 bool isCanonical(QStringView text);
 
 // Parses what the program writes between # signs: y-m-d, y/m/d, m/d/y (two- or

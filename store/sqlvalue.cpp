@@ -66,13 +66,13 @@ QVariant decode(int type, qint64 integer, double real, const char* bytes, int si
         case SQLITE_BLOB:
             return QVariant(QByteArray(bytes, size));
         default: {
-            const QString text = QString::fromUtf8(bytes, size);
             // Dates are stored as canonical text; computed columns carry no type, so
             // their canonical texts are dates too.
             if (size == 19 && (kind == Untyped || kind == Date)) {
-                if (auto d = jetdate::fromCanonical(text)) return QVariant(*d);
+                if (auto d = jetdate::fromCanonical(QLatin1String(bytes, size)))
+                    return QVariant(*d);
             }
-            return QVariant(text);
+            return QVariant(QString::fromUtf8(bytes, size));
         }
     }
 }
