@@ -25,13 +25,13 @@ class QHBoxLayout;
 class QVBoxLayout;
 
 namespace tarvel {
+class FileDialogs;
 class RecordsetModel;
 }
 
 namespace tarvel::lists {
 
 class CategoryPanel;
-class FileDialogs;
 class TickModel;
 
 // The list screen of one record kind (form_con_all, form_acc_all,
