@@ -11,6 +11,7 @@
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
+#include "schedule/icalendar.h"
 #include "store/connectionstring.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
@@ -31,6 +32,8 @@ const char* kUsage =
     "  import-csv 类别 文件     从CSV文件导入联系人或单位\n"
     "  export-vcard 文件        把选定的联系人导出到vCard文件\n"
     "  import-vcard 文件        从vCard文件导入联系人\n"
+    "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
+    "  import-ics 文件          从iCalendar日历文件导入日程\n"
     "类别: contacts, accounts, opportunities, tasks, documents\n";
 
 // One command: its number of arguments and what it does with them; the
@@ -123,6 +126,26 @@ const std::map<QString, Command>& commands() {
               const Outcome o = importVCards(a[0], &added);
               *said = QStringLiteral("已导入 %1 个联系人").arg(added);
               return o;
+          }}},
+        {QStringLiteral("export-ics"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              // Every task, as the calendar page exports them.
+              const ICalendarExport e = exportTasksToICalendar(a[0], false);
+              if (!e.ok) return Outcome::failure(e.ErrMsg);
+              *said = QStringLiteral("已导出%1项日程到 %2").arg(e.exported).arg(a[0]);
+              if (!e.skipped.isEmpty())
+                  *said += QStringLiteral("\n不会在任何一天发生、没有导出：") +
+                           e.skipped.join(QStringLiteral("，"));
+              return Outcome{true, false, a[0], {}};
+          }}},
+        {QStringLiteral("import-ics"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              const ICalendarImport i = importTasksFromICalendar(a[0]);
+              if (!i.ok) return Outcome::failure(i.ErrMsg);
+              *said = i.summary();
+              return Outcome{true, false, a[0], {}};
           }}},
     };
     return table;

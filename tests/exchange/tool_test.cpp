@@ -34,6 +34,8 @@ protected:
 TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
     fillSample();
     completeProfile();
+    run("INSERT INTO tasks (tas_subject, tas_date, tas_time, tas_cycle, tas_closedate) VALUES "
+        "('周会', #2026-8-5#, #9:30#, 7, #2026-12-30#)");
     const struct {
         QStringList args;
         const char* says;
@@ -44,6 +46,8 @@ TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
         {{"export-csv", "contacts", "c.csv"}, "已导出到CSV文件", "c.csv"},
         {{"export-vcard", "v.vcf"}, "已导出 2 个联系人", "v.vcf"},
         {{"import-vcard", "v.vcf"}, "已导入 2 个联系人", nullptr},
+        {{"export-ics", "t.ics"}, "已导出1项日程", "t.ics"},
+        {{"import-ics", "t.ics"}, "导入了1项日程。", nullptr},
         {{"import-report", "r.tvr3"}, "单位 1，联系人 2", nullptr},
         {{"--db", "mydata3.tvg", "restore", "b.tbk"},
          "恢复成功! 恢复之前的文件已经备份到",
@@ -58,6 +62,7 @@ TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
     }
     // The restore brought back the file as it was at the backup.
     EXPECT_EQ(rows("contacts"), 4);
+    EXPECT_EQ(rows("tasks"), 3);
     EXPECT_EQ(sqlcipherRows(inFolder("b.tbk"), "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
 }
 
@@ -75,6 +80,7 @@ TEST_F(Tool, ExplainsWhatWentWrong) {
         {{"export-report", "contacts", "x.tvr3"}, 1, "个人信息"},
         {{"restore", "nothing.tbk"}, 1, "不能恢复该文件"},
         {{"import-csv", "tasks", "x.csv"}, 1, "只能从CSV文件导入联系人或单位"},
+        {{"import-ics", "nothing.ics"}, 1, "打不开文件"},
         {{"--db", "/nowhere/mydata3.tvg", "backup", "x.tbk"}, 1, "数据文件不存在"},
         {{"backup", "/proc/tarvel.tbk"}, 1, "备份没有完成"},
         {{"backup", inFolder("mydata3.tvg")}, 1, "不能备份到数据文件本身"},
