@@ -160,7 +160,7 @@ void FormSchRemind::cmdDelayClick() {
 }
 
 void FormSchRemind::cmdOpentaskClick() {
-    if (pageSwitch_) pageSwitch_(page::Schedule, reminder_.openTaskFilter(), taskId_);
+    if (pageSwitch_) pageSwitch_(page::Task, reminder_.openTaskFilter(), taskId_);
 }
 
 }  // namespace tarvel

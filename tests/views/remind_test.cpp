@@ -97,7 +97,7 @@ void RemindTest::showsTheTaskAndOpensIt() {
     QCOMPARE(child<QLineEdit>(w, "txt_time")->text(), QStringLiteral("23:00"));
 
     clickButton(w, "cmd_opentask");
-    QCOMPARE(opened_, QStringList{QStringLiteral("%1 WHERE tas_id= 7 7").arg(page::Schedule)});
+    QCOMPARE(opened_, QStringList{QStringLiteral("%1 WHERE tas_id= 7 7").arg(page::Task)});
     QVERIFY(w.isVisible());  // still to be dismissed or snoozed
     QCOMPARE(today_.task(7)->state, TodayTask::State::Showing);
 }
