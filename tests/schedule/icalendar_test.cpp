@@ -148,24 +148,22 @@ TEST_F(ICalendar, ExportedTasksComeBackAsTheyWere) {
         "SELECT tas_subject || '|' || tas_date || '|' || IFNULL(tas_time, '-') || '|' || tas_cycle "
         "|| '|' || tas_closedate || '|' || tas_remind FROM tasks WHERE tas_cycle IN (0,1,7,30,365) "
         "AND tas_closedate >= tas_date OR tas_cycle = 0 ORDER BY tas_subject";
-    QStringList before;
-    {
+    const auto read = [&columns] {
+        QStringList rows;
         tarveldatabase db;
         for (RecordsetPtr rs = db.GetReadRs(columns); !rs->Eof(); rs->MoveNext())
-            before << rs->value(0).toString();
-    }
+            rows << rs->value(0).toString();
+        return rows;
+    };
+    QStringList before = read();
     run("DELETE * FROM tasks");
     const ICalendarImport imported = importTasksFromICalendar(path("all.ics"));
     ASSERT_TRUE(imported.ok) << imported.ErrMsg.toStdString();
     EXPECT_EQ(imported.imported, 7);
     EXPECT_TRUE(imported.simplified.isEmpty());
-    QStringList after;
-    tarveldatabase db;
-    for (RecordsetPtr rs = db.GetReadRs(columns); !rs->Eof(); rs->MoveNext())
-        after << rs->value(0).toString();
     // A one-off task's close date is its own date after the trip.
     before.replaceInStrings("|2020-01-01 00:00:00|", "|2024-03-15 00:00:00|");
-    EXPECT_EQ(after, before);
+    EXPECT_EQ(read(), before);
 }
 
 TEST_F(ICalendar, RulesTheScheduleCannotHoldBecomeTheFirstOccurrence) {

@@ -18,23 +18,18 @@ RecordsetPtr call(tarveldatabase& db, const QString& sql, const QList<QVariant>&
 
 }  // namespace
 
-TEST(CallProc, BindsValuesThatLookLikeMarksOrQuotes) {
+TEST(CallProc, BindsValuesThatLookLikeMarksOrQuotesInTheirOrder) {
     tarvel::testing::TempDataFile file;
-    tarveldatabase db;
-    RecordsetPtr rs = call(db, "SELECT ? AS a, ? AS b, ? AS c, ? AS d",
-                           {QStringLiteral("it's ?"), QStringLiteral("second"), QVariant(), 42});
-    ASSERT_EQ(rs->State(), adStateOpen) << db.ErrMsg().toStdString();
+    tarveldatabase select;
+    RecordsetPtr rs =
+        call(select, "SELECT ? AS a, ? AS b, ? AS c", {QStringLiteral("it's ?"), QVariant(), 42});
+    ASSERT_EQ(rs->State(), adStateOpen) << select.ErrMsg().toStdString();
     EXPECT_EQ(rs->value("a").toString(), QStringLiteral("it's ?"));
-    EXPECT_EQ(rs->value("b").toString(), QStringLiteral("second"));
-    EXPECT_TRUE(rs->value("c").isNull());
-    EXPECT_EQ(rs->value("d").toInt(), 42);
-}
+    EXPECT_TRUE(rs->value("b").isNull());
+    EXPECT_EQ(rs->value("c").toInt(), 42);
 
-TEST(CallProc, MarksAndComparedNumbersKeepTheirOrder) {
-    tarvel::testing::TempDataFile file;
     tarveldatabase writer;
-    writer.Execute("INSERT INTO contacts (con_lastname) VALUES ('张')");
-    writer.Execute("INSERT INTO contacts (con_lastname) VALUES ('李')");
+    writer.Execute("INSERT INTO contacts (con_lastname) VALUES ('张'), ('李')");
     ASSERT_EQ(writer.ErrMsg(), QString());
 
     // An action statement runs too; a date is written in the stored form.
@@ -44,10 +39,10 @@ TEST(CallProc, MarksAndComparedNumbersKeepTheirOrder) {
     ASSERT_EQ(update.ErrMsg(), QString());
 
     tarveldatabase db;
-    RecordsetPtr rs = call(db,
-                           "SELECT con_id, con_nickname, con_birthday FROM contacts WHERE con_id "
-                           "> 1 AND con_lastname = ? AND con_id < 3",
-                           {QStringLiteral("李")});
+    rs = call(db,
+              "SELECT con_id, con_nickname, con_birthday FROM contacts WHERE con_id "
+              "> 1 AND con_lastname = ? AND con_id < 3",
+              {QStringLiteral("李")});
     ASSERT_EQ(rs->RecordCount(), 1) << db.ErrMsg().toStdString();
     EXPECT_EQ(rs->value(0).toInt(), 2);
     EXPECT_EQ(rs->value(1).toString(), QStringLiteral("O'Neil ?"));

@@ -22,6 +22,8 @@
 #include <optional>
 #include <vector>
 
+#include "schedule/recurrence.h"
+#include "schedule/statistics.h"
 #include "store/clock.h"
 #include "store/recordset.h"
 #include "store/tarveldatabase.h"
@@ -225,35 +227,6 @@ void tickAll(const QString& sql, const char* column) {
         rs->Fields(column) = QVariant(true);
         ASSERT_TRUE(rs->Update()) << rs->ErrorDescription().toStdString();
     }
-}
-
-// Conditions as the program assembles them.
-QString taskDateCondition(const QDate& d) {
-    const QString D = d.toString("yyyy-M-d"), on = "# AND tas_closedate>= #" + D + "#";
-    return " WHERE (( tas_cycle = 0  AND tas_date=#" + D + "#)" +
-           " OR ( tas_cycle = 1  AND tas_date <=#" + D + on + ")" +
-           " OR ( tas_cycle = 7  AND tas_date <=#" + D + on +
-           " AND WEEKDAY (tas_date)=" + num(d.dayOfWeek() % 7 + 1) + ")" +
-           " OR ( tas_cycle = 30 AND tas_date <=#" + D + on + " AND DAY(tas_date)=" + num(d.day()) +
-           ")" + " OR ( tas_cycle = 365 AND tas_date <=#" + D + on +
-           " AND MONTH(tas_date) =" + num(d.month()) + " AND DAY(tas_date)=" + num(d.day()) + "))";
-}
-
-// The statistics page's own copy: no outer parentheses, and "=3AND DAY" glued together.
-QString statisticsTaskCondition(const QDate& d) {
-    const QString D = d.toString("yyyy-M-d"), on = "# AND tas_closedate>= #" + D + "#";
-    return " WHERE ( tas_cycle = 0  AND tas_date  =#" + D + "#)" +
-           " OR ( tas_cycle = 1  AND tas_date <=#" + D + on + ")" +
-           " OR ( tas_cycle = 7  AND tas_date <=#" + D + on +
-           " AND WEEKDAY (tas_date)=" + num(d.dayOfWeek() % 7 + 1) + ")" +
-           " OR ( tas_cycle = 30 AND tas_date <=#" + D + on + " AND DAY(tas_date)=" + num(d.day()) +
-           ")" + " OR ( tas_cycle = 365 AND tas_date <=#" + D + on +
-           " AND MONTH(tas_date) =" + num(d.month()) + "AND DAY(tas_date)=" + num(d.day()) + ")";
-}
-
-QString birthdayCondition(int month, int day) {
-    return " WHERE (con_birthday<> # 1900-1-1# AND month(con_birthday)= " + num(month) +
-           " AND day(con_birthday)= " + num(day) + ")";
 }
 
 QString tasksOn(int y, int m, int d) {
@@ -549,7 +522,8 @@ TEST_F(Corpus, StatisticsSelections) {
     // the others take the last 15 days, 2024-2-19 to 2024-3-5. A stamp later on 2-19 is past it.
     play("UPDATE tasks SET tas_check=0|9");
     for (QDate d(2024, 2, 27); d <= QDate(2024, 3, 5); d = d.addDays(1))
-        tickAll("SELECT  tas_check, tas_id FROM tasks  " + statisticsTaskCondition(d), "tas_check");
+        tickAll("SELECT  tas_check, tas_id FROM tasks  " + statisticsTaskDateCondition(d),
+                "tas_check");
     play(R"(
 SELECT tas_id FROM tasks WHERE tas_check=true ORDER BY tas_id|1,2,3,5,7,9
 SELECT con_id FROM que_contacts_accounts WHERE con_id IN (SELECT DISTINCT contacts_tasks.con_id  FROM contacts_tasks LEFT Join tasks ON contacts_tasks.tas_id = tasks.tas_id  WHERE  tasks.tas_check = true) ORDER BY con_recent_contact_date DESC|1,3
@@ -570,16 +544,16 @@ SELECT opp_id FROM opportunities WHERE opp_die_date <= #2024-3-31#  AND opp_die_
 TEST_F(Corpus, Birthdays) {
     const QString who = "SELECT con_id FROM que_contacts_accounts ";
     play({
-        {who + birthdayCondition(3, 5) + " ORDER BY con_id", "2,4"},
-        {who + birthdayCondition(1, 1) + " ORDER BY con_id", "6"},  // 1900-1-1 is "none"
-        {who + birthdayCondition(2, 29) + " ORDER BY con_id", "3"},
-        {who + birthdayCondition(12, 31) + " ORDER BY con_id", ""},
+        {who + birthdayCondition(QDate(2024, 3, 5)) + " ORDER BY con_id", "2,4"},
+        {who + birthdayCondition(QDate(2024, 1, 1)) + " ORDER BY con_id",
+         "6"},  // 1900-1-1 is "none"
+        {who + birthdayCondition(QDate(2024, 2, 29)) + " ORDER BY con_id", "3"},
+        {who + birthdayCondition(QDate(2024, 12, 31)) + " ORDER BY con_id", ""},
         {"UPDATE contacts SET con_check=0", "6"},
     });
     // Selection 11 marks the contacts whose birthday falls in the period.
     for (QDate d(2024, 2, 28); d <= QDate(2024, 3, 5); d = d.addDays(1))
-        tickAll("SELECT con_check, con_id FROM contacts " + birthdayCondition(d.month(), d.day()),
-                "con_check");
+        tickAll("SELECT con_check, con_id FROM contacts " + birthdayCondition(d), "con_check");
     play({{who + "WHERE con_check= true ORDER BY con_recent_contact_date DESC", "2,4,3"}});
 }
 
@@ -647,7 +621,7 @@ TEST_F(Corpus, ContactListConditions) {
         {" WHERE con_id NOT IN (SELECT DISTINCT con_id FROM opportunities_contacts)", "6,2,4,5"},
         {"  WHERE con_id = -1", ""},
         {"WHERE con_check= true", "6,1,3"},
-        {birthdayCondition(3, 5), "2,4"},
+        {birthdayCondition(QDate(2024, 3, 5)), "2,4"},
     };
     const QString columns = "SELECT  con_check, con_id,con_lastname,acc_name,con_description ";
     for (const char* from : {" FROM que_contacts_accounts ", "FROM  que_contacts_accounts "})

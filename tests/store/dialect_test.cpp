@@ -14,10 +14,10 @@ namespace {
 
 struct Case {
     const char* jet;
-    const char* engine;
+    const char* engine;  // nullptr: refused with a message
 };
 
-// Texts the program writes and what the engine must be given for them.
+// Texts the program writes and odd ones: what the engine must be given for them, or a refusal.
 const Case kTranslations[] = {
     {"DELETE * FROM accounts_contacts WHERE acc_id=5",
      "DELETE  FROM accounts_contacts WHERE acc_id=5"},
@@ -50,22 +50,63 @@ const Case kTranslations[] = {
      "que_contacts_accounts WHERE acc_name LIKE '%x%')"},
     {"UPDATE que_contacts_accounts SET con_check=0",
      "UPDATE contacts SET con_check=0 WHERE con_id IN (SELECT con_id FROM que_contacts_accounts )"},
+    {"SELECT 'a' & 1 + 2", "SELECT 'a' || (1 + 2)"},
+    {"SELECT 7 mod 4 * 2", "SELECT 7 % (4 * 2)"},
+    {"SELECT a+b&c", "SELECT (a+b)||c"},
+    {"SELECT x / y - 1", "SELECT x * 1.0 / y - 1"},
+    {"SELECT 7 \\ 2", "SELECT CAST(ROUND(7) AS INTEGER) / CAST(ROUND(2) AS INTEGER)"},
+    {"SELECT f(a & b + 1, c) & d", "SELECT f(a || (b + 1), c) || d"},
+    {"SELECT count(*) FROM t WHERE (a mod 2 * 3) = 0",
+     "SELECT count(*) FROM t WHERE (a % (2 * 3)) = 0"},
+    {"SELECT con_name & now FROM t", "SELECT con_name || tv_now() FROM t"},
+    {"SELECT x & true + 1", "SELECT x || (-1 + 1)"},
+    {"UPDATE contacts SET con_check=NOT (con_check)",
+     "UPDATE contacts SET con_check=~ (con_check)"},
+    {"SELECT a FROM t WHERE NOT (con_check = 0)", "SELECT a FROM t WHERE NOT (con_check = 0)"},
+    {"SELECT a FROM t WHERE NOT (con_check) AND NOT (x)",
+     "SELECT a FROM t WHERE ~ (con_check) AND NOT (x)"},
+    // What the order cannot change is left as written.
+    {"SELECT a.*, b FROM t AS a", "SELECT a.*, b FROM t AS a"},
+    {"SELECT a & ", "SELECT a || "},
+    {"SELECT (a & b", "SELECT (a || b"},
+    {"SELECT 'it''s' & 'a''''b'", "SELECT 'it''s' || 'a''''b'"},
+    {"SELECT '#1/2/2024#', '[x]', 'a\"b'", "SELECT '#1/2/2024#', '[x]', 'a\"b'"},
+    {"SELECT \"say 'hi'\" & \"#\"", "SELECT 'say ''hi''' || '#'"},
+    {"SELECT '?', [a?b], \"?\"", "SELECT '?', \"a?b\", '?'"},
+    {"SELECT [it's], [a\"b]", "SELECT \"it's\", \"a\"\"b\""},
+    {"SELECT '' & \"\"", "SELECT '' || ''"},
+    {"SELECT 'NOT con_check mod 2'", "SELECT 'NOT con_check mod 2'"},
+    {"SELECT ((((", "SELECT (((("},
+    {"SELECT ))) & (", "SELECT ))) || ("},
+    {"mod mod mod", "% % %"},
+    {"- - -", "- - -"},
+    {"DELETE FROM t WHERE a--1=0 AND b=2", "DELETE FROM t WHERE a- -1=0 AND b=2"},
+    {"SELECT 1-true", "SELECT 1- -1"},
+    {"SELECT 'open", nullptr},
+    {"SELECT 'a'' ", nullptr},
+    {"SELECT \"open", nullptr},
+    {"SELECT [open", nullptr},
+    {"SELECT #2024-1-1", nullptr},
+    {"SELECT #'#", nullptr},
+    {"x=#2024-13-01#", nullptr},
+    {"x=#2023-2-29#", nullptr},
+    {"x=#yesterday#", nullptr},
+    {"x=#25:00#", nullptr},
 };
 
 }  // namespace
 
-TEST(Dialect, TranslatesTheProgramsStatements) {
+// Operators keep the original order, quoted text reaches the engine as written, and what
+// cannot be read is reported.
+TEST(Dialect, TranslatesOrRefuses) {
     for (const Case& c : kTranslations) {
         const auto t = translateUncached(QString::fromUtf8(c.jet));
-        EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
-        EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
-    }
-}
-
-TEST(Dialect, RejectsWhatItCannotRead) {
-    for (const char* bad : {"x=#2024-13-01#", "x=#2023-2-29#", "x=#yesterday#", "x=#2024-1-1",
-                            "x='open", "x=#25:00#"}) {
-        EXPECT_FALSE(translateUncached(QString::fromUtf8(bad)).error.isEmpty()) << bad;
+        if (c.engine) {
+            EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
+            EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
+        } else {
+            EXPECT_FALSE(t.error.isEmpty()) << c.jet << " -> " << t.sql.toStdString();
+        }
     }
 }
 
@@ -138,35 +179,6 @@ TEST(Dialect, QuotedTextSurvivesAnySurroundings) {
     }
 }
 
-TEST(Dialect, OperatorsKeepTheOriginalOrder) {
-    const Case cases[] = {
-        {"SELECT 'a' & 1 + 2", "SELECT 'a' || (1 + 2)"},
-        {"SELECT 7 mod 4 * 2", "SELECT 7 % (4 * 2)"},
-        {"SELECT a+b&c", "SELECT (a+b)||c"},
-        {"SELECT x / y - 1", "SELECT x * 1.0 / y - 1"},
-        {"SELECT 7 \\ 2", "SELECT CAST(ROUND(7) AS INTEGER) / CAST(ROUND(2) AS INTEGER)"},
-        {"SELECT f(a & b + 1, c) & d", "SELECT f(a || (b + 1), c) || d"},
-        {"SELECT count(*) FROM t WHERE (a mod 2 * 3) = 0",
-         "SELECT count(*) FROM t WHERE (a % (2 * 3)) = 0"},
-        {"SELECT con_name & now FROM t", "SELECT con_name || tv_now() FROM t"},
-        {"SELECT x & true + 1", "SELECT x || (-1 + 1)"},
-        {"UPDATE contacts SET con_check=NOT (con_check)",
-         "UPDATE contacts SET con_check=~ (con_check)"},
-        {"SELECT a FROM t WHERE NOT (con_check = 0)", "SELECT a FROM t WHERE NOT (con_check = 0)"},
-        {"SELECT a FROM t WHERE NOT (con_check) AND NOT (x)",
-         "SELECT a FROM t WHERE ~ (con_check) AND NOT (x)"},
-        // What the order cannot change is left as written.
-        {"SELECT a.*, b FROM t AS a", "SELECT a.*, b FROM t AS a"},
-        {"SELECT a & ", "SELECT a || "},
-        {"SELECT (a & b", "SELECT (a || b"},
-    };
-    for (const Case& c : cases) {
-        const auto t = translateUncached(QString::fromUtf8(c.jet));
-        EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
-        EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
-    }
-}
-
 // The caller's own ? marks and the numbers taken out of the text share one
 // numbering, in the order they stand.
 TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
@@ -207,44 +219,6 @@ TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
         EXPECT_EQ(t.sql.toStdString(), c.engine);
         EXPECT_EQ(t.parameters, c.parameters) << c.jet;
         EXPECT_EQ(!t.error.isEmpty(), c.error) << c.jet << ": " << t.error.toStdString();
-    }
-}
-
-// Odd texts never crash the translator; quoted text reaches the engine as written
-// and what cannot be read is reported.
-TEST(Dialect, OddTextsAreTranslatedOrRefused) {
-    const struct {
-        const char* jet;
-        const char* engine;  // nullptr: refused with a message
-    } cases[] = {
-        {"SELECT 'it''s' & 'a''''b'", "SELECT 'it''s' || 'a''''b'"},
-        {"SELECT '#1/2/2024#', '[x]', 'a\"b'", "SELECT '#1/2/2024#', '[x]', 'a\"b'"},
-        {"SELECT \"say 'hi'\" & \"#\"", "SELECT 'say ''hi''' || '#'"},
-        {"SELECT '?', [a?b], \"?\"", "SELECT '?', \"a?b\", '?'"},
-        {"SELECT [it's], [a\"b]", "SELECT \"it's\", \"a\"\"b\""},
-        {"SELECT '' & \"\"", "SELECT '' || ''"},
-        {"SELECT 'NOT con_check mod 2'", "SELECT 'NOT con_check mod 2'"},
-        {"SELECT ((((", "SELECT (((("},
-        {"SELECT ))) & (", "SELECT ))) || ("},
-        {"mod mod mod", "% % %"},
-        {"- - -", "- - -"},
-        {"DELETE FROM t WHERE a--1=0 AND b=2", "DELETE FROM t WHERE a- -1=0 AND b=2"},
-        {"SELECT 1-true", "SELECT 1- -1"},
-        {"SELECT 'open", nullptr},
-        {"SELECT 'a'' ", nullptr},
-        {"SELECT \"open", nullptr},
-        {"SELECT [open", nullptr},
-        {"SELECT #2024-1-1", nullptr},
-        {"SELECT #'#", nullptr},
-    };
-    for (const auto& c : cases) {
-        const auto t = translateUncached(QString::fromUtf8(c.jet));
-        if (c.engine) {
-            EXPECT_TRUE(t.error.isEmpty()) << c.jet << ": " << t.error.toStdString();
-            EXPECT_EQ(t.sql.toStdString(), c.engine) << "from: " << c.jet;
-        } else {
-            EXPECT_FALSE(t.error.isEmpty()) << c.jet << " -> " << t.sql.toStdString();
-        }
     }
 }
 
