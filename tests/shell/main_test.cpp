@@ -128,7 +128,8 @@ void MainTest::toolbarFollowsTheLayoutTable() {
     QCOMPARE(labelText(w.currentPage(), "lbl_caption"), QStringLiteral("人脉"));
     // Data exchange lists no records: it shows no condition.
     click(w, "inout");
-    QVERIFY(w.currentPage()->findChild<QLabel*>(QStringLiteral("lbl_condition"))->isHidden());
+    const auto* condition = w.currentPage()->findChild<QLabel*>(QStringLiteral("lbl_condition"));
+    QVERIFY(!condition || condition->isHidden());
 }
 
 void MainTest::backAndForwardAcrossThreeModules() {

@@ -13,14 +13,13 @@ constexpr int kStackStep = 28;  // between stacked windows
 QRect popupGeometry(const QSize& size, const QRect& available, int stackIndex) {
     const QRect area = available.adjusted(kMargin, kMargin + kTitleBar, -kMargin, -kMargin);
     const QSize fitted = size.boundedTo(area.size());
-    const int step = kStackStep * std::max(0, stackIndex);
-    QRect placed(QPoint(area.right() - fitted.width() + 1 - step,
+    // Many windows go round again from the corner rather than leave the area.
+    const int fits =
+        std::min(area.width() - fitted.width(), area.height() - fitted.height()) / kStackStep + 1;
+    const int step = kStackStep * (std::max(0, stackIndex) % std::max(1, fits));
+    return QRect(QPoint(area.right() - fitted.width() + 1 - step,
                         area.bottom() - fitted.height() + 1 - step),
                  fitted);
-    // Many windows wrap round to the corner rather than leave the area.
-    if (placed.left() < area.left() || placed.top() < area.top())
-        placed.moveBottomRight(area.bottomRight());
-    return placed;
 }
 
 }  // namespace tarvel
