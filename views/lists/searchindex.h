@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+#include "store/recordset.h"
+
+namespace tarvel::lists {
+
+// The search columns of the rows a list has read, held so that a search can
+// select rows without asking the engine again: a row is selected when any of
+// its columns is LIKE '%text%', exactly as the search condition selects it.
+class SearchIndex {
+public:
+    // `search` holds the key then the search columns of the same records as
+    // `grid`, whose key is in column `gridKey`. False (and nothing held) when
+    // the two disagree on the records.
+    bool build(Recordset& search, const Recordset& grid, int gridKey);
+    void clear();
+    bool isBuilt() const { return built_; }
+
+    // The grid rows (ascending) whose columns match `text`, among `among`
+    // (ascending) or among all rows when it is null.
+    std::vector<int> select(const QString& text, const std::vector<int>* among) const;
+
+private:
+    struct Cell {
+        quint32 offset;
+        qint32 size;  // -1 for NULL, which no LIKE test selects
+    };
+    bool rowMatches(int row, const class LikePattern& pattern) const;
+
+    bool built_ = false;
+    int columns_ = 0;
+    int rows_ = 0;
+    std::vector<Cell> cells_;  // by grid row, then column
+    QByteArray bytes_;
+};
+
+}  // namespace tarvel::lists
