@@ -59,7 +59,7 @@ void openByRaw(benchmark::State& state) {
 void tickExportList(benchmark::State& state) {
     FormList form(listKind(listno::Contacts));
     const QString path = outDir->filePath(QStringLiteral("list.csv"));
-    form.setFileDialog(std::make_shared<FixedSaveFile>(path));
+    form.setFileDialogs(std::make_shared<FixedSaveFile>(path));
     tarvel::PageRequest request;
     form.fill(request);
     auto* all = form.findChild<QCheckBox*>(QStringLiteral("chk_select"));

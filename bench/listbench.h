@@ -12,10 +12,10 @@
 #include <string>
 
 #include "bench/rawengine.h"
+#include "views/common/filedialogs.h"
 #include "views/lists/listkind.h"
 #include "views/lists/listsql.h"
 #include "views/lists/liststore.h"
-#include "views/lists/savefiledialog.h"
 
 namespace tarvel::bench {
 
@@ -109,9 +109,12 @@ inline int readAll(sqlite3* db, const QString& sql) {
 }
 
 // Answers the export's file dialog with a fixed name.
-class FixedSaveFile : public lists::SaveFileDialog {
+class FixedSaveFile : public FileDialogs {
 public:
     explicit FixedSaveFile(QString path) : path_(std::move(path)) {}
+    QString getOpenFileName(const QString&, const QString&, const QString&) override {
+        return QString();
+    }
     QString getSaveFileName(const QString&, const QString&, const QString&) override {
         return path_;
     }
