@@ -327,7 +327,12 @@ bool FormList::prepareSearch() {
     if (searchIndex_.isBuilt()) return true;
     const RecordsetPtr grid = rows_->recordset();
     const RecordsetPtr columns = store_.searchColumns();
-    return columns && grid && searchIndex_.build(*columns, *grid, grid->fieldIndex(kind_.key));
+    if (columns && grid && searchIndex_.build(*columns, *grid, grid->fieldIndex(kind_.key)))
+        return true;
+    // Rows that cannot be told apart by their key (a contact under two
+    // accounts): the engine answers each search until the rows are read again.
+    allRowsRead_ = false;
+    return false;
 }
 
 void FormList::showConditionText() {
