@@ -20,8 +20,8 @@ public:
     void clear();
     bool isBuilt() const { return built_; }
 
-    // The grid rows (ascending) whose columns match `text`, among `among`
-    // (ascending) or among all rows when it is null.
+    // The grid rows (ascending) whose columns match `text`. `among`, when
+    // given, holds (ascending) every row that can match, which may save work.
     std::vector<int> select(const QString& text, const std::vector<int>* among) const;
 
 private:
@@ -30,12 +30,16 @@ private:
         qint32 size;  // -1 for NULL, which no LIKE test selects
     };
     bool rowMatches(int row, const class LikePattern& pattern) const;
+    std::vector<int> selectPlain(const QByteArray& needle) const;
 
     bool built_ = false;
     int columns_ = 0;
     int rows_ = 0;
     std::vector<Cell> cells_;  // by grid row, then column
     QByteArray bytes_;
+    // The texts in bytes_ row by row: where each row's begin, and its grid row.
+    std::vector<quint32> textStart_;
+    std::vector<int> textRow_;
 };
 
 }  // namespace tarvel::lists
