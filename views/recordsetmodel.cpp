@@ -1,5 +1,7 @@
 #include "views/recordsetmodel.h"
 
+#include <algorithm>
+
 namespace tarvel {
 
 void RecordsetModel::setRecordset(RecordsetPtr recordset) {
@@ -7,8 +9,22 @@ void RecordsetModel::setRecordset(RecordsetPtr recordset) {
     reload();
 }
 
+void RecordsetModel::setRowMap(std::vector<int> rows) {
+    beginResetModel();
+    map_ = std::move(rows);
+    endResetModel();
+}
+
+void RecordsetModel::clearRowMap() {
+    if (!map_) return;
+    beginResetModel();
+    map_.reset();
+    endResetModel();
+}
+
 void RecordsetModel::reload() {
     beginResetModel();
+    map_.reset();
     rows_ = 0;
     names_.clear();
     const Recordset* rs = recordset_.get();
@@ -25,16 +41,23 @@ void RecordsetModel::setCaption(int column, const QString& caption) {
 }
 
 int RecordsetModel::currentRow() const {
-    return recordset_ ? recordset_->AbsolutePosition() - 1 : -1;
+    const int row = recordset_ ? recordset_->AbsolutePosition() - 1 : -1;
+    if (!map_ || row < 0) return row;
+    const auto it = std::lower_bound(map_->cbegin(), map_->cend(), row);
+    return it != map_->cend() && *it == row ? int(it - map_->cbegin()) : -1;
 }
 
 bool RecordsetModel::moveTo(int row) {
-    if (!recordset_ || row < 0 || row >= recordset_->RecordCount()) return false;
-    return currentRow() == row || recordset_->setAbsolutePosition(row + 1);
+    if (!recordset_ || row < 0) return false;
+    if (row >= (map_ ? int(map_->size()) : recordset_->RecordCount())) return false;
+    const int record = recordsetRow(row);
+    return recordset_->AbsolutePosition() == record + 1 ||
+           recordset_->setAbsolutePosition(record + 1);
 }
 
 int RecordsetModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : rows_;
+    if (parent.isValid()) return 0;
+    return map_ ? int(map_->size()) : rows_;
 }
 
 int RecordsetModel::columnCount(const QModelIndex& parent) const {
@@ -44,7 +67,7 @@ int RecordsetModel::columnCount(const QModelIndex& parent) const {
 QVariant RecordsetModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return QVariant();
     if ((role != Qt::DisplayRole && role != Qt::EditRole) || !recordset_) return QVariant();
-    return recordset_->valueAt(index.row(), index.column());
+    return recordset_->valueAt(recordsetRow(index.row()), index.column());
 }
 
 QVariant RecordsetModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -3,6 +3,8 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QStringList>
+#include <optional>
+#include <vector>
 
 #include "store/recordset.h"
 
@@ -23,6 +25,14 @@ public:
     // Takes the recordset's shape again; the recordset keeps its position.
     void reload();
 
+    // Shows only these recordset rows (ascending), so a search can narrow the
+    // rows already read without copying them; reset() restores all rows.
+    void setRowMap(std::vector<int> rows);
+    void clearRowMap();
+    bool hasRowMap() const { return map_.has_value(); }
+    // The recordset row of a grid row.
+    int recordsetRow(int row) const { return map_ ? (*map_)[size_t(row)] : row; }
+
     // A header caption other than the field name.
     void setCaption(int column, const QString& caption);
 
@@ -40,6 +50,7 @@ public:
 private:
     RecordsetPtr recordset_;
     int rows_ = 0;
+    std::optional<std::vector<int>> map_;
     QStringList names_;
     QHash<int, QString> captions_;
 };

@@ -21,6 +21,7 @@ private slots:
     void readsEditsWithoutReload();
     void followsAddsAndDeletesOnReload();
     void movesTheRecordsetWithTheGrid();
+    void rowMapShowsAndMovesOnlyItsRows();
     void emptyWithoutAnOpenRecordset();
 
 private:
@@ -101,6 +102,25 @@ void RecordsetModelTest::movesTheRecordsetWithTheGrid() {
     QCOMPARE(model_->currentRow(), 2);
     control_.Recordset->MoveNext();  // EOF
     QCOMPARE(model_->currentRow(), -1);
+}
+
+void RecordsetModelTest::rowMapShowsAndMovesOnlyItsRows() {
+    model_->setRowMap({0, 2});
+    QCOMPARE(model_->rowCount(), 2);
+    QCOMPARE(text(1, 1), QStringLiteral("王"));
+    QVERIFY(model_->moveTo(1));
+    QCOMPARE(control_.Recordset->value(1).toString(), QStringLiteral("王"));
+    QCOMPARE(model_->currentRow(), 1);
+    QVERIFY(!model_->moveTo(2));
+    control_.Recordset->setAbsolutePosition(2);  // 李, not shown
+    QCOMPARE(model_->currentRow(), -1);
+    model_->clearRowMap();
+    QCOMPARE(model_->rowCount(), 3);
+    QCOMPARE(model_->currentRow(), 1);
+    model_->setRowMap({});
+    QCOMPARE(model_->rowCount(), 0);
+    model_->reload();  // rows read again show all of them
+    QCOMPARE(model_->rowCount(), 3);
 }
 
 void RecordsetModelTest::emptyWithoutAnOpenRecordset() {

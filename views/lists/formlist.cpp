@@ -272,21 +272,75 @@ void FormList::rebuildLayout() {
 }
 
 bool FormList::showCondition(const QString& condition) {
+    const QString text = searchTextOf(kind_, condition);
+    const bool search = !text.isEmpty() && searchCondition(kind_.number, text) == condition;
+    if (!readRows(search ? QString() : condition)) return false;
+    // Should the search columns be unreadable, the engine answers the search.
+    if (search && !filterRows(text) && !readRows(condition)) return false;
+    condition_ = condition;
+    showConditionText();
+    selectAll_->setChecked(false);
+    return true;
+}
+
+bool FormList::readRows(const QString& condition) {
     adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
     if (!adodc_.Refresh()) {
         info(QStringLiteral("列表没有打开，原因可能是") + adodc_.ErrorDescription());
         return false;
     }
-    condition_ = condition;
+    // Rows read again may differ from those the search columns were read with.
+    searchIndex_.clear();
+    filterText_.clear();
+    allRowsRead_ = condition.isEmpty();
     rows_->setRecordset(adodc_.Recordset);
     applyColumns();
+    // Searching is made ready once the grid has painted, before the first key.
+    if (allRowsRead_) QTimer::singleShot(0, this, &FormList::prepareSearch);
+    return true;
+}
+
+bool FormList::filterRows(const QString& text) {
+    if (!allRowsRead_) return false;
+    if (text.isEmpty()) {
+        rows_->clearRowMap();
+        filterText_.clear();
+        return true;
+    }
+    if (!prepareSearch()) return false;
+    // A longer text selects a subset of what its beginning selected.
+    std::vector<int> rows;
+    if (!filterText_.isEmpty() && text.startsWith(filterText_) && rows_->hasRowMap()) {
+        std::vector<int> shown(size_t(rows_->rowCount()));
+        for (int r = 0; r < int(shown.size()); ++r) shown[size_t(r)] = rows_->recordsetRow(r);
+        rows = searchIndex_.select(text, &shown);
+    } else {
+        rows = searchIndex_.select(text, nullptr);
+    }
+    rows_->setRowMap(std::move(rows));
+    filterText_ = text;
+    return true;
+}
+
+bool FormList::prepareSearch() {
+    if (!allRowsRead_) return false;
+    if (searchIndex_.isBuilt()) return true;
+    const RecordsetPtr grid = rows_->recordset();
+    const RecordsetPtr columns = store_.searchColumns();
+    if (columns && grid && searchIndex_.build(*columns, *grid, grid->fieldIndex(kind_.key)))
+        return true;
+    // Rows that cannot be told apart by their key (a contact under two
+    // accounts): the engine answers each search until the rows are read again.
+    allRowsRead_ = false;
+    return false;
+}
+
+void FormList::showConditionText() {
     words_->setText(describeCondition(kind_, condition_, [this](const QString& column) {
         const FSettings* fields = programFieldSettings(kind_.fieldType);
         return fields ? fields->FindCaption(column) : column;
     }));
     count_->setText(QStringLiteral("共 %1 条").arg(ticks_->rowCount()));
-    selectAll_->setChecked(false);
-    return true;
 }
 
 void FormList::changeCondition(const QString& condition) {
@@ -349,8 +403,17 @@ void FormList::info(const QString& text) {
 
 void FormList::searchNow() {
     searchTimer_->stop();
-    const QString condition = searchCondition(kind_.number, search_->text());
+    const QString text = search_->text();
+    const QString condition = searchCondition(kind_.number, text);
     if (condition == splitCondition(condition_).where) return;
+    // Every record's rows are at hand: the search narrows them in memory.
+    if (allRowsRead_ && filterRows(text)) {
+        condition_ = condition;
+        showConditionText();
+        selectAll_->setChecked(false);
+        if (historyUpdate_) historyUpdate_(condition_);
+        return;
+    }
     changeCondition(condition);
 }
 
@@ -406,13 +469,9 @@ void FormList::runOperation(const QString& caption) {
 }
 
 bool FormList::requireTicks() {
-    RecordsetPtr rs = store_.ticked();
-    if (!rs) {
-        info(store_.ErrMsg());
-        return false;
-    }
-    if (rs->RecordCount() > 0) return true;
-    info(noTicksMessage());
+    const QString before = store_.ErrMsg();
+    if (store_.anyTicked()) return true;
+    info(store_.ErrMsg() != before ? store_.ErrMsg() : noTicksMessage());
     return false;
 }
 

@@ -12,6 +12,7 @@
 #include "views/lists/listexport.h"
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
+#include "views/lists/searchindex.h"
 #include "views/page.h"
 
 class QCheckBox;
@@ -27,7 +28,7 @@ class QVBoxLayout;
 namespace tarvel {
 class FileDialogs;
 class RecordsetModel;
-}
+}  // namespace tarvel
 
 namespace tarvel::lists {
 
@@ -83,9 +84,18 @@ protected:
 private:
     void buildTopBar(QHBoxLayout* bar);
     void buildFooter(QVBoxLayout* layout);
-    // Runs the query of `condition` into the grid; the condition stays as it was
-    // when the query fails.
+    // Shows the rows of `condition` in the grid; the condition stays as it was
+    // when the query fails. A search is answered from every record's rows.
     bool showCondition(const QString& condition);
+    // Runs the query of `condition` into the grid.
+    bool readRows(const QString& condition);
+    // Narrows the grid to the rows of every record that the search for `text`
+    // selects; false when the search columns could not be read.
+    bool filterRows(const QString& text);
+    // Reads the search columns of every record unless held; false when the
+    // grid does not hold every record or they could not be read.
+    bool prepareSearch();
+    void showConditionText();
     // A new condition chosen on this screen: shown and written into the history.
     void changeCondition(const QString& condition);
     void applyColumns();
@@ -116,6 +126,10 @@ private:
     ListStore store_;
     DataControl adodc_;
     QString condition_;
+    // The grid holds every record (condition "") and can be searched in memory.
+    bool allRowsRead_ = false;
+    SearchIndex searchIndex_;
+    QString filterText_;  // the search shown from memory; empty for all rows
     RecordsetModel* rows_;
     TickModel* ticks_;
     CategoryPanel* panel_;

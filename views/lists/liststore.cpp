@@ -84,6 +84,12 @@ RecordsetPtr ListStore::open(const QString& condition) {
     return read(listQuery(kind_, columns(), condition));
 }
 
+RecordsetPtr ListStore::searchColumns() {
+    return read(QStringLiteral("SELECT ") + kind_.key + QStringLiteral(", ") +
+                kind_.searchColumns.join(QStringLiteral(", ")) + QStringLiteral(" FROM ") +
+                kind_.source);
+}
+
 bool ListStore::setTick(qint64 id, bool ticked) {
     return execute(tickSql(kind_, id, ticked));
 }
@@ -105,6 +111,11 @@ QList<qint64> ListStore::tickedIds() {
     RecordsetPtr rs = read(tickedQuery(kind_, kind_.key));
     for (; rs && !rs->Eof(); rs->MoveNext()) ids << rs->value(0).toLongLong();
     return ids;
+}
+
+bool ListStore::anyTicked() {
+    RecordsetPtr rs = read(tickedQuery(kind_, QStringLiteral("COUNT(*)")));
+    return rs && !rs->Eof() && rs->value(0).toLongLong() > 0;
 }
 
 bool ListStore::deleteRecords(const QList<qint64>& ids) {

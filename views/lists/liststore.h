@@ -26,6 +26,8 @@ public:
     // user's fields lack it (the screen needs it to address rows).
     QString columns() const;
     RecordsetPtr open(const QString& condition);
+    // The key and the search columns of every record, for searching in memory.
+    RecordsetPtr searchColumns();
     bool setTick(qint64 id, bool ticked);
     // SetChecks with apply true over the list's current condition.
     bool setChecks(int mode, const QString& condition);
@@ -33,6 +35,8 @@ public:
     // The ticked rows with the list's columns, in the list's default order.
     RecordsetPtr ticked();
     QList<qint64> tickedIds();
+    // Whether any record is ticked; false with ErrMsg set when unreadable.
+    bool anyTicked();
     // Each record's Delete then DeleteRelation, one transaction per record,
     // so no record is left half deleted; stops at the first failure.
     bool deleteRecords(const QList<qint64>& ids);
