@@ -571,6 +571,8 @@ void ListTest::gridModelIsConsistent() {
     form.refresh();
     QVERIFY(form.gridModel()->rowCount() > 0);
     QCOMPARE(form.gridModel()->index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+    QCOMPARE(form.gridModel()->index(0, 0).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("已选"));  // what a screen reader says of the tick
 }
 
 void ListTest::mailtoLinksStayShortAndCarryEveryAddress() {

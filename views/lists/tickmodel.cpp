@@ -41,6 +41,9 @@ QVariant TickModel::data(const QModelIndex& index, int role) const {
         if (role == Qt::CheckStateRole) return isTicked(index.row()) ? Qt::Checked : Qt::Unchecked;
         if (role == Qt::DisplayRole) return QVariant();
         if (role == Qt::EditRole) return isTicked(index.row());
+        // A screen reader names the tick, which has no text of its own.
+        if (role == Qt::AccessibleTextRole)
+            return isTicked(index.row()) ? QStringLiteral("已选") : QStringLiteral("未选");
     }
     if (role == Qt::DisplayRole) return cellText(QIdentityProxyModel::data(index, Qt::EditRole));
     if (role == Qt::TextAlignmentRole) {
@@ -57,7 +60,7 @@ bool TickModel::setData(const QModelIndex& index, const QVariant& value, int rol
     const bool ticked = value.toInt() == Qt::Checked;
     if (!writer_(idAt(index.row()), ticked)) return false;
     written_.insert(index.row(), ticked);
-    emit dataChanged(index, index, {Qt::CheckStateRole, Qt::EditRole});
+    emit dataChanged(index, index, {Qt::CheckStateRole, Qt::EditRole, Qt::AccessibleTextRole});
     return true;
 }
 
