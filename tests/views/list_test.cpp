@@ -41,22 +41,9 @@ using tarvel::testsupport::child;
 using tarvel::testsupport::firstValue;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::ScriptedFileDialogs;
 
 namespace {
-
-class ScriptedFiles : public FileDialogs {
-public:
-    QString getOpenFileName(const QString&, const QString&, const QString&) override {
-        return QString();
-    }
-    QString getSaveFileName(const QString& caption, const QString& proposed,
-                            const QString&) override {
-        asked << caption + QLatin1Char('|') + proposed;
-        return answer;
-    }
-    QString answer;
-    QStringList asked;
-};
 
 QSet<qint64> idsOf(const QString& sql) {
     tarveldatabase db;
@@ -93,7 +80,7 @@ private slots:
         testsupport::fillListRecords({40, 300, 60, 30, 20});
         loadProgramFieldSettings();
         dialogs_ = std::make_shared<ScriptedDialogs>();
-        files_ = std::make_shared<ScriptedFiles>();
+        files_ = std::make_shared<ScriptedFileDialogs>();
         opened_.clear();
         history_.clear();
     }
@@ -152,7 +139,7 @@ private:
     std::unique_ptr<tarvel::testing::TempDataFile> file_;
     std::unique_ptr<FormList> form_;
     std::shared_ptr<ScriptedDialogs> dialogs_;
-    std::shared_ptr<ScriptedFiles> files_;
+    std::shared_ptr<ScriptedFileDialogs> files_;
     QStringList opened_;
     QStringList history_;
 };
@@ -384,7 +371,7 @@ void ListTest::everyBulkOperationRefusesWithoutTicks() {
         QCOMPARE(box->currentIndex(), 0);
     }
     QVERIFY(opened_.isEmpty());
-    QVERIFY(files_->asked.isEmpty());
+    QVERIFY(files_->captions.isEmpty());
 }
 
 void ListTest::deleteLeavesNoLinkRows() {
@@ -425,18 +412,18 @@ void ListTest::csvReadsBackWithQuotesCommasBreaksAndChinese() {
     FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id<=3"));
     child<QCheckBox>(form, "chk_select")->click();
     QTemporaryDir dir;
-    files_->answer = dir.filePath(QStringLiteral("out.csv"));
+    const QString path = dir.filePath(QStringLiteral("out.csv"));
+    files_->names = {path};
     form.runOperation(QStringLiteral("导出到Excel/CSV表"));
-    QCOMPARE(files_->asked.value(0).section(QLatin1Char('|'), 0, 0),
-             QStringLiteral("请选择要生成的文件名"));
-    QFile raw(files_->answer);
+    QCOMPARE(files_->captions.value(0), QStringLiteral("请选择要生成的文件名"));
+    QFile raw(path);
     QVERIFY(raw.open(QIODevice::ReadOnly));
     QVERIFY(raw.read(3) == QByteArray("\xEF\xBB\xBF"));
     const QString out = python(
         QStringLiteral("import csv,sys,json\n"
                        "rows=list(csv.reader(open(sys.argv[1],encoding='utf-8-sig',newline='')))\n"
                        "print(json.dumps(rows,ensure_ascii=False))"),
-        files_->answer);
+        path);
     const QJsonArray rows = QJsonDocument::fromJson(out.toUtf8()).array();
     QCOMPARE(rows.size(), 4);
     const QJsonArray header = rows[0].toArray();
@@ -471,14 +458,15 @@ void ListTest::expenseTableAddsTheSums() {
     FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id=2"));
     child<QCheckBox>(form, "chk_select")->click();
     QTemporaryDir dir;
-    files_->answer = dir.filePath(QStringLiteral("sums.csv"));
+    const QString path = dir.filePath(QStringLiteral("sums.csv"));
+    files_->names = {path};
     form.runOperation(QStringLiteral("导出预计收益/费用统计表"));
     const QString out = python(
         QStringLiteral("import csv,sys\n"
                        "rows=list(csv.reader(open(sys.argv[1],encoding='utf-8-sig',newline=''),"
                        "skipinitialspace=True))\n"
                        "print(rows[0][-3].strip());print('|'.join(rows[1][-3:]))"),
-        files_->answer);
+        path);
     QCOMPARE(out, QStringLiteral("总费用(日程活动)\n200|2000|800\n"));
 }
 
@@ -487,7 +475,8 @@ void ListTest::htmlHoldsEveryCaptionedField() {
     FormList& form = open(listno::Accounts, QStringLiteral(" WHERE acc_id=4"));
     child<QCheckBox>(form, "chk_select")->click();
     QTemporaryDir dir;
-    files_->answer = dir.filePath(QStringLiteral("out.html"));
+    const QString path = dir.filePath(QStringLiteral("out.html"));
+    files_->names = {path};
     form.runOperation(QStringLiteral("导出到HTML/Word文件"));
     const QString out = python(
         QStringLiteral(
@@ -496,7 +485,7 @@ void ListTest::htmlHoldsEveryCaptionedField() {
             "  def __init__(s):\n    super().__init__();s.cells=[]\n"
             "  def handle_data(s,d):\n    s.cells.append(d)\n"
             "p=P();p.feed(open(sys.argv[1],encoding='utf-8').read());print('|'.join(p.cells))"),
-        files_->answer);
+        path);
     QVERIFY2(out.contains(QStringLiteral("客户/单位名称|<A&B> 公司")), qPrintable(out));
     // Hidden list fields are captioned fields too.
     QVERIFY(out.contains(QStringLiteral("邮编|")));
