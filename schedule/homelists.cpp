@@ -1,7 +1,7 @@
 #include "schedule/homelists.h"
 
 #include "records/recordbase.h"
-#include "schedule/readrows.h"
+#include "store/readrows.h"
 #include "store/jetdate.h"
 
 namespace tarvel {

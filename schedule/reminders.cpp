@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "schedule/readrows.h"
+#include "store/readrows.h"
 #include "schedule/recurrence.h"
 #include "schedule/statistics.h"
 #include "store/clock.h"

@@ -1,4 +1,4 @@
-#include "schedule/readrows.h"
+#include "store/readrows.h"
 
 #include "store/tarveldatabase.h"
 
