@@ -1,15 +1,20 @@
 // The main window: toolbar from the layout table and the settings window,
-// page switching and history, the unsaved-changes question, the day change
-// with the home page and reminders, the tray and the update request.
+// page switching and history (lists come back with their condition and sort),
+// the unsaved-changes question, the day change with the home page and
+// reminders, the tray and the update request.
+#include <QHeaderView>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
@@ -17,10 +22,14 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/listrecords.h"
 #include "views/common/unsaved.h"
 #include "views/formappsetting.h"
 #include "views/formhome.h"
 #include "views/formschremind.h"
+#include "views/lists/categorypanel.h"
+#include "views/lists/formlist.h"
+#include "views/lists/tickmodel.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
@@ -72,7 +81,7 @@ private slots:
     }
 
     void toolbarFollowsTheLayoutTable();
-    void backAndForwardAcrossThreeModules();
+    void backAndForwardReturnPagesAsLeft();
     void unsavedEditAsksBeforeToolbarActionsAndClosing();
     void dayChangeRefreshesTheHomePageOnce();
     void updateRequestIsSentAsIsAndTheReplyJudged();
@@ -132,10 +141,34 @@ void MainTest::toolbarFollowsTheLayoutTable() {
     QVERIFY(!condition || condition->isHidden());
 }
 
-void MainTest::backAndForwardAcrossThreeModules() {
+// Back and forward return each page as the user left it: a list with its
+// category, sort or search, and its rows in the same order.
+void MainTest::backAndForwardReturnPagesAsLeft() {
+    testsupport::fillListRecords({10, 80, 10, 5, 5});
+    loadProgramFieldSettings();
     TarvelMain& w = start();
-    w.ShowPage(page::ContactList, QStringLiteral("WHERE con_lastname LIKE '%王%'"));
+    click(w, "contact");
+    auto* contacts = qobject_cast<lists::FormList*>(w.currentPage());
+    QVERIFY(contacts);
+    QCoreApplication::processEvents();  // the panel counts after the grid shows
+    contacts->panel()->itemClicked(
+        contacts->panel()->entry(QStringLiteral("province"), QStringLiteral("北京")), 0);
+    auto* header = child<QTableView>(*contacts, "dg_listall")->horizontalHeader();
+    header->sectionClicked(1);
+    header->sectionClicked(1);
+    const QString sorted = contacts->condition();
+    QVERIFY2(sorted.startsWith(QStringLiteral(" WHERE con_province='北京' ORDER BY ")) &&
+                 sorted.endsWith(QStringLiteral(" DESC")),
+             qPrintable(sorted));
+    const int rows = contacts->gridModel()->rowCount();
+    const qint64 firstId = contacts->gridModel()->idAt(0);
     click(w, "account");
+    auto* accounts = qobject_cast<lists::FormList*>(w.currentPage());
+    QVERIFY(accounts && accounts != contacts);
+    auto* search = child<QLineEdit>(*accounts, "txt_search");
+    testsupport::typeText(search, QStringLiteral("科技"));
+    accounts->searchNow();
+    search->setText(QString());  // not searched: no change
     click(w, "opportunity");
     const auto expectPage = [&](const char* form, int index) {
         QCOMPARE(w.currentPage()->objectName(), QLatin1String(form));
@@ -145,9 +178,13 @@ void MainTest::backAndForwardAcrossThreeModules() {
     };
     click(w, "back");
     expectPage("form_acc_all", 2);
+    QCOMPARE(search->text(), QStringLiteral("科技"));
+    QCOMPARE(labelText(accounts, "lbl_condition"), QStringLiteral("搜索：科技"));
     click(w, "back");
     expectPage("form_con_all", 1);
-    QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("搜索：王"));
+    QCOMPARE(contacts->condition(), sorted);
+    QCOMPARE(contacts->gridModel()->rowCount(), rows);
+    QCOMPARE(contacts->gridModel()->idAt(0), firstId);
     for (int i = 0; i < 3; ++i) click(w, "forward");
     expectPage("form_opp_all", 3);
     QCOMPARE(labelText(w.currentPage(), "lbl_condition"), QStringLiteral("全部项目机会"));

@@ -10,6 +10,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/listids.h"
 #include "tests/views/listrecords.h"
 #include "views/common/unsaved.h"
 #include "views/lists/formlist.h"
@@ -19,25 +20,11 @@
 using namespace tarvel;
 using namespace tarvel::lists;
 using tarvel::testsupport::child;
+using tarvel::testsupport::engineIds;
 using tarvel::testsupport::run;
+using tarvel::testsupport::shownIds;
 
 namespace {
-
-QSet<qint64> engineIds(const ListKind& kind, const QString& condition) {
-    tarveldatabase db;
-    QSet<qint64> out;
-    RecordsetPtr rs = db.GetReadRs(QStringLiteral("SELECT ") + kind.key + QStringLiteral(" FROM ") +
-                                   kind.source + QLatin1Char(' ') + condition);
-    if (!rs) qFatal("%s", qPrintable(db.ErrMsg()));
-    for (; !rs->Eof(); rs->MoveNext()) out << rs->value(0).toLongLong();
-    return out;
-}
-
-QSet<qint64> shownIds(const FormList& form) {
-    QSet<qint64> out;
-    for (int r = 0; r < form.gridModel()->rowCount(); ++r) out << form.gridModel()->idAt(r);
-    return out;
-}
 
 // Texts a search should tell apart: wildcards the engine reads as such, a
 // quote, ASCII in both cases, letters whose case the engine does not fold.

@@ -1,11 +1,11 @@
-// The schedule statistics page: the period checks with both messages through
-// the page's seam, the birthday and task marking, and the filters handed to
-// the page switch.
+// The schedule statistics page: its labels, date boxes and days box reach the
+// statistics, whose messages show through the page's seam and whose filters
+// go to the page switch. What each selection marks is checked in
+// schedule_test.
 #include <QDateEdit>
 #include <QLineEdit>
 #include <QtTest>
 
-#include "records/recordbase.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
@@ -15,20 +15,7 @@ using namespace tarvel;
 using tarvel::testsupport::at;
 using tarvel::testsupport::child;
 using tarvel::testsupport::indexed;
-using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
-
-namespace {
-
-QList<int> ids(const QString& sql) {
-    tarveldatabase db;
-    QList<int> out;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    for (; rs && !rs->Eof(); rs->MoveNext()) out << recordvalue::int32(rs->value(0));
-    return out;
-}
-
-}  // namespace
 
 class StatTest : public QObject {
     Q_OBJECT
@@ -52,8 +39,6 @@ private slots:
     }
 
     void periodOfThirtyDaysIsQuietAndThirtyOneWarns();
-    void birthdaysNeverMarkTheUnknownOne();
-    void tasksInThePeriodMarkTheirRecords();
 
 private:
     void select(int index, const QDate& from, const QDate& to) {
@@ -104,34 +89,6 @@ void StatTest::periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
     tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", 0));
     QCOMPARE(dialogs_->shown.size(), 3);
     QCOMPARE(opened_.size(), 3);
-}
-
-void StatTest::birthdaysNeverMarkTheUnknownOne() {
-    run(
-        QStringLiteral("INSERT INTO contacts (con_id, con_lastname, con_birthday, con_check) "
-                       "VALUES (1, '未知', #1900-1-1#, 0), (2, '元旦', #1980-1-1#, 0), "
-                       "(3, '年末', #1975-12-30#, 0), (4, '夏天', #1990-7-7#, -1)"));
-    select(11, QDate(2024, 12, 30), QDate(2025, 1, 2));
-    QCOMPARE(opened_, QStringList{"22 WHERE con_check= true"});
-    QCOMPARE(ids(QStringLiteral("SELECT con_id FROM contacts WHERE con_check= true")),
-             (QList<int>{2, 3}));
-}
-
-void StatTest::tasksInThePeriodMarkTheirRecords() {
-    // A weekly task on Wednesdays linked to contact 1, a one-off before the
-    // period linked to contact 2.
-    run(QStringLiteral("INSERT INTO contacts (con_id, con_lastname) VALUES (1, '甲'), (2, '乙')"));
-    run(QStringLiteral(
-        "INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_cycle, tas_closedate) "
-        "VALUES (1, '周会', #2024-1-3#, 7, #2024-12-31#), "
-        "(2, '拜访', #2024-5-6#, 0, #2024-5-6#)"));
-    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (1, 1), (2, 2)"));
-    select(7, QDate(2024, 5, 7), QDate(2024, 5, 8));  // Tuesday and Wednesday
-    QCOMPARE(opened_.size(), 1);
-    QVERIFY(opened_[0].startsWith(QStringLiteral("22 ")));
-    QCOMPARE(ids(QStringLiteral("SELECT con_id FROM contacts ") + opened_[0].mid(3)),
-             QList<int>{1});
-    QCOMPARE(ids(QStringLiteral("SELECT tas_id FROM tasks WHERE tas_check = true")), QList<int>{1});
 }
 
 QTEST_MAIN(StatTest)
