@@ -37,14 +37,11 @@ using tarvel::testsupport::child;
 using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::writeValue;
 
 namespace {
 
 const QString kQuestion = QStringLiteral("您输入的信息未保存，\n是否取消当前修改？");
-
-void writeValue(const char* type, const char* key, const QString& value) {
-    SoftwareSetting().WriteValue(QLatin1String(type), QLatin1String(key), {}, {}, value, {});
-}
 
 QString labelText(const QWidget* page, const char* name) {
     auto* label = page ? page->findChild<QLabel*>(QLatin1String(name)) : nullptr;

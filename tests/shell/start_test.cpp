@@ -21,6 +21,7 @@ using tarvel::testsupport::child;
 using tarvel::testsupport::click;
 using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::writeValue;
 
 namespace {
 
@@ -31,10 +32,6 @@ SoftwareSetting read(const char* key) {
     SoftwareSetting s;
     s.GetValue(QStringLiteral("login"), QLatin1String(key));
     return s;
-}
-
-void writeValue(const char* type, const char* key, const QString& value) {
-    SoftwareSetting().WriteValue(QLatin1String(type), QLatin1String(key), {}, {}, value, {});
 }
 
 // A user who finished the first run with this password.

@@ -10,6 +10,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "custom/softwaresetting.h"
 #include "store/connectionstring.h"
 #include "store/jetdate.h"
 #include "store/sqlitehandle.h"
@@ -55,6 +56,11 @@ inline void run(const QString& sql) {
     tarveldatabase db;
     db.Execute(sql);
     if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
+}
+
+// Stores a value of the settings table (type, key), as the settings window would.
+inline void writeValue(const char* type, const char* key, const QString& value) {
+    SoftwareSetting().WriteValue(QLatin1String(type), QLatin1String(key), {}, {}, value, {});
 }
 
 // The first column of the first row; null when there is none.
