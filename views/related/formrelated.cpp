@@ -9,13 +9,16 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "records/account.h"
 #include "records/recordsearch.h"
 #include "records/relatedcounts.h"
+#include "store/jetdate.h"
 #include "views/common/savefailure.h"
+#include "views/lists/tickmodel.h"
 #include "views/recordsetmodel.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/quickedit.h"
@@ -50,6 +53,19 @@ QString documentFile(const QString& folder, const QString& name) {
                ? QDir::toNativeSeparators(folder) + name
                : QDir::toNativeSeparators(folder) + sep + name;
 }
+
+// Grid cells as the lists show them; a time of day alone (on the time base
+// day) shows as the time.
+class CellText : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QString displayText(const QVariant& value, const QLocale&) const override {
+        if (value.typeId() == QMetaType::QDateTime &&
+            value.toDateTime().date() == jetdate::timeBaseDate())
+            return value.toDateTime().time().toString(QStringLiteral("HH:mm"));
+        return lists::cellText(value);
+    }
+};
 
 }  // namespace
 
@@ -109,6 +125,7 @@ void FormRelated::buildSection(Section& s) {
     s.grid->horizontalHeader()->setSectionsClickable(true);
     s.model = new RecordsetModel(s.grid);
     s.grid->setModel(s.model);
+    s.grid->setItemDelegate(new CellText(s.grid));
     s.edit = buildQuickEdit(s.kind, ownerKind_, s.page);
 
     Section* sp = &s;
@@ -160,8 +177,13 @@ void FormRelated::buildSection(Section& s) {
 QWidget* FormRelated::buildButtons(Section& s) {
     const QString word = QLatin1String(relatedKind(s.kind).word);
     auto* bar = new QWidget(s.page);
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto* rows = new QVBoxLayout(bar);
+    rows->setContentsMargins(0, 0, 0, 0);
+    auto* row = new QHBoxLayout;
+    // The kind's own actions go on a second row, so a narrow panel keeps them in view.
+    auto* extra = new QHBoxLayout;
+    rows->addLayout(row);
+    rows->addLayout(extra);
     Section* sp = &s;
     auto* cmdNew = button(bar, QStringLiteral("cmd_%1_new").arg(word), QStringLiteral("新建(&W)"));
     auto* cmdSave =
@@ -183,8 +205,8 @@ QWidget* FormRelated::buildButtons(Section& s) {
         s.editing << choose;
         connect(choose, &QPushButton::clicked, this, [this] { chooseDocumentFile(); });
         connect(open, &QPushButton::clicked, this, [this] { openDocument(); });
-        row->addWidget(choose);
-        row->addWidget(open);
+        extra->addWidget(choose);
+        extra->addWidget(open);
         for (const char* name : {"txt_doc_name", "txt_doc_path"})
             control(name)->installEventFilter(this);
     }
@@ -198,10 +220,11 @@ QWidget* FormRelated::buildButtons(Section& s) {
         connect(newTask, &QPushButton::clicked, this, [this] {
             if (newTaskOpener_ && ownerId_ != 0) newTaskOpener_(ownerKind_, ownerId_);
         });
-        row->addWidget(refresh);
-        row->addWidget(newTask);
+        extra->addWidget(refresh);
+        extra->addWidget(newTask);
     }
     row->addStretch(1);
+    extra->addStretch(1);
     return bar;
 }
 
