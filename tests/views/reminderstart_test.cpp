@@ -9,8 +9,8 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
-#include "views/common/windowplacement.h"
 #include "views/formschremind.h"
+#include "views/common/windowplacement.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
