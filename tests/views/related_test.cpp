@@ -2,11 +2,14 @@
 // over a real data file: which records a grid lists, the tab counts, the
 // quick-edit save with its account questions, unlinking, adding several
 // contacts to an account, sorting, and the layout's edit flag.
+#include <QDir>
+#include <QFile>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "records/recordbase.h"
@@ -21,8 +24,10 @@ using tarvel::testsupport::at;
 using tarvel::testsupport::child;
 using tarvel::testsupport::click;
 using tarvel::testsupport::firstValue;
+using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::ScriptedFileDialogs;
 
 namespace {
 
@@ -76,6 +81,7 @@ private slots:
     void accountQuestionsOfTheContactSave_data();
     void accountQuestionsOfTheContactSave();
     void memoColumnsCannotBeSorted();
+    void documentsAreChosenSavedAndOpened();
     void layoutWithoutEditRightDisablesTheSection();
 
 private:
@@ -317,6 +323,43 @@ void RelatedPanelTest::memoColumnsCannotBeSorted() {
     std::reverse(reversed.begin(), reversed.end());
     QCOMPARE(reversed, ascending);
     QCOMPARE(dialogs_->shown.size(), 1);
+}
+
+// A file chosen through the dialog becomes a new linked document on save;
+// the shown document opens through the shell from its folder and name.
+void RelatedPanelTest::documentsAreChosenSavedAndOpened() {
+    QTemporaryDir folder;
+    for (const char* name : {"合同.pdf", "报价单.xlsx"}) {
+        QFile f(folder.filePath(QString::fromUtf8(name)));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+    }
+    const QString native = QDir::toNativeSeparators(folder.path());
+    auto opener = std::make_shared<RecordingOpener>();
+    auto files = std::make_shared<ScriptedFileDialogs>();
+    files->names = {folder.filePath(QStringLiteral("报价单.xlsx"))};
+    open(kind::Contact, 1);
+    panel_->setShellOpener(opener);
+    panel_->setFileDialogs(files);
+    click(*panel_, "cmd_doc_add");
+    QCOMPARE(child<QLineEdit>(*panel_, "txt_doc_name")->text(), QStringLiteral("报价单.xlsx"));
+    QCOMPARE(child<QLineEdit>(*panel_, "txt_doc_path")->text(), native);
+    click(*panel_, "cmd_doc_save");
+    QCOMPARE(count("SELECT COUNT(*) FROM contacts_documents INNER JOIN documents ON "
+                   "contacts_documents.doc_id = documents.doc_id WHERE con_id=1 AND "
+                   "doc_name='报价单.xlsx'"),
+             1);
+    QCOMPARE(tabText("tab_doc"), QStringLiteral("文档附件(1)"));
+    QCOMPARE(dialogs_->shown.size(), 0);
+
+    click(*panel_, "img_doc_open");
+    QTest::mouseDClick(child<QLineEdit>(*panel_, "txt_doc_path"), Qt::LeftButton);
+    const QUrl expected = QUrl::fromLocalFile(folder.filePath(QStringLiteral("报价单.xlsx")));
+    QCOMPARE(opener->opened, (QList<QUrl>{expected, expected}));
+    // A file that is gone is reported, not opened.
+    type("txt_doc_name", QStringLiteral("不存在.pdf"));
+    click(*panel_, "img_doc_open");
+    QCOMPARE(opener->opened.size(), 2);
+    QVERIFY(dialogs_->lastText().contains(QStringLiteral("不存在.pdf")));
 }
 
 void RelatedPanelTest::layoutWithoutEditRightDisablesTheSection() {
