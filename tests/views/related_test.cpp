@@ -82,6 +82,7 @@ private slots:
     void accountQuestionsOfTheContactSave();
     void memoColumnsCannotBeSorted();
     void documentsAreChosenSavedAndOpened();
+    void refusedWritesAreReported();
     void layoutWithoutEditRightDisablesTheSection();
 
 private:
@@ -360,6 +361,30 @@ void RelatedPanelTest::documentsAreChosenSavedAndOpened() {
     click(*panel_, "img_doc_open");
     QCOMPARE(opener->opened.size(), 2);
     QVERIFY(dialogs_->lastText().contains(QStringLiteral("不存在.pdf")));
+}
+
+// A data file that refuses writes: the save and the unlink each tell the
+// user, and nothing is half-written.
+void RelatedPanelTest::refusedWritesAreReported() {
+    run("INSERT INTO tasks (tas_id, tas_subject, tas_date) VALUES (40, '拜访', #2024-5-2#)");
+    run("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (1, 40)");
+    open(kind::Contact, 1);
+    {
+        tarvel::testsupport::ReadOnlyDataFile readOnly;
+        type("txt_opp_name", QStringLiteral("机房改造"));
+        click(*panel_, "cmd_opp_save");
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QVERIFY(dialogs_->lastText().startsWith(QStringLiteral("项目机会没有保存成功")));
+        choose("dgrid_sch", 40);
+        dialogs_->answers = {true};
+        click(*panel_, "cmd_sch_delete");
+        QCOMPARE(dialogs_->shown.size(), 3);
+        QVERIFY(dialogs_->shown[2].text.startsWith(QStringLiteral("删除相关性没有保存成功")));
+    }
+    QCOMPARE(count("SELECT COUNT(*) FROM opportunities"), 0);
+    QCOMPARE(count("SELECT COUNT(*) FROM contacts_tasks"), 1);
+    QCOMPARE(firstValue("SELECT con_recent_contact_date FROM contacts WHERE con_id=1").isNull(),
+             true);
 }
 
 void RelatedPanelTest::layoutWithoutEditRightDisablesTheSection() {

@@ -7,6 +7,7 @@
 
 #include "records/recordbase.h"
 #include "records/recordsearch.h"
+#include "views/related/formrelated.h"
 #include "views/related/relatedrecords.h"
 
 namespace tarvel {
@@ -90,7 +91,7 @@ void FormAddRelated::addChosen() {
         return;
     QString error;
     if (!relatedrecords::link(ownerKind_, ownerId_, kind_, chosen, error)) {
-        dialogs_->info(messageTitle(), error);
+        dialogs_->info(messageTitle(), refusedText(QStringLiteral("增加的相关记录"), error));
         return;
     }
     accept();

@@ -69,6 +69,10 @@ public:
 
 }  // namespace
 
+QString refusedText(const QString& what, const QString& reason) {
+    return saveFailedText(what) + QStringLiteral("\n\n原因：") + reason;
+}
+
 struct FormRelated::Section {
     qint16 kind = 0;
     PanelTab tab;
@@ -437,8 +441,10 @@ void FormRelated::save(Section& s) {
     relatedrecords::AccountChoice choice;
     if (s.kind == kind::Contact && !askAccountQuestions(id, choice)) return;
     QString error;
-    if (!relatedrecords::save(s.kind, form_, s.data, ownerKind_, ownerId_, id, choice, error)) {
-        tell(error.isEmpty() ? saveFailedText(s.tab.caption) : error);
+    bool refused = false;
+    if (!relatedrecords::save(s.kind, form_, s.data, ownerKind_, ownerId_, id, choice, error,
+                              refused)) {
+        tell(refused ? refusedText(s.tab.caption, error) : error);
         refreshSection(s);
         return;
     }
@@ -460,7 +466,8 @@ void FormRelated::unlink(Section& s) {
                                  : QStringLiteral("您确定删除和此记录的相关性？");
     if (!dialogs_->ask(askTitle(), question)) return;
     QString error;
-    if (!relatedrecords::unlink(ownerKind_, ownerId_, s.kind, other, error)) tell(error);
+    if (!relatedrecords::unlink(ownerKind_, ownerId_, s.kind, other, error))
+        tell(refusedText(QStringLiteral("删除相关性"), error));
     refreshSection(s);
     newEntry(s);
     changed();

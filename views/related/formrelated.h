@@ -16,6 +16,10 @@ namespace tarvel {
 
 class FormAddRelated;
 
+// What the user is told when the data file refused a write of the panels:
+// what was not saved, the usual causes, and the engine's reason.
+QString refusedText(const QString& what, const QString& reason);
+
 // The related panel a detail page hosts below its fields: one tab per kind
 // linked to the page's record, each a grid of the linked records and a
 // quick-edit section to add, change and unlink them without leaving the

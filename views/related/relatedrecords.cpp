@@ -61,43 +61,47 @@ bool showRecord(Task& r, int id) {
 }
 
 // New records: the add reader, then the row through the grid and its link.
-bool addNew(Contact& r, const AccountChoice& a) {
+// `writing` is raised once the section has been read, so a failure after
+// it is one of the data file.
+bool addNew(Contact& r, const AccountChoice& a, bool& writing) {
     if (!r.AddContact()) return false;
     if (a.chosen != 0) r.Account().setID(a.chosen);
-    return r.AddToList();
+    return (writing = true) && r.AddToList();
 }
-bool addNew(Account& r, const AccountChoice&) {
-    return r.AddAccount() && r.AddToList();
+bool addNew(Account& r, const AccountChoice&, bool& writing) {
+    return r.AddAccount() && (writing = true) && r.AddToList();
 }
-bool addNew(Opportunity& r, const AccountChoice&) {
-    return r.AddOpportunity() && r.AddToList();
+bool addNew(Opportunity& r, const AccountChoice&, bool& writing) {
+    return r.AddOpportunity() && (writing = true) && r.AddToList();
 }
-bool addNew(document& r, const AccountChoice&) {
-    return r.AddDocument() && r.AddToList();
+bool addNew(document& r, const AccountChoice&, bool& writing) {
+    return r.AddDocument() && (writing = true) && r.AddToList();
 }
-bool addNew(Task& r, const AccountChoice&) {
-    return r.InitTask(0) && r.AddTask() && r.AddToList();
+bool addNew(Task& r, const AccountChoice&, bool& writing) {
+    return r.InitTask(0) && r.AddTask() && (writing = true) && r.AddToList();
 }
 
 // Existing records are loaded first, so the fields the section does not
 // show are written back as they were.
-bool change(Contact& r, int id, const AccountChoice& a) {
+bool change(Contact& r, int id, const AccountChoice& a, bool& writing) {
     if (!r.InitContact(id, true) || !r.ChangeContact(id)) return false;
     if (a.newAccount) r.Account().setID(0);
     if (a.chosen != 0) r.Account().setID(a.chosen);
-    return r.UpdateIndex(id, a.rename);
+    return (writing = true) && r.UpdateIndex(id, a.rename);
 }
-bool change(Account& r, int id, const AccountChoice&) {
-    return r.InitAccount(id, true) && r.ChangeAccount(id) && r.UpdateIndex(id);
+bool change(Account& r, int id, const AccountChoice&, bool& writing) {
+    return r.InitAccount(id, true) && r.ChangeAccount(id) && (writing = true) && r.UpdateIndex(id);
 }
-bool change(Opportunity& r, int id, const AccountChoice&) {
-    return r.InitOpportunity(id, true) && r.ChangeOpportunity(id) && r.UpdateIndex(id);
+bool change(Opportunity& r, int id, const AccountChoice&, bool& writing) {
+    return r.InitOpportunity(id, true) && r.ChangeOpportunity(id) && (writing = true) &&
+           r.UpdateIndex(id);
 }
-bool change(document& r, int id, const AccountChoice&) {
-    return r.InitDocument(id, true) && r.ChangeDocument(id) && r.UpdateIndex(id);
+bool change(document& r, int id, const AccountChoice&, bool& writing) {
+    return r.InitDocument(id, true) && r.ChangeDocument(id) && (writing = true) &&
+           r.UpdateIndex(id);
 }
-bool change(Task& r, int id, const AccountChoice&) {
-    return r.InitTask(id) && r.ChangeTask() && r.UpdateIndex();
+bool change(Task& r, int id, const AccountChoice&, bool& writing) {
+    return r.InitTask(id) && r.ChangeTask() && (writing = true) && r.UpdateIndex();
 }
 
 // Ends a record operation: the record's error text when it failed.
@@ -127,7 +131,8 @@ bool show(qint16 k, Form& form, DataControl& grid, int id, QString& error) {
 }
 
 bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId, int id,
-          const AccountChoice& account, QString& error) {
+          const AccountChoice& account, QString& error, bool& refused) {
+    refused = true;
     Transaction tx;
     if (!tx.isActive()) {
         error = tx.error();
@@ -139,9 +144,12 @@ bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId
         error = db.ErrMsg();
         return false;
     }
+    bool writing = false;
     const bool ok = withRecord(k, &form, &grid, [&](auto& r) {
-        return outcome(r, id == 0 ? addNew(r, account) : change(r, id, account), error);
+        return outcome(r, id == 0 ? addNew(r, account, writing) : change(r, id, account, writing),
+                       error);
     });
+    refused = writing;
     return committed(tx, ok, error);
 }
 

@@ -27,8 +27,10 @@ struct AccountChoice {
 
 // Saves the section in one transaction: first the owner's stamp, then
 // Add…+AddToList for a new record (id 0) or Init…+Change…+UpdateIndex.
+// `refused` tells a failure of the data file from a section that cannot
+// be read (an amount that is no number, say).
 bool save(qint16 kind, Form& form, DataControl& grid, qint16 ownerKind, int ownerId, int id,
-          const AccountChoice& account, QString& error);
+          const AccountChoice& account, QString& error, bool& refused);
 
 // Removes the link of `otherId` (of `kind`) to the owner; the record stays.
 bool unlink(qint16 ownerKind, int ownerId, qint16 kind, int otherId, QString& error);
