@@ -133,6 +133,15 @@ void RelatedPanelTest::contactIsNeverItsOwnRelatedContact() {
     emit name->textEdited(name->text());
     QCOMPARE(child<QListWidget>(*panel_, "lst_contacts")->item(0)->text(),
              QStringLiteral("李四 - 东方贸易"));
+    // A double click opens the related record's page; the task button a new
+    // task for this contact.
+    QList<std::pair<qint16, int>> opened;
+    panel_->setRecordOpener([&](qint16 k, int id) { opened.append({k, id}); });
+    panel_->setNewTaskOpener([&](qint16 k, int id) { opened.append({k, id}); });
+    QTableView* g = grid("dgrid_con");
+    emit g->doubleClicked(g->model()->index(rowOf(g, 3), 1));
+    click(*panel_, "cmd_sch_newtask");
+    QCOMPARE(opened, (QList<std::pair<qint16, int>>{{kind::Contact, 3}, {kind::Contact, 1}}));
 }
 
 void RelatedPanelTest::tabCaptionsCountTheLinks_data() {
@@ -214,6 +223,9 @@ void RelatedPanelTest::addingContactsToAnAccountMovesThem() {
     click(*dialog, "cmd_add");
     QCOMPARE(dialogs_->lastText(), QStringLiteral("您没有选择任何要添加的记录"));
     auto* found = child<QListWidget>(*dialog, "lst_found");
+    // 张三 is this account's already: not offered again.
+    QCOMPARE(found->findItems(QStringLiteral("张三"), Qt::MatchStartsWith).size(), 0);
+    QCOMPARE(found->count(), 4);
     for (int i = 0; i < found->count(); ++i)
         if (found->item(i)->text().startsWith(QStringLiteral("李四")) ||
             found->item(i)->text().startsWith(QStringLiteral("王五")))
@@ -283,6 +295,15 @@ void RelatedPanelTest::accountQuestionsOfTheContactSave() {
     click(*panel_, "cmd_con_save");
     const int questions = int(yesNo.size()) + (threeWay >= 0 ? 1 : 0);
     QCOMPARE(dialogs_->shown.size(), questions);
+    if (questions > 0)
+        QCOMPARE(dialogs_->shown[0].text,
+                 threeWay >= 0
+                     ? QStringLiteral("您已经更改了客户单位名称，您要更改此客户信息？还是要"
+                                      "新建一个客户？\n  点击[是]，只修改客户信息\n  点击"
+                                      "[否]，新建一个客户")
+                     : QStringLiteral("您没有填写客户单位名称，是否要放弃填写客户信息？\n"
+                                      "提示：点击[是]，系统只会放弃保存客户信息，联系人其"
+                                      "他信息仍会保存！"));
     QCOMPARE(firstValue("SELECT con_lastname FROM contacts WHERE con_id=1").toString(), savedName);
     QCOMPARE(firstValue("SELECT acc_name FROM que_contacts_accounts WHERE con_id=1").toString() +
                  ";" + QString::number(count("SELECT COUNT(*) FROM accounts")),

@@ -13,11 +13,12 @@
 namespace tarvel {
 
 FormAddRelated::FormAddRelated(qint16 ownerKind, int ownerId, qint16 kind, const QString& kindName,
-                               std::shared_ptr<Dialogs> dialogs, QWidget* parent)
+                               QSet<int> linked, std::shared_ptr<Dialogs> dialogs, QWidget* parent)
     : QDialog(parent),
       ownerKind_(ownerKind),
       ownerId_(ownerId),
       kind_(kind),
+      linked_(std::move(linked)),
       dialogs_(std::move(dialogs)) {
     setObjectName(QStringLiteral("form_addrelated"));
     setWindowTitle(QStringLiteral("增加相关的") + kindName);
@@ -66,8 +67,9 @@ void FormAddRelated::search() {
         return;
     }
     for (const FoundRecord& r : finder.found()) {
-        // The record itself is never offered as related to itself.
-        if (kind_ == ownerKind_ && r.id == ownerId_) continue;
+        // Neither the record itself nor what is linked already (adding that
+        // again would clear the role the link carries).
+        if ((kind_ == ownerKind_ && r.id == ownerId_) || linked_.contains(r.id)) continue;
         auto* item = new QListWidgetItem(
             r.account.isEmpty() ? r.name : r.name + QStringLiteral(" - ") + r.account, found_);
         item->setData(Qt::UserRole, r.id);

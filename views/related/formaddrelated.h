@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QSet>
 #include <memory>
 
 #include "views/common/dialogs.h"
@@ -14,9 +15,10 @@ namespace tarvel {
 class FormAddRelated : public QDialog {
     Q_OBJECT
 public:
-    // `kindName` ends the caption: "增加相关的" + "联系人".
+    // `kindName` ends the caption: "增加相关的" + "联系人". The records in
+    // `linked` are linked already and not offered again.
     FormAddRelated(qint16 ownerKind, int ownerId, qint16 kind, const QString& kindName,
-                   std::shared_ptr<Dialogs> dialogs, QWidget* parent = nullptr);
+                   QSet<int> linked, std::shared_ptr<Dialogs> dialogs, QWidget* parent = nullptr);
 
 private:
     void search();
@@ -25,6 +27,7 @@ private:
     qint16 ownerKind_;
     int ownerId_;
     qint16 kind_;
+    QSet<int> linked_;
     std::shared_ptr<Dialogs> dialogs_;
     QLineEdit* search_ = nullptr;
     QListWidget* found_ = nullptr;

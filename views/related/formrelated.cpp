@@ -39,12 +39,6 @@ QPushButton* button(QWidget* parent, const QString& name, const QString& text) {
     return b;
 }
 
-// The statement without its ORDER BY, so another order can be put on it.
-QString withoutOrder(const QString& sql) {
-    const int at = sql.lastIndexOf(QLatin1String(" ORDER BY "), -1, Qt::CaseInsensitive);
-    return at > sql.lastIndexOf(QLatin1Char(')')) ? sql.left(at) : sql;
-}
-
 // The document's file: its folder and name joined with the native separator.
 QString documentFile(const QString& folder, const QString& name) {
     if (folder.isEmpty()) return name;
@@ -476,15 +470,14 @@ void FormRelated::unlink(Section& s) {
 void FormRelated::sortBy(Section& s, int column) {
     if (!s.data.Recordset || column < 0 || column >= s.data.Recordset->FieldCount()) return;
     const QString field = s.data.Recordset->fieldName(column);
-    if (field.section(QLatin1Char('.'), -1).endsWith(QLatin1String("_description"))) {
+    if (!relatedrecords::sortable(field)) {
         tell(QStringLiteral("描述字段内容较多不能排序！"));
         return;
     }
     s.ascending = s.sortColumn == field ? !s.ascending : true;
     s.sortColumn = field;
-    s.data.RecordSource = withoutOrder(s.data.RecordSource) + QStringLiteral(" ORDER BY ") + field +
-                          (s.ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
-    if (!s.data.Refresh()) tell(s.data.ErrorDescription());
+    QString error;
+    if (!relatedrecords::sort(s.data, field, s.ascending, error)) tell(error);
     applyCaptions(s);
 }
 
@@ -526,7 +519,11 @@ bool FormRelated::eventFilter(QObject* watched, QEvent* event) {
 FormAddRelated* FormRelated::openAddRelated(qint16 k) {
     Section* s = section(k);
     if (!s || ownerId_ == 0) return nullptr;
-    auto* dialog = new FormAddRelated(ownerKind_, ownerId_, k, s->tab.caption, dialogs_, this);
+    QSet<int> linked;
+    if (const RecordsetPtr rows = s->data.Recordset)
+        for (int row = 0; row < rows->RecordCount(); ++row) linked << rows->valueAt(row, 0).toInt();
+    auto* dialog =
+        new FormAddRelated(ownerKind_, ownerId_, k, s->tab.caption, linked, dialogs_, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this, [this, s] {
         refreshSection(*s);

@@ -153,6 +153,22 @@ bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId
     return committed(tx, ok, error);
 }
 
+bool sortable(const QString& field) {
+    return !field.section(QLatin1Char('.'), -1).endsWith(QLatin1String("_description"));
+}
+
+bool sort(DataControl& grid, const QString& field, bool ascending, QString& error) {
+    QString source = grid.RecordSource;
+    // An ORDER BY after the last bracket is the statement's own, not a subquery's.
+    const int at = source.lastIndexOf(QLatin1String(" ORDER BY "), -1, Qt::CaseInsensitive);
+    if (at > source.lastIndexOf(QLatin1Char(')'))) source.truncate(at);
+    grid.RecordSource = source + QStringLiteral(" ORDER BY ") + field +
+                        (ascending ? QStringLiteral(" ASC") : QStringLiteral(" DESC"));
+    if (grid.Refresh()) return true;
+    error = grid.ErrorDescription();
+    return false;
+}
+
 bool unlink(qint16 ownerKind, int ownerId, qint16 k, int otherId, QString& error) {
     Transaction tx;
     const bool ok = withOwner(ownerKind, ownerId, [&](auto& r) {

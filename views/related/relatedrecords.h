@@ -32,6 +32,11 @@ struct AccountChoice {
 bool save(qint16 kind, Form& form, DataControl& grid, qint16 ownerKind, int ownerId, int id,
           const AccountChoice& account, QString& error, bool& refused);
 
+// Memo columns (the descriptions) are too long to sort by.
+bool sortable(const QString& field);
+// The grid's rows again, ordered by `field` (instead of any order it had).
+bool sort(DataControl& grid, const QString& field, bool ascending, QString& error);
+
 // Removes the link of `otherId` (of `kind`) to the owner; the record stays.
 bool unlink(qint16 ownerKind, int ownerId, qint16 kind, int otherId, QString& error);
 // Links the records in one transaction, each from the side whose class
