@@ -65,5 +65,15 @@ int main(int argc, char** argv) {
         panel.grab().save(out.filePath(
             QStringLiteral("form_con_related_sch_%1x%2.png").arg(size.width()).arg(size.height())));
     }
+    run("INSERT INTO opportunities_accounts (opp_id, acc_id, acc_part_in_opp) VALUES (1, 1, "
+        "'甲方'), (1, 2, '总包')");
+    FormRelated deal(kind::Opportunity);
+    deal.resize(1024, 700);
+    deal.showRecord(1);
+    deal.show();
+    deal.findChild<QTabWidget*>(QStringLiteral("tab_related"))->setCurrentIndex(1);
+    deal.findChild<QTableView*>(QStringLiteral("dgrid_acc"))->selectRow(0);
+    QCoreApplication::processEvents();
+    deal.grab().save(out.filePath(QStringLiteral("form_opp_related_acc_1024x700.png")));
     return 0;
 }

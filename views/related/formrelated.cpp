@@ -344,7 +344,11 @@ void FormRelated::refreshCounts() {
 void FormRelated::applyCaptions(Section& s) {
     const QStringList captions = form_.controlItems(s.grid->objectName());
     for (int i = 0; i < captions.size(); ++i) s.model->setCaption(i + 1, captions[i]);
-    if (s.model->columnCount() > 0) s.grid->setColumnHidden(0, true);
+    if (s.model->columnCount() > 1) {
+        s.grid->setColumnHidden(0, true);
+        // The name column shows whole names.
+        s.grid->resizeColumnToContents(1);
+    }
 }
 
 // The grid follows the record the record class positioned its rows on.
