@@ -80,6 +80,7 @@ private slots:
     void addingContactsToAnAccountMovesThem();
     void accountQuestionsOfTheContactSave_data();
     void accountQuestionsOfTheContactSave();
+    void anAccountChosenFromTheSearchTakesTheContact();
     void memoColumnsCannotBeSorted();
     void documentsAreChosenSavedAndOpened();
     void refusedWritesAreReported();
@@ -314,6 +315,26 @@ void RelatedPanelTest::accountQuestionsOfTheContactSave() {
         firstValue("SELECT con_recent_contact_date FROM contacts WHERE con_id=5").toDateTime() ==
             Clock::now(),
         savedName != QStringLiteral("张三"));
+}
+
+// An existing account picked from the name search: the contact moves to it
+// without the rename question, and no account is made.
+void RelatedPanelTest::anAccountChosenFromTheSearchTakesTheContact() {
+    run("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (5, 2)");
+    open(kind::Contact, 5);
+    choose("dgrid_con", 2);
+    auto* box = child<QLineEdit>(*panel_, "txt_con_account");
+    box->setText(QStringLiteral("南方"));
+    emit box->textEdited(box->text());
+    auto* found = child<QListWidget>(*panel_, "lst_accounts");
+    QCOMPARE(found->count(), 1);
+    emit found->itemClicked(found->item(0));
+    QCOMPARE(box->text(), QStringLiteral("南方建材"));
+    click(*panel_, "cmd_con_save");
+    QCOMPARE(dialogs_->shown.size(), 0);
+    QCOMPARE(count("SELECT acc_id FROM accounts_contacts WHERE con_id=2"), 12);
+    QCOMPARE(count("SELECT COUNT(*) FROM accounts_contacts WHERE con_id=2"), 1);
+    QCOMPARE(count("SELECT COUNT(*) FROM accounts"), 3);
 }
 
 void RelatedPanelTest::memoColumnsCannotBeSorted() {

@@ -21,6 +21,7 @@
 #include "views/lists/tickmodel.h"
 #include "views/recordsetmodel.h"
 #include "views/related/formaddrelated.h"
+#include "views/related/namesearch.h"
 #include "views/related/quickedit.h"
 #include "views/related/relatedkind.h"
 
@@ -226,68 +227,59 @@ QWidget* FormRelated::buildButtons(Section& s) {
     return bar;
 }
 
-// The name boxes offer matching records while the user types.
+// The name boxes offer matching records while the user types: a contact or
+// a deal is shown in its section, an account taken into the contact's.
 void FormRelated::connectSearches(Section& s) {
-    struct Search {
-        qint16 kind;
-        const char* box;
-        const char* list;
+    auto listOf = [this](const char* name) {
+        auto* list = static_cast<QListWidget*>(control(name));
+        return std::make_pair(
+            list, qobject_cast<QWidget*>(list->property("buddyLabel").value<QObject*>()));
     };
-    const Search searches[] = {{kind::Contact, "txt_con_name", "lst_contacts"},
-                               {kind::Contact, "txt_con_account", "lst_accounts"},
-                               {kind::Opportunity, "txt_opp_name", "lst_opportunities"}};
+    auto box = [this](const char* name) { return static_cast<QLineEdit*>(control(name)); };
     Section* sp = &s;
-    for (const Search& search : searches) {
-        if (search.kind != s.kind) continue;
-        auto* box = static_cast<QLineEdit*>(control(search.box));
-        auto* list = static_cast<QListWidget*>(control(search.list));
-        auto* label = qobject_cast<QWidget*>(list->property("buddyLabel").value<QObject*>());
-        const QString which = QLatin1String(search.list);
-        connect(box, &QLineEdit::textEdited, this, [this, list, label, which](const QString& text) {
-            if (which == QLatin1String("lst_accounts")) chosenAccount_ = 0;
-            list->clear();
-            RecordSearch finder;
-            if (!text.trimmed().isEmpty()) {
-                const QString sql = which == QLatin1String("lst_contacts")
-                                        ? recordsearch::panelContacts(
-                                              text, ownerKind_ == kind::Contact ? ownerId_ : 0)
-                                    : which == QLatin1String("lst_accounts")
-                                        ? recordsearch::accountsByName(text)
-                                        : recordsearch::opportunitiesBySubject(text);
-                // Typing goes on while the file cannot be read: no matches then.
-                if (finder.run(sql, 50))
-                    for (const FoundRecord& r : finder.found()) {
-                        auto* item = new QListWidgetItem(
-                            r.account.isEmpty() && which != QLatin1String("lst_contacts")
-                                ? r.name
-                                : r.name + QStringLiteral(" - ") + r.account,
-                            list);
-                        item->setData(Qt::UserRole, r.id);
-                    }
-            }
-            list->setVisible(list->count() > 0);
-            if (label) label->setVisible(list->count() > 0);
-        });
-        connect(list, &QListWidget::itemActivated, this,
-                [this, sp, list, label, which](QListWidgetItem* item) {
-                    const int id = item->data(Qt::UserRole).toInt();
-                    list->hide();
-                    if (label) label->hide();
-                    if (which != QLatin1String("lst_accounts")) {
-                        showInSection(*sp, id);
-                        return;
-                    }
-                    Account account;
-                    account.setID(id);
-                    if (!account.GetById()) return tell(account.ErrMsg());
-                    chosenAccount_ = id;
-                    form_.setProperty(QStringLiteral("bCantChgFlag_AccName"), true);
-                    form_.setControlValue(QStringLiteral("txt_con_account"), account.AccName());
-                    form_.setProperty(QStringLiteral("bCantChgFlag_AccName"), false);
-                    form_.setControlValue(QStringLiteral("txt_con_accaddr"), account.Address());
-                });
-        connect(list, &QListWidget::itemClicked, list, &QListWidget::itemActivated);
+    auto showChosen = [this, sp](int id) { showInSection(*sp, id); };
+    if (s.kind == kind::Contact) {
+        const auto [contacts, contactsLabel] = listOf("lst_contacts");
+        auto* names = new NameSearch(
+            box("txt_con_name"), contacts, contactsLabel,
+            [this](const QString& text) {
+                return recordsearch::panelContacts(text,
+                                                   ownerKind_ == kind::Contact ? ownerId_ : 0);
+            },
+            this);
+        connect(names, &NameSearch::chosen, this, showChosen);
+        const auto [accounts, accountsLabel] = listOf("lst_accounts");
+        auto* accountNames = new NameSearch(
+            box("txt_con_account"), accounts, accountsLabel,
+            [](const QString& text) { return recordsearch::accountsByName(text); }, this);
+        connect(accountNames, &NameSearch::chosen, this, &FormRelated::takeAccount);
+        // A typed name is no longer the account chosen from the list.
+        connect(box("txt_con_account"), &QLineEdit::textEdited, this,
+                [this] { chosenAccount_ = 0; });
     }
+    if (s.kind == kind::Opportunity) {
+        const auto [deals, dealsLabel] = listOf("lst_opportunities");
+        auto* subjects = new NameSearch(
+            box("txt_opp_name"), deals, dealsLabel,
+            [](const QString& text) { return recordsearch::opportunitiesBySubject(text); }, this);
+        connect(subjects, &NameSearch::chosen, this, showChosen);
+    }
+}
+
+// An existing account chosen for the contact: its name and address, and its
+// key for the save.
+void FormRelated::takeAccount(int id) {
+    Account account;
+    account.setID(id);
+    if (!account.GetById()) {
+        tell(account.ErrMsg());
+        return;
+    }
+    chosenAccount_ = id;
+    form_.setProperty(QStringLiteral("bCantChgFlag_AccName"), true);
+    form_.setControlValue(QStringLiteral("txt_con_account"), account.AccName());
+    form_.setProperty(QStringLiteral("bCantChgFlag_AccName"), false);
+    form_.setControlValue(QStringLiteral("txt_con_accaddr"), account.Address());
 }
 
 void FormRelated::rebuildLayout() {

@@ -67,6 +67,7 @@ private:
     void buildSection(Section& s);
     QWidget* buildButtons(Section& s);
     void connectSearches(Section& s);
+    void takeAccount(int id);
     void refreshSection(Section& s);
     void refreshCounts();
     void applyCaptions(Section& s);

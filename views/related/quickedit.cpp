@@ -198,12 +198,9 @@ QuickEdit buildQuickEdit(qint16 k, qint16 ownerKind, QWidget* parent) {
         }
         grid->addWidget(label, row, column, Qt::AlignTop);
         grid->addWidget(input, row, column + 1, 1, wide ? 3 : 1);
-        if (f.type == Type::Matches) {
-            // Shown only while a search has something to offer.
-            input->setVisible(false);
-            label->setVisible(false);
+        // The search shows a match list with its label.
+        if (f.type == Type::Matches)
             input->setProperty("buddyLabel", QVariant::fromValue<QObject*>(label));
-        }
         if (wide || column == 2) {
             ++row;
             column = 0;
