@@ -150,9 +150,9 @@ QWidget* makeInput(const Field& f, QWidget* parent) {
                 for (int p = 0; p <= 100; p += 10)
                     c->addItem(QString::number(p) + QLatin1Char('%'));
             if (f.options) {
-                const QString spec = QLatin1String(f.options);
-                FillOptionCombo(c, spec.section(QLatin1Char('/'), 0, 0),
-                                spec.section(QLatin1Char('/'), 1, 1));
+                const QString list = QLatin1String(f.options);
+                FillOptionCombo(c, list.section(QLatin1Char('/'), 0, 0),
+                                list.section(QLatin1Char('/'), 1, 1));
             }
             w = c;
             break;

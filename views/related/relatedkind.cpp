@@ -7,11 +7,11 @@ namespace tarvel {
 
 const RelatedKind& relatedKind(qint16 k) {
     static const RelatedKind kinds[] = {
-        {kind::Opportunity, "opp", "opp_id", "项目机会", "g_OppID"},
-        {kind::Account, "acc", "acc_id", "客户单位", "g_AccID"},
-        {kind::Contact, "con", "con_id", "联系人", "g_ConID"},
-        {kind::Task, "sch", "tas_id", "日程安排", "g_TasID"},
-        {kind::Document, "doc", "doc_id", "文档附件", "g_DocID"},
+        {kind::Opportunity, "opp", "项目机会", "g_OppID"},
+        {kind::Account, "acc", "客户单位", "g_AccID"},
+        {kind::Contact, "con", "联系人", "g_ConID"},
+        {kind::Task, "sch", "日程安排", "g_TasID"},
+        {kind::Document, "doc", "文档附件", "g_DocID"},
     };
     const int i = k >= kind::Opportunity && k <= kind::Document ? k - 1 : kind::Contact - 1;
     return kinds[i];

@@ -6,12 +6,12 @@
 namespace tarvel {
 
 // What a related panel needs to know of a kind of record: the word that
-// names its controls (txt_con_..., dgrid_con), its key column, the caption
-// of its tab and its name when the interface layout gives none.
+// names its controls (txt_con_..., dgrid_con), the caption of its tab and
+// its name when the interface layout gives none, and the form property
+// that holds the record its section shows.
 struct RelatedKind {
     qint16 kind;          // relation kind code
     const char* word;     // "con", "acc", "opp", "sch", "doc"
-    const char* key;      // "con_id"
     const char* caption;  // "联系人"
     const char* shownId;  // the form property of the record in its section: "g_ConID"
 };
