@@ -397,6 +397,13 @@ void RelatedPanelTest::documentsAreChosenSavedAndOpened() {
     click(*panel_, "img_doc_open");
     QTest::mouseDClick(child<QLineEdit>(*panel_, "txt_doc_path"), Qt::LeftButton);
     const QUrl expected = QUrl::fromLocalFile(folder.filePath(QStringLiteral("报价单.xlsx")));
+    // A section without a name is not saved.
+    click(*panel_, "cmd_doc_new");
+    click(*panel_, "cmd_doc_save");
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("请先填写名称再保存。"));
+    QCOMPARE(count("SELECT COUNT(*) FROM documents"), 1);
+    choose("dgrid_doc", count("SELECT doc_id FROM documents"));
+    dialogs_->shown.clear();
     QCOMPARE(opener->opened, (QList<QUrl>{expected, expected}));
     // A file that is gone is reported, not opened.
     type("txt_doc_name", QStringLiteral("不存在.pdf"));

@@ -428,6 +428,12 @@ bool FormRelated::askAccountQuestions(int contactId, relatedrecords::AccountChoi
 void FormRelated::save(Section& s) {
     if (ownerId_ == 0) return;
     const int id = shownId(s);
+    const char* nameBox = relatedKind(s.kind).nameBox;
+    if (form_.controlValue(QLatin1String(nameBox)).toString().trimmed().isEmpty()) {
+        tell(QStringLiteral("请先填写名称再保存。"));
+        control(nameBox)->setFocus();
+        return;
+    }
     relatedrecords::AccountChoice choice;
     if (s.kind == kind::Contact && !askAccountQuestions(id, choice)) return;
     QString error;
@@ -438,6 +444,8 @@ void FormRelated::save(Section& s) {
         refreshSection(s);
         return;
     }
+    // A new record was added to the grid's own rows: the grid takes their number again.
+    s.model->reload();
     applyCaptions(s);
     selectCurrentRow(s);
     showInSection(s, shownId(s));

@@ -7,11 +7,11 @@ namespace tarvel {
 
 const RelatedKind& relatedKind(qint16 k) {
     static const RelatedKind kinds[] = {
-        {kind::Opportunity, "opp", "项目机会", "g_OppID"},
-        {kind::Account, "acc", "客户单位", "g_AccID"},
-        {kind::Contact, "con", "联系人", "g_ConID"},
-        {kind::Task, "sch", "日程安排", "g_TasID"},
-        {kind::Document, "doc", "文档附件", "g_DocID"},
+        {kind::Opportunity, "opp", "项目机会", "g_OppID", "txt_opp_name"},
+        {kind::Account, "acc", "客户单位", "g_AccID", "txt_acc_name"},
+        {kind::Contact, "con", "联系人", "g_ConID", "txt_con_name"},
+        {kind::Task, "sch", "日程安排", "g_TasID", "txt_sch_subject"},
+        {kind::Document, "doc", "文档附件", "g_DocID", "txt_doc_name"},
     };
     const int i = k >= kind::Opportunity && k <= kind::Document ? k - 1 : kind::Contact - 1;
     return kinds[i];

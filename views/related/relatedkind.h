@@ -14,6 +14,7 @@ struct RelatedKind {
     const char* word;     // "con", "acc", "opp", "sch", "doc"
     const char* caption;  // "联系人"
     const char* shownId;  // the form property of the record in its section: "g_ConID"
+    const char* nameBox;  // the section's box that must not stay empty: "txt_con_name"
 };
 
 const RelatedKind& relatedKind(qint16 kind);
