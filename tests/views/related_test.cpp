@@ -81,6 +81,7 @@ private slots:
     void accountQuestionsOfTheContactSave_data();
     void accountQuestionsOfTheContactSave();
     void anAccountChosenFromTheSearchTakesTheContact();
+    void aNewContactSavedInTheSectionIsLinked();
     void memoColumnsCannotBeSorted();
     void documentsAreChosenSavedAndOpened();
     void refusedWritesAreReported();
@@ -335,6 +336,31 @@ void RelatedPanelTest::anAccountChosenFromTheSearchTakesTheContact() {
     QCOMPARE(count("SELECT acc_id FROM accounts_contacts WHERE con_id=2"), 12);
     QCOMPARE(count("SELECT COUNT(*) FROM accounts_contacts WHERE con_id=2"), 1);
     QCOMPARE(count("SELECT COUNT(*) FROM accounts"), 3);
+}
+
+void RelatedPanelTest::aNewContactSavedInTheSectionIsLinked() {
+    int linkSignals = 0;
+    open(kind::Contact, 5);
+    connect(panel_.get(), &FormRelated::linksChanged, [&] { ++linkSignals; });
+    click(*panel_, "cmd_con_new");
+    type("txt_con_name", QStringLiteral("孙八"));
+    type("txt_con_part", QStringLiteral("表兄"));
+    click(*panel_, "cmd_con_save");
+    QCOMPARE(dialogs_->shown.size(), 0);
+    const int added = count("SELECT con_id FROM contacts WHERE con_lastname='孙八'");
+    QCOMPARE(firstValue("SELECT con_relation FROM contacts_contacts WHERE con_id1=" +
+                        QString::number(added) + " AND con_id2=5")
+                 .toString(),
+             QStringLiteral("表兄"));
+    QCOMPARE(gridKeys(grid("dgrid_con")), (QList<int>{added}));
+    QCOMPARE(tabText("tab_con"), QStringLiteral("联系人(1)"));
+    QCOMPARE(linkSignals, 1);
+    // The section keeps showing the new contact: a second save changes it.
+    type("txt_con_tel", QStringLiteral("010-1"));
+    click(*panel_, "cmd_con_save");
+    QCOMPARE(count("SELECT COUNT(*) FROM contacts"), 6);
+    QCOMPARE(firstValue("SELECT con_telephone FROM contacts WHERE con_lastname='孙八'").toString(),
+             QStringLiteral("010-1"));
 }
 
 void RelatedPanelTest::memoColumnsCannotBeSorted() {
