@@ -314,8 +314,10 @@ bool Contact::AddToList() {
 bool Contact::updateAccount(bool rename) {
     if (!needForm()) return false;
     const int shown = recordvalue::int32(formProperty("OldAccountID"));
-    if (account_.ID() != shown) {
-        if (!DeleteRelative(kind::Account, shown) || !storeAndLinkAccount()) return false;
+    // A contact without an account that was given a name gets a new one.
+    if (account_.ID() != shown || account_.ID() == 0) {
+        if ((shown != 0 && !DeleteRelative(kind::Account, shown)) || !storeAndLinkAccount())
+            return false;
         setFormProperty("OldAccountID", account_.ID());
         return true;
     }

@@ -323,6 +323,24 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     EXPECT_EQ(gridId("con_id"), 3);
 }
 
+// A contact that had no account is given the one typed on the panel, which
+// joins the deal too.
+TEST_F(Panels, AContactWithoutAnAccountGetsTheOneTyped) {
+    run("INSERT INTO contacts (con_id, con_lastname) VALUES (1, '张三')");
+    run("INSERT INTO opportunities (opp_id) VALUES (20)");
+    run("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (20, 1)");
+    Contact c;
+    open(c, panel::Opportunity, 20);
+    ASSERT_TRUE(c.ShowContact(1, true));
+    EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
+    type("txt_con_account", QStringLiteral("新世纪软件"));
+    ASSERT_TRUE(c.ChangeContact(1));
+    ASSERT_TRUE(c.UpdateIndex(1, false)) << c.ErrMsg().toStdString();
+    EXPECT_EQ(scalar("SELECT acc_name FROM que_contacts_accounts WHERE con_id=1"), "新世纪软件");
+    EXPECT_EQ(form.property("OldAccountID").toInt(), c.Account().ID());
+    EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 1);
+}
+
 // A failing account inside a contact's save is reported once, by the
 // contact, with the account's own entry: not with what the account had
 // gathered before.
