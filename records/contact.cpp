@@ -215,19 +215,20 @@ bool Contact::SetQuery(int otherId) {
         "最近联系日期,生日,私有";
     const QString other = num(otherId);
     if (panel::kindOf(panelName()) == kind::Contact) {
-        // Related in either direction, never the contact itself.
-        const QString prefix = QStringLiteral("que_contacts_accounts.");
+        // Related in either direction, never the contact itself. Two IN
+        // lists rather than a join on either column: each is one index
+        // look-up, and a pair stored both ways is listed once.
         return report(
             "SetQuery",
-            showInGrid(
-                QStringLiteral("SELECT ") + prefix + columns.join(QLatin1Char(',') + prefix) +
-                    QStringLiteral("  FROM que_contacts_accounts INNER JOIN contacts_contacts  ON "
-                                   "(que_contacts_accounts.con_id =contacts_contacts.con_id1) OR "
-                                   "(que_contacts_accounts.con_id=contacts_contacts.con_id2) WHERE "
-                                   "que_contacts_accounts.con_id <>") +
-                    other + QStringLiteral(" AND (contacts_contacts.con_id2=") + other +
-                    QStringLiteral(" OR contacts_contacts.con_id1=") + other + QLatin1Char(')'),
-                "dgrid_con", captions));
+            showInGrid(QStringLiteral("SELECT ") + columns.join(QLatin1Char(',')) +
+                           QStringLiteral(" FROM que_contacts_accounts WHERE con_id <>") + other +
+                           QStringLiteral(" AND  ( con_id IN (SELECT con_id1 FROM "
+                                          "contacts_contacts WHERE con_id2= ") +
+                           other +
+                           QStringLiteral(") OR    con_id IN (SELECT con_id2 FROM "
+                                          "contacts_contacts WHERE con_id1 = ") +
+                           other + QStringLiteral("))"),
+                       "dgrid_con", captions));
     }
     return report("SetQuery",
                   showRelated(QStringLiteral("SELECT ") + columns.join(QLatin1Char(',')) +
