@@ -236,7 +236,11 @@ void FormList::buildFooter(QVBoxLayout* layout) {
         flatButton(prefix + QStringLiteral("related"), QStringLiteral("相关信息"), this);
     const auto current = [this] { return grid_->currentIndex().row(); };
     connect(detail, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
-    connect(related, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
+    connect(related, &QPushButton::clicked, this, [this, current] {
+        const int row = current();
+        if (!relatedOpener_) return openRecord(row);
+        if (row >= 0 && !keepUnsavedEdits()) relatedOpener_(int(ticks_->idAt(row)));
+    });
 
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("lbl_count"));
@@ -444,6 +448,39 @@ void FormList::openRecord(int row) {
     if (row < 0 || !pageSwitch_ || keepUnsavedEdits()) return;
     const qint64 id = ticks_->idAt(row);
     pageSwitch_(kind_.detailPage, QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), qint32(id));
+}
+
+int FormList::rowCount() const {
+    return ticks_->rowCount();
+}
+
+int FormList::currentRow() const {
+    return grid_->currentIndex().row();
+}
+
+qint64 FormList::currentId() const {
+    const int row = currentRow();
+    return row < 0 ? 0 : ticks_->idAt(row);
+}
+
+void FormList::setCurrentRow(int row) {
+    if (row < 0 || row >= rowCount()) return;
+    grid_->setCurrentIndex(ticks_->index(row, 0));
+}
+
+bool FormList::deleteRecord(qint64 id, QString* error) {
+    const int row = currentRow();
+    const bool ok = store_.deleteRecords({id});
+    if (!ok) *error = store_.ErrMsg();
+    refresh();
+    setCurrentRow(std::min(std::max(row, 0), rowCount() - 1));
+    return ok;
+}
+
+void FormList::recordSaved(qint64 id) {
+    refresh();
+    for (int row = 0; row < rowCount(); ++row)
+        if (ticks_->idAt(row) == id) return setCurrentRow(row);
 }
 
 void FormList::runOperation(const QString& caption) {
