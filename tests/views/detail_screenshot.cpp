@@ -24,20 +24,20 @@ int main(int argc, char** argv) {
     FormAccDetail account;
     FormOppDetail opportunity;
     FormDocDetail document;
-    for (FormDetail* page : {static_cast<FormDetail*>(&contact), static_cast<FormDetail*>(&account),
-                             static_cast<FormDetail*>(&opportunity),
-                             static_cast<FormDetail*>(&document)}) {
+    for (FormDetail* page :
+         {static_cast<FormDetail*>(&contact), static_cast<FormDetail*>(&account),
+          static_cast<FormDetail*>(&opportunity), static_cast<FormDetail*>(&document)}) {
         for (const QSize size : {QSize(1024, 700), QSize(1920, 1080)}) {
             for (int id : {0, 7}) {
                 page->resize(size);
                 page->fill({0, QString(), id});
                 page->show();
                 QCoreApplication::processEvents();
-                page->grab().save(out.filePath(QStringLiteral("%1_%2_%3.png")
-                                                   .arg(page->objectName())
-                                                   .arg(size.width())
-                                                   .arg(id ? QStringLiteral("filled")
-                                                           : QStringLiteral("empty"))));
+                page->grab().save(out.filePath(
+                    QStringLiteral("%1_%2_%3.png")
+                        .arg(page->objectName())
+                        .arg(size.width())
+                        .arg(id ? QStringLiteral("filled") : QStringLiteral("empty"))));
             }
         }
         page->hide();

@@ -38,9 +38,9 @@ QString text(const QString& sql) {
     return firstValue(sql).toString();
 }
 
-const QString kRenameQuestion =
-    QStringLiteral("您已经更改了客户单位名称，您要更改此客户信息？还是要新建一个客户？\n"
-                   "  点击[是]，只修改客户信息\n  点击[否]，新建一个客户");
+const QString kRenameQuestion = QStringLiteral(
+    "您已经更改了客户单位名称，您要更改此客户信息？还是要新建一个客户？\n"
+    "  点击[是]，只修改客户信息\n  点击[否]，新建一个客户");
 
 }  // namespace
 
@@ -51,8 +51,10 @@ private slots:
         Clock::setFixed(at(2024, 5, 20, 10, 30));
         clearUnsaved();
         file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        run(QStringLiteral("INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')"));
-        run(QStringLiteral("INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn')"));
+        run(QStringLiteral(
+            "INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')"));
+        run(QStringLiteral(
+            "INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn')"));
         run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('O''Brien')"));
         run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('李娜')"));
         run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)"));
@@ -155,8 +157,8 @@ private slots:
         QVERIFY(page.save());
         const int id = page.recordId();
         QVERIFY(id > 3);
-        QCOMPARE(firstValue(QStringLiteral("SELECT con_create_date FROM contacts WHERE con_id=%1")
-                                .arg(id))
+        QCOMPARE(firstValue(
+                     QStringLiteral("SELECT con_create_date FROM contacts WHERE con_id=%1").arg(id))
                      .toDateTime(),
                  at(2024, 5, 20));
         QCOMPARE(list_->currentId(), qint64(id));
@@ -187,7 +189,9 @@ private slots:
     }
 
     void amountThatIsNoNumberIsRefused() {
-        run(QStringLiteral("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES ('服务器采购', 5000)"));
+        run(
+            QStringLiteral("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES "
+                           "('服务器采购', 5000)"));
         FormOppDetail page;
         page.setDialogs(dialogs_);
         page.fill({page::OpportunityDetail, QString(), 1});
@@ -199,15 +203,17 @@ private slots:
         QCOMPARE(number("SELECT opp_estimate_sale FROM opportunities WHERE opp_id=1"), 5000);
         child<QLineEdit>(page, "txt_esale")->setText(QStringLiteral("12,500.5"));
         QVERIFY(page.save());
-        QCOMPARE(firstValue("SELECT opp_estimate_sale FROM opportunities WHERE opp_id=1").toDouble(),
-                 12500.5);
+        QCOMPARE(
+            firstValue("SELECT opp_estimate_sale FROM opportunities WHERE opp_id=1").toDouble(),
+            12500.5);
     }
 
     void mailtoTextIsExact() {
         FormConDetail& page = contactPage(1);
         click(page, "Img_email1_send");
         QCOMPARE(opener_->opened.size(), 1);
-        QCOMPARE(opener_->opened[0].toString(), QStringLiteral("mailto:wang@xc.cn ?subject= &body="));
+        QCOMPARE(opener_->opened[0].toString(),
+                 QStringLiteral("mailto:wang@xc.cn ?subject= &body="));
     }
 
     void refusedWriteIsToldAndKeepsTheEdit() {
@@ -225,7 +231,8 @@ private slots:
     void deleteGoesThroughTheListAndShowsTheNext() {
         // The linked contact, so that its link must go too.
         for (int id : {2, 3})
-            run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, %1)").arg(id));
+            run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, %1)")
+                    .arg(id));
         FormConDetail& page = contactPage(0, true);
         const QString gone = QString::number(page.recordId());
         dialogs_->answers = {true};

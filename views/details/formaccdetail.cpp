@@ -21,7 +21,10 @@ namespace tarvel {
 FormAccDetail::FormAccDetail(QWidget* parent)
     : FormDetail(lists::listno::Accounts, "form_acc_detail", false, parent) {
     auto* columns = new QHBoxLayout;
-    columns->addWidget(basicGroup(), 1);
+    auto* left = new QVBoxLayout;
+    left->addWidget(basicGroup());
+    left->addStretch(1);
+    columns->addLayout(left, 1);
     auto* right = new QVBoxLayout;
     right->addWidget(addressGroup());
     rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
@@ -33,12 +36,18 @@ FormAccDetail::FormAccDetail(QWidget* parent)
     const auto named = [this](const char* name) {
         return fieldsArea()->findChild<QWidget*>(QLatin1String(name));
     };
-    fields_ = {{txtSubject_, "AccName"},          {named("cbo_type"), "AccType"},
-               {named("cbo_industry"), "Industry"}, {named("cbo_importance"), "Important"},
-               {named("cbo_relation"), "Relation"}, {named("cbo_region"), "Province"},
-               {named("txt_tel"), "Telephone"},     {named("txt_fax"), "Fax"},
-               {named("txt_address"), "Address"},   {named("txt_zip"), "Postcode"},
-               {named("txt_web"), "Website"},       {rtxtMemo_, "Description"}};
+    fields_ = {{txtSubject_, "AccName"},
+               {named("cbo_type"), "AccType"},
+               {named("cbo_industry"), "Industry"},
+               {named("cbo_importance"), "Important"},
+               {named("cbo_relation"), "Relation"},
+               {named("cbo_region"), "Province"},
+               {named("txt_tel"), "Telephone"},
+               {named("txt_fax"), "Fax"},
+               {named("txt_address"), "Address"},
+               {named("txt_zip"), "Postcode"},
+               {named("txt_web"), "Website"},
+               {rtxtMemo_, "Description"}};
 
     search_ = new NameSearch(txtSubject_, lstAccounts_, recordsearch::accountsByName, false, this);
     connect(search_, &NameSearch::chosen, this, [this](int id) {
@@ -46,28 +55,26 @@ FormAccDetail::FormAccDetail(QWidget* parent)
     });
     connect(search_, &NameSearch::failed, this,
             [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
-    watchEdits();
-    rebuildLayout();
+    finishFields();
 }
 
 QWidget* FormAccDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtSubject_ = make<QLineEdit>("txt_subject");
+    auto* search = iconButton("Img_Search_Account", QStringLiteral("搜"),
+                              QStringLiteral("在网上搜索这个单位"));
+    connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtSubject_->text()); });
     lstAccounts_ = make<QListWidget>("lst_accounts");
     lstAccounts_->setAccessibleName(QStringLiteral("找到的单位"));
     lstAccounts_->setMaximumHeight(110);
-    auto* search = iconButton("Img_Search_Account", QStringLiteral("搜"),
-                              QStringLiteral("在网上搜索这个单位"));
-    connect(search, &QPushButton::clicked, this,
-            [this] { webSearch("se", txtSubject_->text()); });
     addRow(form, txtSubject_, "acc_name", QStringLiteral("单位名称"),
            stackOf(fieldsArea(), rowOf({txtSubject_, search}), lstAccounts_));
-    addOptionRows(form, {{"cbo_type", "img_type", "type", "acc_type", "类型"},
-                         {"cbo_industry", "img_industry", "industry", "acc_industry", "行业"},
-                         {"cbo_importance", "img_importance", "importance", "acc_important",
-                          "重要性"},
-                         {"cbo_relation", "img_relation", "relationship", "acc_relation", "关系"},
-                         {"cbo_region", "Img_region", "region", "acc_province", "地区"}});
+    addOptionRows(form,
+                  {{"cbo_type", "img_type", "type", "acc_type", "类型"},
+                   {"cbo_industry", "img_industry", "industry", "acc_industry", "行业"},
+                   {"cbo_importance", "img_importance", "importance", "acc_important", "重要性"},
+                   {"cbo_relation", "img_relation", "relationship", "acc_relation", "关系"},
+                   {"cbo_region", "Img_region", "region", "acc_province", "地区"}});
     addRow(form, tagEditor(), "acc_tag", QStringLiteral("标签"));
     chkPrivate_ = make<QCheckBox>("chk_private");
     chkPrivate_->setText(QStringLiteral("私人(&P)"));

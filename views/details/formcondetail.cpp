@@ -90,21 +90,18 @@ FormConDetail::FormConDetail(QWidget* parent)
     for (NameSearch* s : {nameSearch_, accountSearch_})
         connect(s, &NameSearch::failed, this,
                 [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
-    watchEdits();
-    rebuildLayout();
+    finishFields();
 }
 
 QWidget* FormConDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtName_ = make<QLineEdit>("txt_name");
+    auto* search = iconButton("Img_Search_Contact", QStringLiteral("搜"),
+                              QStringLiteral("在网上搜索这个姓名"));
+    connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtName_->text()); });
     lstContacts_ = make<QListWidget>("lst_contacts");
     lstContacts_->setAccessibleName(QStringLiteral("找到的联系人"));
     lstContacts_->setMaximumHeight(110);
-    auto* search = iconButton("Img_Search_Contact", QStringLiteral("搜"),
-                              QStringLiteral("在网上搜索这个姓名"));
-    connect(search, &QPushButton::clicked, this, [this] {
-        webSearch("se", txtName_->text());
-    });
     addRow(form, txtName_, "con_lastname", QStringLiteral("姓名"),
            stackOf(fieldsArea(), rowOf({txtName_, search}), lstContacts_));
     addRow(form, make<QLineEdit>("txt_nickname"), "con_nickname", QStringLiteral("昵称"));
@@ -123,8 +120,7 @@ QWidget* FormConDetail::basicGroup() {
     auto* noBirthday = make<QPushButton>("cmd_no_birthday");
     noBirthday->setText(QStringLiteral("不填生日"));
     noBirthday->setFlat(true);
-    connect(noBirthday, &QPushButton::clicked, this,
-            [this] { dtBirthday_->setDate(kNoBirthday); });
+    connect(noBirthday, &QPushButton::clicked, this, [this] { dtBirthday_->setDate(kNoBirthday); });
     addRow(form, dtBirthday_, "con_birthday", QStringLiteral("生日"),
            lineOf(fieldsArea(), {dtBirthday_, noBirthday}));
     addRow(form, tagEditor(), "con_tag", QStringLiteral("标签"));
@@ -165,16 +161,20 @@ QWidget* FormConDetail::contactGroup() {
         auto* send = iconButton(sends[i], QStringLiteral("✉"),
                                 QStringLiteral("给电子邮件%1写信").arg(i + 1));
         connect(send, &QPushButton::clicked, this, [this, mail] {
-            if (mail->text().trimmed().isEmpty()) return info(QStringLiteral("请先填写电子邮件地址。"));
+            if (mail->text().trimmed().isEmpty())
+                return info(QStringLiteral("请先填写电子邮件地址。"));
             openUrl(QStringLiteral("mailto:") + mail->text().trimmed() +
                     QStringLiteral(" ?subject= &body="));
         });
-        addRow(form, mail, i == 0 ? "con_email" : i == 1 ? "con_email2" : "con_email3",
+        addRow(form, mail,
+               i == 0   ? "con_email"
+               : i == 1 ? "con_email2"
+                        : "con_email3",
                QStringLiteral("电子邮件%1").arg(i + 1), lineOf(fieldsArea(), {mail, send}));
     }
     auto* web = make<QLineEdit>("txt_personal_web");
-    auto* visit = iconButton("Img_personal_web_vist", QStringLiteral("访问"),
-                             QStringLiteral("打开个人网址"));
+    auto* visit =
+        iconButton("Img_personal_web_vist", QStringLiteral("访问"), QStringLiteral("打开个人网址"));
     connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
     addRow(form, web, "con_website", QStringLiteral("个人网址"),
            lineOf(fieldsArea(), {web, visit}));
@@ -192,16 +192,16 @@ QWidget* FormConDetail::contactGroup() {
 QWidget* FormConDetail::accountGroup() {
     auto* form = new QFormLayout;
     txtAccount_ = make<QLineEdit>("txt_account");
-    lstAccount_ = make<QListWidget>("lst_account");
-    lstAccount_->setAccessibleName(QStringLiteral("找到的单位"));
-    lstAccount_->setMaximumHeight(110);
-    auto* down = iconButton("Img_account_down", QStringLiteral("▼"),
-                            QStringLiteral("取用选中单位的信息"));
+    auto* down =
+        iconButton("Img_account_down", QStringLiteral("▼"), QStringLiteral("取用选中单位的信息"));
     connect(down, &QPushButton::clicked, this, [this] {
         QListWidgetItem* item = lstAccount_->currentItem();
         if (!item) return info(QStringLiteral("请先在单位名称下的列表中选择一个单位。"));
         takeAccount(item->data(Qt::UserRole).toInt());
     });
+    lstAccount_ = make<QListWidget>("lst_account");
+    lstAccount_->setAccessibleName(QStringLiteral("找到的单位"));
+    lstAccount_->setMaximumHeight(110);
     addRow(form, txtAccount_, "acc_name", QStringLiteral("单位名称"),
            stackOf(fieldsArea(), rowOf({txtAccount_, down}), lstAccount_));
     auto* address = make<QLineEdit>("txt_address1");
@@ -213,8 +213,8 @@ QWidget* FormConDetail::accountGroup() {
            lineOf(fieldsArea(), {address, search}));
     addRow(form, make<QLineEdit>("txt_zip1"), "acc_postcode", QStringLiteral("单位邮编"));
     auto* web = make<QLineEdit>("txt_account_web");
-    auto* visit = iconButton("img_account_web_visit", QStringLiteral("访问"),
-                             QStringLiteral("打开单位网址"));
+    auto* visit =
+        iconButton("img_account_web_visit", QStringLiteral("访问"), QStringLiteral("打开单位网址"));
     connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
     addRow(form, web, "acc_website", QStringLiteral("单位网址"),
            lineOf(fieldsArea(), {web, visit}));
@@ -248,7 +248,8 @@ bool FormConDetail::showFields(int id, QString* error) {
 void FormConDetail::takeAccount(int accountId) {
     Account account;
     account.setID(accountId);
-    if (!account.GetById()) return info(QStringLiteral("单位没有读出，原因可能是") + account.ErrMsg());
+    if (!account.GetById())
+        return info(QStringLiteral("单位没有读出，原因可能是") + account.ErrMsg());
     lstAccount_->clear();
     lstAccount_->hide();
     accountId_ = account.ID();

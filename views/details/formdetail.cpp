@@ -85,6 +85,7 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
                              QString::fromUtf8(s.text));
         connect(b, &QPushButton::clicked, this, s.slot);
         header->addWidget(b);
+        headerButtons_.append(b);
     }
     header->addSpacing(16);
     auto* saveButton = textButton(this, "lbl_save", QStringLiteral("保存(&S)"));
@@ -93,6 +94,8 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     connect(deleteButton, &QPushButton::clicked, this, &FormDetail::deleteRecord);
     header->addWidget(saveButton);
     header->addWidget(deleteButton);
+    headerButtons_.prepend(deleteButton);
+    headerButtons_.prepend(saveButton);
 
     fields_ = new QWidget;
     fields_->setObjectName(QStringLiteral("fra_fields"));
@@ -242,6 +245,7 @@ void FormDetail::addRow(QFormLayout* form, QWidget* field, const char* column,
 QPushButton* FormDetail::iconButton(const char* objectName, const QString& symbol,
                                     const QString& name) {
     auto* b = textButton(fields_, objectName, symbol);
+    tabChain_.append(b);
     b->setAccessibleName(name);
     b->setToolTip(name);
     b->setMaximumWidth(b->fontMetrics().horizontalAdvance(symbol) + 16);
@@ -278,16 +282,14 @@ void FormDetail::addOptionRows(QFormLayout* form, std::initializer_list<OptionFi
 }
 
 QWidget* FormDetail::tagEditor() {
-    txtTag_ = new QLineEdit(fields_);
-    txtTag_->setObjectName(QStringLiteral("txt_tag"));
-    lstTag_ = new QListWidget(fields_);
-    lstTag_->setObjectName(QStringLiteral("Lst_tag"));
+    txtTag_ = make<QLineEdit>("txt_tag");
+    auto* edit = iconButton("Img_tag", QStringLiteral("…"), QStringLiteral("编辑标签"));
+    lstTag_ = make<QListWidget>("Lst_tag");
     lstTag_->setAccessibleName(QStringLiteral("标签列表"));
     lstTag_->setMaximumHeight(90);
     lstTag_->setFlow(QListView::LeftToRight);
     lstTag_->setWrapping(true);
     FillOptionList(lstTag_, objectCode(), QStringLiteral("tag"));
-    auto* edit = iconButton("Img_tag", QStringLiteral("…"), QStringLiteral("编辑标签"));
     connect(edit, &QPushButton::clicked, this, [this] {
         const QString tags = tagText();
         runOptionEditor(this, QStringLiteral("listbox"), lstTag_, objectCode(),
@@ -331,7 +333,15 @@ QString FormDetail::tagText() const {
     return txtTag_ ? txtTag_->text() : QString();
 }
 
-void FormDetail::watchEdits() {
+void FormDetail::finishFields() {
+    QWidget* previous = nullptr;
+    QList<QWidget*> chain;
+    for (const QPointer<QWidget>& w : std::as_const(tabChain_))
+        if (w && w->focusPolicy() != Qt::NoFocus) chain.append(w);
+    for (QWidget* w : chain + headerButtons_) {
+        if (previous) setTabOrder(previous, w);
+        previous = w;
+    }
     const auto edited = [this] {
         if (!loading_) setModified(true);
     };
@@ -346,6 +356,7 @@ void FormDetail::watchEdits() {
         connect(c, &QCheckBox::toggled, this, edited);
     for (auto* d : fields_->findChildren<QDateEdit*>())
         connect(d, &QDateEdit::dateChanged, this, edited);
+    rebuildLayout();
 }
 
 void FormDetail::openUrl(const QString& text) {
@@ -378,16 +389,15 @@ bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
 }
 
 bool FormDetail::mayLeave() {
-    return !modified_ ||
-           dialogs_->ask(messageTitle(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
+    return !modified_ || dialogs_->ask(messageTitle(),
+                                       QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
 }
 
 bool FormDetail::save() {
     int id = recordId_;
     QString error;
     if (!saveFields(&id, &error)) {
-        if (!error.isEmpty())
-            info(kind_.noun + QStringLiteral("没有保存。\n") + error);
+        if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
         return false;
     }
     if (lists::FormList* l = list()) l->recordSaved(id);

@@ -84,10 +84,12 @@ protected:
     // Where a page puts its fields.
     QWidget* fieldsArea() const { return fields_; }
     // A control of the fields area, named as the record class and tests know it.
+    // The tab order follows the order in which the controls are made.
     template <typename T>
     T* make(const char* name) {
         auto* w = new T(fields_);
         w->setObjectName(QLatin1String(name));
+        tabChain_.append(w);
         return w;
     }
     // A label for `field` captioned by the list field of `column` (or
@@ -115,8 +117,10 @@ protected:
     QString tagText() const;
     // A small flat button showing `symbol`, read out as `name`.
     QPushButton* iconButton(const char* objectName, const QString& symbol, const QString& name);
-    // Every edit control below the page raises the modified flag.
-    void watchEdits();
+    // Called once the fields are made: every edit control raises the
+    // modified flag, and the tab order runs through the fields, then save,
+    // delete and the navigation buttons.
+    void finishFields();
     // Shell actions; a failure is told.
     void openUrl(const QString& text);
     void openWebPage(const QString& address);
@@ -166,6 +170,8 @@ private:
         QString option;
     };
     QList<Option> options_;
+    QList<QPointer<QWidget>> tabChain_;
+    QList<QWidget*> headerButtons_;
 };
 
 }  // namespace tarvel

@@ -50,12 +50,12 @@ FormDocDetail::FormDocDetail(QWidget* parent)
                {txtPath_, "DocPath"},
                {fieldsArea()->findChild<QWidget*>(QStringLiteral("cbo_tag")), "DocTag"},
                {rtxtMemo_, "DocDescription"}};
-    watchEdits();
-    rebuildLayout();
+    finishFields();
 }
 
 bool FormDocDetail::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonDblClick && (watched == txtName_ || watched == txtPath_)) {
+    if (event->type() == QEvent::MouseButtonDblClick &&
+        (watched == txtName_ || watched == txtPath_)) {
         openFile();
         return true;
     }
@@ -66,7 +66,8 @@ void FormDocDetail::openFile() {
     const QString path = QDir::toNativeSeparators(txtPath_->text().trimmed());
     if (path.isEmpty()) return info(QStringLiteral("请先填写文件位置。"));
     if (!QFileInfo::exists(path))
-        return info(QStringLiteral("文件“") + path + QStringLiteral("”不存在，可能已被移动或删除。"));
+        return info(QStringLiteral("文件“") + path +
+                    QStringLiteral("”不存在，可能已被移动或删除。"));
     openUrl(QUrl::fromLocalFile(path).toString());
 }
 
@@ -90,9 +91,10 @@ bool FormDocDetail::showFields(int id, QString* error) {
         return false;
     }
     showTextFields(doc, fields_);
-    lblCreated_->setText(doc.CreatDate().isValid()
+    lblCreated_->setText(id == 0 ? QStringLiteral("（保存时记下）")
+                         : doc.CreatDate().isValid()
                              ? doc.CreatDate().date().toString(QStringLiteral("yyyy-MM-dd"))
-                             : QStringLiteral("（保存时记下）"));
+                             : QStringLiteral("无"));
     return true;
 }
 

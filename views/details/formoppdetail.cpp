@@ -25,7 +25,10 @@ namespace tarvel {
 FormOppDetail::FormOppDetail(QWidget* parent)
     : FormDetail(lists::listno::Opportunities, "form_opp_detail", false, parent) {
     auto* columns = new QHBoxLayout;
-    columns->addWidget(basicGroup(), 1);
+    auto* left = new QVBoxLayout;
+    left->addWidget(basicGroup());
+    left->addStretch(1);
+    columns->addLayout(left, 1);
     auto* right = new QVBoxLayout;
     right->addWidget(saleGroup());
     rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
@@ -37,9 +40,9 @@ FormOppDetail::FormOppDetail(QWidget* parent)
     const auto named = [this](const char* name) {
         return fieldsArea()->findChild<QWidget*>(QLatin1String(name));
     };
-    fields_ = {{txtOpportunity_, "Subject"},         {named("cbo_type"), "OppType"},
-               {named("cbo_stage"), "Phase"},         {named("cbo_importance"), "Important"},
-               {named("cbo_industry"), "Industry"},   {named("cbo_region"), "Province"},
+    fields_ = {{txtOpportunity_, "Subject"},        {named("cbo_type"), "OppType"},
+               {named("cbo_stage"), "Phase"},       {named("cbo_importance"), "Important"},
+               {named("cbo_industry"), "Industry"}, {named("cbo_region"), "Province"},
                {rtxtMemo_, "Description"}};
 
     search_ = new NameSearch(txtOpportunity_, lstOpportunities_,
@@ -49,8 +52,7 @@ FormOppDetail::FormOppDetail(QWidget* parent)
     });
     connect(search_, &NameSearch::failed, this,
             [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
-    watchEdits();
-    rebuildLayout();
+    finishFields();
 }
 
 QWidget* FormOppDetail::basicGroup() {
@@ -64,12 +66,12 @@ QWidget* FormOppDetail::basicGroup() {
     stack->addWidget(txtOpportunity_);
     addRow(form, txtOpportunity_, "opp_subject", QStringLiteral("项目名称"),
            stackOf(fieldsArea(), stack, lstOpportunities_));
-    addOptionRows(form, {{"cbo_type", "img_type", "type", "opp_type", "类型"},
-                         {"cbo_stage", "img_stage", "phase", "opp_phase", "阶段"},
-                         {"cbo_importance", "img_importance", "importance", "opp_important",
-                          "重要性"},
-                         {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
-                         {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
+    addOptionRows(form,
+                  {{"cbo_type", "img_type", "type", "opp_type", "类型"},
+                   {"cbo_stage", "img_stage", "phase", "opp_phase", "阶段"},
+                   {"cbo_importance", "img_importance", "importance", "opp_important", "重要性"},
+                   {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
+                   {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
     addRow(form, tagEditor(), "opp_tag", QStringLiteral("标签"));
     chkPrivate_ = make<QCheckBox>("chk_private");
     chkPrivate_->setText(QStringLiteral("私人(&P)"));
@@ -114,8 +116,7 @@ bool FormOppDetail::showFields(int id, QString* error) {
     dtDieDate_->setDate(die.isValid() ? die : recordvalue::today().date());
     txtESale_->setText(opportunity.ESale().toString());
     txtSale_->setText(opportunity.Sale().toString());
-    cboProbability_->setCurrentText(QString::number(opportunity.Probability()) +
-                                    QLatin1Char('%'));
+    cboProbability_->setCurrentText(QString::number(opportunity.Probability()) + QLatin1Char('%'));
     chkPrivate_->setChecked(opportunity.iPrivate() != 0);
     return true;
 }
