@@ -25,10 +25,10 @@
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
-#include "views/lists/formemail.h"
-#include "views/lists/formlist.h"
 #include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
+#include "views/lists/formemail.h"
+#include "views/lists/formlist.h"
 
 namespace tarvel {
 
