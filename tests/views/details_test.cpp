@@ -2,18 +2,23 @@
 // questions, stepping through the list with unsaved edits, a new record
 // saved twice, the no-birthday date, amounts that are no number, the mailto
 // text, a refused write, and delete through the list's routine.
+#include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTemporaryFile>
 #include <QtTest>
 
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
+#include "tests/views/quietmain.h"
 #include "views/common/unsaved.h"
 #include "views/details/formcondetail.h"
+#include "views/details/formdocdetail.h"
 #include "views/details/formoppdetail.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listkind.h"
@@ -63,6 +68,7 @@ private slots:
         opener_ = std::make_shared<RecordingOpener>();
     }
     void cleanup() {
+        main_.reset();
         page_.reset();
         list_.reset();
         file_.reset();
@@ -245,6 +251,109 @@ private slots:
         QCOMPARE(page.recordId(), int(list_->currentId()));
     }
 
+    void shellActions_data() {
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("second mail") << "txt_email2"
+                                     << "li@x.cn"
+                                     << "Img_email2_send"
+                                     << "mailto:li@x.cn%20?subject=%20&body=";
+        QTest::newRow("web without scheme") << "txt_personal_web"
+                                            << "www.a.cn"
+                                            << "Img_personal_web_vist"
+                                            << "http://www.a.cn";
+        QTest::newRow("web with scheme") << "txt_account_web"
+                                         << "https://b.cn/x"
+                                         << "img_account_web_visit"
+                                         << "https://b.cn/x";
+        QTest::newRow("name search") << "txt_name"
+                                     << "王伟"
+                                     << "Img_Search_Contact"
+                                     << "https://www.baidu.com/s?wd=%E7%8E%8B%E4%BC%9F";
+        QTest::newRow("address on the map")
+            << "txt_address1"
+            << "长安街 1号"
+            << "Img_Search_Baddress"
+            << "https://map.baidu.com/search/"
+               "?querytype=s&wd=%E9%95%BF%E5%AE%89%E8%A1%97%201%E5%8F%B7";
+    }
+    void shellActions() {
+        QFETCH(QString, box);
+        QFETCH(QString, typed);
+        QFETCH(QString, button);
+        QFETCH(QString, opened);
+        FormConDetail& page = contactPage(1);
+        child<QLineEdit>(page, qPrintable(box))->setText(typed);
+        click(page, qPrintable(button));
+        QCOMPARE(opener_->opened.size(), 1);
+        QCOMPARE(QString::fromLatin1(opener_->opened[0].toEncoded()), opened);
+    }
+
+    void chosenAccountIsTakenAndLinked() {
+        FormConDetail& page = contactPage(2);
+        testsupport::typeText(child<QLineEdit>(page, "txt_account"), QStringLiteral("星辰"));
+        auto* found = child<QListWidget>(page, "lst_account");
+        QTRY_COMPARE(found->count(), 1);
+        found->setCurrentRow(0);
+        click(page, "Img_account_down");
+        QCOMPARE(child<QLineEdit>(page, "txt_address1")->text(), QStringLiteral("长安街1号"));
+        QVERIFY(page.save());
+        QCOMPARE(number("SELECT acc_id FROM accounts_contacts WHERE con_id=2"), 1);
+        QCOMPARE(number("SELECT count(*) FROM accounts"), 1);
+    }
+
+    void tickedTagsAreJoinedWithCommas() {
+        FormConDetail& page = contactPage(3);
+        auto* tags = child<QListWidget>(page, "Lst_tag");
+        QStringList ticked;
+        for (const QString& tag : {QStringLiteral("VIP"), QStringLiteral("客户")}) {
+            const auto items = tags->findItems(tag, Qt::MatchExactly);
+            QCOMPARE(items.size(), 1);
+            items[0]->setCheckState(Qt::Checked);
+        }
+        QCOMPARE(child<QLineEdit>(page, "txt_tag")->text(), QStringLiteral("VIP,客户"));
+        QVERIFY(page.isModified());
+        QVERIFY(page.save());
+        QCOMPARE(text("SELECT con_tag FROM contacts WHERE con_id=3"), QStringLiteral("VIP,客户"));
+        QCOMPARE(tags->findItems(QStringLiteral("客户"), Qt::MatchExactly)[0]->checkState(),
+                 Qt::Checked);
+    }
+
+    void documentOpensAnExistingFileOnly() {
+        QTemporaryFile file(QDir::tempPath() + QStringLiteral("/合同XXXXXX.txt"));
+        QVERIFY(file.open());
+        FormDocDetail page;
+        page.setDialogs(dialogs_);
+        page.setShellOpener(opener_);
+        page.fill({page::DocumentDetail, QStringLiteral("  WHERE doc_id = -1"), 0});
+        child<QLineEdit>(page, "txt_path")->setText(file.fileName() + QStringLiteral(".gone"));
+        click(page, "img_open");
+        QVERIFY(opener_->opened.isEmpty());
+        QVERIFY(dialogs_->lastText().contains(QStringLiteral("不存在")));
+        child<QLineEdit>(page, "txt_path")->setText(file.fileName());
+        click(page, "img_open");
+        QCOMPARE(opener_->opened.size(), 1);
+        QCOMPARE(opener_->opened[0].toLocalFile(), file.fileName());
+    }
+
+    void listRelatedButtonOpensTheRecordsPage() {
+        main_ = testsupport::quietMain(dialogs_);
+        QVERIFY(main_->OpenPage(page::ContactList));
+        auto* list = qobject_cast<lists::FormList*>(main_->currentPage());
+        QVERIFY(list);
+        list->setCurrentRow(1);
+        const int id = int(list->currentId());
+        click(*list, "lbl_conrelated");
+        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        QCOMPARE(page->recordId(), id);
+        QCOMPARE(page->positionText(), QStringLiteral("No. 2/3"));
+        QTRY_VERIFY(page->relatedArea()->height() > 0);
+        QTRY_VERIFY(page->relatedArea()->hasFocus());
+    }
+
 private:
     // The contact page on record `id`; with `withList`, following the contact
     // list and showing its first row instead.
@@ -269,6 +378,7 @@ private:
     std::shared_ptr<RecordingOpener> opener_;
     std::unique_ptr<lists::FormList> list_;
     std::unique_ptr<FormConDetail> page_;
+    std::unique_ptr<TarvelMain> main_;
 };
 
 QTEST_MAIN(DetailsTest)

@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QSplitter>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "custom/appsettings.h"
@@ -147,7 +148,8 @@ void FormDetail::fill(const PageRequest& request) {
         if (match.hasMatch()) id = std::max(0, match.captured(1).toInt());
     }
     showRecord(id);
-    if (request.pageNo == 1) showRelated();
+    // Once the page is in view, so that the area can take the focus.
+    if (request.pageNo == 1) QTimer::singleShot(0, this, &FormDetail::showRelated);
 }
 
 void FormDetail::reload() {
