@@ -20,41 +20,22 @@ namespace tarvel {
 
 FormAccDetail::FormAccDetail(QWidget* parent)
     : FormDetail(lists::listno::Accounts, "form_acc_detail", false, parent) {
-    auto* columns = new QHBoxLayout;
-    auto* left = new QVBoxLayout;
-    left->addWidget(basicGroup());
-    left->addStretch(1);
-    columns->addLayout(left, 1);
-    auto* right = new QVBoxLayout;
-    right->addWidget(addressGroup());
-    rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
-    right->addWidget(memoSection(fieldsArea(), rtxtMemo_), 1);
-    columns->addLayout(right, 1);
-    auto* layout = new QVBoxLayout(fieldsArea());
-    layout->addLayout(columns);
-
-    const auto named = [this](const char* name) {
-        return fieldsArea()->findChild<QWidget*>(QLatin1String(name));
-    };
+    auto* basic = basicGroup();
+    auto* contact = addressGroup();
+    rtxtMemo_ = arrangeColumns({basic}, {contact});
     fields_ = {{txtSubject_, "AccName"},
-               {named("cbo_type"), "AccType"},
-               {named("cbo_industry"), "Industry"},
-               {named("cbo_importance"), "Important"},
-               {named("cbo_relation"), "Relation"},
-               {named("cbo_region"), "Province"},
-               {named("txt_tel"), "Telephone"},
-               {named("txt_fax"), "Fax"},
-               {named("txt_address"), "Address"},
-               {named("txt_zip"), "Postcode"},
-               {named("txt_web"), "Website"},
+               {field("cbo_type"), "AccType"},
+               {field("cbo_industry"), "Industry"},
+               {field("cbo_importance"), "Important"},
+               {field("cbo_relation"), "Relation"},
+               {field("cbo_region"), "Province"},
+               {field("txt_tel"), "Telephone"},
+               {field("txt_fax"), "Fax"},
+               {field("txt_address"), "Address"},
+               {field("txt_zip"), "Postcode"},
+               {field("txt_web"), "Website"},
                {rtxtMemo_, "Description"}};
-
-    search_ = new NameSearch(txtSubject_, lstAccounts_, recordsearch::accountsByName, false, this);
-    connect(search_, &NameSearch::chosen, this, [this](int id) {
-        if (mayLeave()) showRecord(id);
-    });
-    connect(search_, &NameSearch::failed, this,
-            [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
+    search_ = searchNames(txtSubject_, lstAccounts_, recordsearch::accountsByName, false, true);
     finishFields();
 }
 
@@ -64,9 +45,7 @@ QWidget* FormAccDetail::basicGroup() {
     auto* search = iconButton("Img_Search_Account", QStringLiteral("搜"),
                               QStringLiteral("在网上搜索这个单位"));
     connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtSubject_->text()); });
-    lstAccounts_ = make<QListWidget>("lst_accounts");
-    lstAccounts_->setAccessibleName(QStringLiteral("找到的单位"));
-    lstAccounts_->setMaximumHeight(110);
+    lstAccounts_ = matchList("lst_accounts", QStringLiteral("找到的单位"));
     addRow(form, txtSubject_, "acc_name", QStringLiteral("单位名称"),
            stackOf(fieldsArea(), rowOf({txtSubject_, search}), lstAccounts_));
     addOptionRows(form,
@@ -76,9 +55,7 @@ QWidget* FormAccDetail::basicGroup() {
                    {"cbo_relation", "img_relation", "relationship", "acc_relation", "关系"},
                    {"cbo_region", "Img_region", "region", "acc_province", "地区"}});
     addRow(form, tagEditor(), "acc_tag", QStringLiteral("标签"));
-    chkPrivate_ = make<QCheckBox>("chk_private");
-    chkPrivate_->setText(QStringLiteral("私人(&P)"));
-    form->addRow(QString(), chkPrivate_);
+    chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }
 

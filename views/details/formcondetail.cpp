@@ -31,65 +31,46 @@ const QDate kNoBirthday(1900, 1, 1);
 
 FormConDetail::FormConDetail(QWidget* parent)
     : FormDetail(lists::listno::Contacts, "form_con_detail", true, parent) {
-    auto* columns = new QHBoxLayout;
-    auto* left = new QVBoxLayout;
-    left->addWidget(basicGroup());
-    left->addWidget(accountGroup());
-    left->addStretch(1);
-    auto* right = new QVBoxLayout;
-    right->addWidget(contactGroup());
-    rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
-    right->addWidget(memoSection(fieldsArea(), rtxtMemo_), 1);
-    columns->addLayout(left, 1);
-    columns->addLayout(right, 1);
-    auto* layout = new QVBoxLayout(fieldsArea());
-    layout->addLayout(columns);
-
-    const auto named = [this](const char* name) {
-        return fieldsArea()->findChild<QWidget*>(QLatin1String(name));
-    };
+    auto* basic = basicGroup();
+    auto* account = accountGroup();
+    auto* contact = contactGroup();
+    rtxtMemo_ = arrangeColumns({basic, account}, {contact});
     contactFields_ = {{txtName_, "LastName"},
-                      {named("txt_nickname"), "NickName"},
-                      {named("cbo_title"), "Title"},
-                      {named("txt_jobtitle"), "DepartmentTitle"},
-                      {named("txt_email1"), "EMail"},
-                      {named("txt_email2"), "EMail2"},
-                      {named("txt_email3"), "EMail3"},
-                      {named("txt_address2"), "FamilyAddress"},
-                      {named("txt_zip2"), "FamilyPostcode"},
-                      {named("txt_tel1"), "Telephone"},
-                      {named("txt_tel2"), "Telephone2"},
-                      {named("txt_tel3"), "Telephone3"},
-                      {named("txt_mobile1"), "Mobile"},
-                      {named("txt_mobile2"), "Mobile2"},
-                      {named("txt_mobile3"), "Mobile3"},
-                      {named("txt_fax1"), "Fax"},
-                      {named("txt_fax2"), "Fax2"},
-                      {named("txt_fax3"), "Fax3"},
-                      {named("txt_im1"), "IM"},
-                      {named("txt_im2"), "IM2"},
-                      {named("txt_im3"), "IM3"},
-                      {named("txt_personal_web"), "Website"},
-                      {named("cbo_region"), "Province"},
-                      {named("cbo_importance"), "Important"},
-                      {named("cbo_relation"), "Relation"},
+                      {field("txt_nickname"), "NickName"},
+                      {field("cbo_title"), "Title"},
+                      {field("txt_jobtitle"), "DepartmentTitle"},
+                      {field("txt_email1"), "EMail"},
+                      {field("txt_email2"), "EMail2"},
+                      {field("txt_email3"), "EMail3"},
+                      {field("txt_address2"), "FamilyAddress"},
+                      {field("txt_zip2"), "FamilyPostcode"},
+                      {field("txt_tel1"), "Telephone"},
+                      {field("txt_tel2"), "Telephone2"},
+                      {field("txt_tel3"), "Telephone3"},
+                      {field("txt_mobile1"), "Mobile"},
+                      {field("txt_mobile2"), "Mobile2"},
+                      {field("txt_mobile3"), "Mobile3"},
+                      {field("txt_fax1"), "Fax"},
+                      {field("txt_fax2"), "Fax2"},
+                      {field("txt_fax3"), "Fax3"},
+                      {field("txt_im1"), "IM"},
+                      {field("txt_im2"), "IM2"},
+                      {field("txt_im3"), "IM3"},
+                      {field("txt_personal_web"), "Website"},
+                      {field("cbo_region"), "Province"},
+                      {field("cbo_importance"), "Important"},
+                      {field("cbo_relation"), "Relation"},
                       {rtxtMemo_, "Description"}};
     accountFields_ = {{txtAccount_, "AccName"},
-                      {named("txt_zip1"), "Postcode"},
-                      {named("txt_address1"), "Address"},
-                      {named("txt_account_web"), "Website"}};
+                      {field("txt_zip1"), "Postcode"},
+                      {field("txt_address1"), "Address"},
+                      {field("txt_account_web"), "Website"}};
 
-    nameSearch_ = new NameSearch(txtName_, lstContacts_, recordsearch::contactsByName, true, this);
-    connect(nameSearch_, &NameSearch::chosen, this, [this](int id) {
-        if (mayLeave()) showRecord(id);
-    });
-    accountSearch_ =
-        new NameSearch(txtAccount_, lstAccount_, recordsearch::accountsByName, false, this);
+    nameSearch_ = searchNames(txtName_, lstContacts_, recordsearch::contactsByName, true, true);
     // Choosing marks the account; the arrow button (or the choice itself) takes it.
+    accountSearch_ =
+        searchNames(txtAccount_, lstAccount_, recordsearch::accountsByName, false, false);
     connect(accountSearch_, &NameSearch::chosen, this, &FormConDetail::takeAccount);
-    for (NameSearch* s : {nameSearch_, accountSearch_})
-        connect(s, &NameSearch::failed, this,
-                [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
     finishFields();
 }
 
@@ -99,9 +80,7 @@ QWidget* FormConDetail::basicGroup() {
     auto* search = iconButton("Img_Search_Contact", QStringLiteral("搜"),
                               QStringLiteral("在网上搜索这个姓名"));
     connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtName_->text()); });
-    lstContacts_ = make<QListWidget>("lst_contacts");
-    lstContacts_->setAccessibleName(QStringLiteral("找到的联系人"));
-    lstContacts_->setMaximumHeight(110);
+    lstContacts_ = matchList("lst_contacts", QStringLiteral("找到的联系人"));
     addRow(form, txtName_, "con_lastname", QStringLiteral("姓名"),
            stackOf(fieldsArea(), rowOf({txtName_, search}), lstContacts_));
     addRow(form, make<QLineEdit>("txt_nickname"), "con_nickname", QStringLiteral("昵称"));
@@ -124,9 +103,7 @@ QWidget* FormConDetail::basicGroup() {
     addRow(form, dtBirthday_, "con_birthday", QStringLiteral("生日"),
            lineOf(fieldsArea(), {dtBirthday_, noBirthday}));
     addRow(form, tagEditor(), "con_tag", QStringLiteral("标签"));
-    chkPrivate_ = make<QCheckBox>("chk_private");
-    chkPrivate_->setText(QStringLiteral("私人(&P)"));
-    form->addRow(QString(), chkPrivate_);
+    chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }
 
@@ -199,9 +176,7 @@ QWidget* FormConDetail::accountGroup() {
         if (!item) return info(QStringLiteral("请先在单位名称下的列表中选择一个单位。"));
         takeAccount(item->data(Qt::UserRole).toInt());
     });
-    lstAccount_ = make<QListWidget>("lst_account");
-    lstAccount_->setAccessibleName(QStringLiteral("找到的单位"));
-    lstAccount_->setMaximumHeight(110);
+    lstAccount_ = matchList("lst_account", QStringLiteral("找到的单位"));
     addRow(form, txtAccount_, "acc_name", QStringLiteral("单位名称"),
            stackOf(fieldsArea(), rowOf({txtAccount_, down}), lstAccount_));
     auto* address = make<QLineEdit>("txt_address1");

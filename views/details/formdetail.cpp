@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,6 +22,8 @@
 #include "custom/softwaresetting.h"
 #include "records/currency.h"
 #include "views/common/unsaved.h"
+#include "views/details/detaillayout.h"
+#include "views/details/namesearch.h"
 #include "views/formoption.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listkind.h"
@@ -230,6 +233,52 @@ void FormDetail::applyCaptions() {
         if (at > 0 && !modules.Item(at).ObjDesc().trimmed().isEmpty())
             setWindowTitle(modules.Item(at).ObjDesc().trimmed());
     }
+}
+
+QWidget* FormDetail::field(const char* name) const {
+    return fields_->findChild<QWidget*>(QLatin1String(name));
+}
+
+QPlainTextEdit* FormDetail::arrangeColumns(std::initializer_list<QWidget*> left,
+                                           std::initializer_list<QWidget*> right) {
+    auto* columns = new QHBoxLayout(fields_);
+    auto* leftColumn = new QVBoxLayout;
+    for (QWidget* w : left) leftColumn->addWidget(w);
+    leftColumn->addStretch(1);
+    auto* rightColumn = new QVBoxLayout;
+    for (QWidget* w : right) rightColumn->addWidget(w);
+    auto* memo = make<QPlainTextEdit>("rtxt_memo");
+    rightColumn->addWidget(memoSection(fields_, memo), 1);
+    columns->addLayout(leftColumn, 1);
+    columns->addLayout(rightColumn, 1);
+    return memo;
+}
+
+QListWidget* FormDetail::matchList(const char* name, const QString& accessibleName) {
+    auto* list = make<QListWidget>(name);
+    list->setAccessibleName(accessibleName);
+    list->setMaximumHeight(110);
+    return list;
+}
+
+NameSearch* FormDetail::searchNames(QLineEdit* box, QListWidget* matches,
+                                    std::function<QString(const QString&)> statement,
+                                    bool withAccount, bool showChosen) {
+    auto* search = new NameSearch(box, matches, std::move(statement), withAccount, this);
+    connect(search, &NameSearch::failed, this,
+            [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
+    if (showChosen)
+        connect(search, &NameSearch::chosen, this, [this](int id) {
+            if (mayLeave()) showRecord(id);
+        });
+    return search;
+}
+
+QCheckBox* FormDetail::addPrivateBox(QFormLayout* form) {
+    auto* box = make<QCheckBox>("chk_private");
+    box->setText(QStringLiteral("私人(&P)"));
+    form->addRow(QString(), box);
+    return box;
 }
 
 QLabel* FormDetail::captionFor(QWidget* field, const char* column, const QString& fallback) {

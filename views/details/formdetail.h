@@ -14,11 +14,14 @@ class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QPlainTextEdit;
 class QPushButton;
 class QScrollArea;
 class QSplitter;
 
 namespace tarvel {
+
+class NameSearch;
 
 namespace lists {
 class FormList;
@@ -92,6 +95,21 @@ protected:
         tabChain_.append(w);
         return w;
     }
+    // A control of the fields area by its name.
+    QWidget* field(const char* name) const;
+    // The fields in two columns of sections, the right one ending in the
+    // memo section "简介" that takes the height left; returns the memo box.
+    QPlainTextEdit* arrangeColumns(std::initializer_list<QWidget*> left,
+                                   std::initializer_list<QWidget*> right);
+    // The list below a name box that offers the records found.
+    QListWidget* matchList(const char* name, const QString& accessibleName);
+    // The search of a name box into its match list; a failed search is told.
+    // With `showChosen`, choosing a match shows that record.
+    NameSearch* searchNames(QLineEdit* box, QListWidget* matches,
+                            std::function<QString(const QString&)> statement, bool withAccount,
+                            bool showChosen);
+    // chk_private on its own form row.
+    QCheckBox* addPrivateBox(QFormLayout* form);
     // A label for `field` captioned by the list field of `column` (or
     // `fallback`) and "：", kept up to date with the stored captions.
     QLabel* captionFor(QWidget* field, const char* column, const QString& fallback);

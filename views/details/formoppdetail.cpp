@@ -24,43 +24,22 @@ namespace tarvel {
 
 FormOppDetail::FormOppDetail(QWidget* parent)
     : FormDetail(lists::listno::Opportunities, "form_opp_detail", false, parent) {
-    auto* columns = new QHBoxLayout;
-    auto* left = new QVBoxLayout;
-    left->addWidget(basicGroup());
-    left->addStretch(1);
-    columns->addLayout(left, 1);
-    auto* right = new QVBoxLayout;
-    right->addWidget(saleGroup());
-    rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
-    right->addWidget(memoSection(fieldsArea(), rtxtMemo_), 1);
-    columns->addLayout(right, 1);
-    auto* layout = new QVBoxLayout(fieldsArea());
-    layout->addLayout(columns);
-
-    const auto named = [this](const char* name) {
-        return fieldsArea()->findChild<QWidget*>(QLatin1String(name));
-    };
-    fields_ = {{txtOpportunity_, "Subject"},        {named("cbo_type"), "OppType"},
-               {named("cbo_stage"), "Phase"},       {named("cbo_importance"), "Important"},
-               {named("cbo_industry"), "Industry"}, {named("cbo_region"), "Province"},
+    auto* basic = basicGroup();
+    auto* sale = saleGroup();
+    rtxtMemo_ = arrangeColumns({basic}, {sale});
+    fields_ = {{txtOpportunity_, "Subject"},        {field("cbo_type"), "OppType"},
+               {field("cbo_stage"), "Phase"},       {field("cbo_importance"), "Important"},
+               {field("cbo_industry"), "Industry"}, {field("cbo_region"), "Province"},
                {rtxtMemo_, "Description"}};
-
-    search_ = new NameSearch(txtOpportunity_, lstOpportunities_,
-                             recordsearch::opportunitiesBySubject, false, this);
-    connect(search_, &NameSearch::chosen, this, [this](int id) {
-        if (mayLeave()) showRecord(id);
-    });
-    connect(search_, &NameSearch::failed, this,
-            [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
+    search_ = searchNames(txtOpportunity_, lstOpportunities_, recordsearch::opportunitiesBySubject,
+                          false, true);
     finishFields();
 }
 
 QWidget* FormOppDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtOpportunity_ = make<QLineEdit>("txt_opportunity");
-    lstOpportunities_ = make<QListWidget>("lst_opportunities");
-    lstOpportunities_->setAccessibleName(QStringLiteral("找到的项目机会"));
-    lstOpportunities_->setMaximumHeight(110);
+    lstOpportunities_ = matchList("lst_opportunities", QStringLiteral("找到的项目机会"));
     auto* stack = new QVBoxLayout;
     stack->setContentsMargins(0, 0, 0, 0);
     stack->addWidget(txtOpportunity_);
@@ -73,9 +52,7 @@ QWidget* FormOppDetail::basicGroup() {
                    {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
                    {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
     addRow(form, tagEditor(), "opp_tag", QStringLiteral("标签"));
-    chkPrivate_ = make<QCheckBox>("chk_private");
-    chkPrivate_->setText(QStringLiteral("私人(&P)"));
-    form->addRow(QString(), chkPrivate_);
+    chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }
 
