@@ -79,11 +79,6 @@ QIcon badgeIcon(const QString& text, const QColor& color) {
     return icon;
 }
 
-QString unsavedQuestion() {
-    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
-           QStringLiteral("是否取消当前修改？");
-}
-
 }  // namespace
 
 TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)

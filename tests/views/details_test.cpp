@@ -17,6 +17,7 @@
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
 #include "views/common/unsaved.h"
+#include "views/details/formaccdetail.h"
 #include "views/details/formcondetail.h"
 #include "views/details/formdocdetail.h"
 #include "views/details/formoppdetail.h"
@@ -352,6 +353,46 @@ private slots:
         QCOMPARE(page->positionText(), QStringLiteral("No. 2/3"));
         QTRY_VERIFY(page->relatedArea()->height() > 0);
         QTRY_VERIFY(page->relatedArea()->hasFocus());
+    }
+
+    void otherPagesStoreANewRecord_data() {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("nameBox");
+        QTest::addColumn<QString>("check");
+        QTest::newRow("account") << int(page::AccountDetail) << "txt_subject"
+                                 << "SELECT count(*) FROM accounts WHERE acc_name='新单位' AND "
+                                    "acc_create_date IS NOT NULL AND acc_tag='重点客户'";
+        QTest::newRow("opportunity")
+            << int(page::OpportunityDetail) << "txt_opportunity"
+            << "SELECT count(*) FROM opportunities WHERE opp_subject='新单位' AND "
+               "opp_succeed_probability=80 AND opp_create_date IS NOT NULL";
+        QTest::newRow("document") << int(page::DocumentDetail) << "txt_name"
+                                  << "SELECT count(*) FROM documents WHERE doc_name='新单位' AND "
+                                     "doc_tag='重点客户' AND doc_create_date IS NOT NULL";
+    }
+    void otherPagesStoreANewRecord() {
+        QFETCH(int, kind);
+        QFETCH(QString, nameBox);
+        QFETCH(QString, check);
+        std::unique_ptr<FormDetail> page;
+        if (kind == page::AccountDetail) page = std::make_unique<FormAccDetail>();
+        if (kind == page::OpportunityDetail) page = std::make_unique<FormOppDetail>();
+        if (kind == page::DocumentDetail) page = std::make_unique<FormDocDetail>();
+        page->setDialogs(dialogs_);
+        page->fill({qint16(kind), QStringLiteral("  WHERE xxx_id = -1"), 0});
+        QCOMPARE(page->recordId(), 0);
+        child<QLineEdit>(*page, qPrintable(nameBox))->setText(QStringLiteral("新单位"));
+        if (auto* tag = page->findChild<QComboBox*>(QStringLiteral("cbo_tag")))
+            tag->setCurrentText(QStringLiteral("重点客户"));
+        if (auto* tag = page->findChild<QLineEdit*>(QStringLiteral("txt_tag")))
+            tag->setText(QStringLiteral("重点客户"));
+        if (auto* chance = page->findChild<QComboBox*>(QStringLiteral("cbo_probability")))
+            chance->setCurrentText(QStringLiteral("80%"));
+        QVERIFY(page->isModified());
+        QVERIFY(page->save());
+        QVERIFY(page->recordId() > 0);
+        QVERIFY(!page->isModified());
+        QCOMPARE(number(check), 1);
     }
 
 private:

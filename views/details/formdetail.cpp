@@ -21,6 +21,7 @@
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "records/currency.h"
+#include "views/common/flatbutton.h"
 #include "views/common/unsaved.h"
 #include "views/details/detaillayout.h"
 #include "views/details/namesearch.h"
@@ -33,14 +34,6 @@
 namespace tarvel {
 
 namespace {
-
-QPushButton* textButton(QWidget* parent, const char* name, const QString& text) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QLatin1String(name));
-    b->setFlat(true);
-    b->setCursor(Qt::PointingHandCursor);
-    return b;
-}
 
 // The module key of the interface layout for a list's prefix.
 QString moduleKey(const QString& prefix) {
@@ -85,15 +78,15 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     header->addWidget(title_, 1);
     header->addWidget(position_);
     for (const Step& s : steps) {
-        auto* b = textButton(this, contactNavigation ? s.contactName : s.otherName,
-                             QString::fromUtf8(s.text));
+        auto* b = flatButton(QLatin1String(contactNavigation ? s.contactName : s.otherName),
+                             QString::fromUtf8(s.text), this);
         connect(b, &QPushButton::clicked, this, s.slot);
         header->addWidget(b);
         headerButtons_.append(b);
     }
     header->addSpacing(16);
-    auto* saveButton = textButton(this, "lbl_save", QStringLiteral("保存(&S)"));
-    auto* deleteButton = textButton(this, "lbl_delete", QStringLiteral("删除(&D)"));
+    auto* saveButton = flatButton(QStringLiteral("lbl_save"), QStringLiteral("保存(&S)"), this);
+    auto* deleteButton = flatButton(QStringLiteral("lbl_delete"), QStringLiteral("删除(&D)"), this);
     connect(saveButton, &QPushButton::clicked, this, &FormDetail::save);
     connect(deleteButton, &QPushButton::clicked, this, &FormDetail::deleteRecord);
     header->addWidget(saveButton);
@@ -295,7 +288,7 @@ void FormDetail::addRow(QFormLayout* form, QWidget* field, const char* column,
 
 QPushButton* FormDetail::iconButton(const char* objectName, const QString& symbol,
                                     const QString& name) {
-    auto* b = textButton(fields_, objectName, symbol);
+    auto* b = flatButton(QLatin1String(objectName), symbol, fields_);
     tabChain_.append(b);
     b->setAccessibleName(name);
     b->setToolTip(name);
@@ -440,8 +433,7 @@ bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
 }
 
 bool FormDetail::mayLeave() {
-    return !modified_ || dialogs_->ask(messageTitle(),
-                                       QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
+    return !modified_ || dialogs_->ask(messageTitle(), unsavedQuestion());
 }
 
 bool FormDetail::save() {

@@ -19,6 +19,7 @@
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
+#include "views/common/flatbutton.h"
 #include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -53,19 +54,6 @@ QStringList operationsOf(const ListKind& kind) {
     if (kind.number == listno::Contacts) entries << QString::fromUtf8(kSums);
     entries << QString::fromUtf8(kHtml);
     return entries;
-}
-
-QPushButton* flatButton(const QString& name, const QString& text, QWidget* parent) {
-    auto* button = new QPushButton(text, parent);
-    button->setObjectName(name);
-    button->setFlat(true);
-    button->setCursor(Qt::PointingHandCursor);
-    return button;
-}
-
-QString unsavedQuestion() {
-    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
-           QStringLiteral("是否取消当前修改？");
 }
 
 }  // namespace
