@@ -1,5 +1,6 @@
 #include "views/details/detaillayout.h"
 
+#include <QDateEdit>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
@@ -44,6 +45,17 @@ QGroupBox* memoSection(QWidget* parent, QPlainTextEdit* memo) {
     auto* layout = new QVBoxLayout;
     layout->addWidget(memo);
     return sectionBox(parent, "fra_memo", QStringLiteral("简介"), layout);
+}
+
+QDate noDate() {
+    return QDate(1900, 1, 1);
+}
+
+void setUpDatePicker(QDateEdit* picker) {
+    picker->setCalendarPopup(true);
+    picker->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    picker->setMinimumDate(noDate());
+    picker->setSpecialValueText(QStringLiteral("无"));
 }
 
 QString errorText(const QStringList& errors) {

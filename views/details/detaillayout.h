@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <initializer_list>
 
+class QDate;
+class QDateEdit;
 class QGroupBox;
 class QHBoxLayout;
 class QLayout;
@@ -22,6 +24,11 @@ QWidget* stackOf(QWidget* parent, QLayout* top, QWidget* below);
 QGroupBox* sectionBox(QWidget* parent, const char* name, const QString& title, QLayout* layout);
 // The memo box rtxt_memo in its section "简介".
 QGroupBox* memoSection(QWidget* parent, QPlainTextEdit* memo);
+// The earliest day a date picker offers: it stands for "no date" (the
+// stored 1900-1-1 of an unknown birthday) and reads "无".
+QDate noDate();
+// A calendar date picker in yyyy-MM-dd that can say "no date".
+void setUpDatePicker(QDateEdit* picker);
 // The error texts that say something, one a line; a general text when none does.
 QString errorText(const QStringList& errors);
 

@@ -22,13 +22,6 @@
 
 namespace tarvel {
 
-namespace {
-
-// The stored stand-in for "no birthday", shown as the picker's empty value.
-const QDate kNoBirthday(1900, 1, 1);
-
-}  // namespace
-
 FormConDetail::FormConDetail(QWidget* parent)
     : FormDetail(lists::listno::Contacts, "form_con_detail", true, parent) {
     auto* basic = basicGroup();
@@ -92,14 +85,11 @@ QWidget* FormConDetail::basicGroup() {
                    {"cbo_relation", "img_relation", "relationship", "con_relation", "关系"},
                    {"cbo_region", "Img_region", "region", "con_province", "地区"}});
     dtBirthday_ = make<QDateEdit>("DT_Birthday");
-    dtBirthday_->setCalendarPopup(true);
-    dtBirthday_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    dtBirthday_->setMinimumDate(kNoBirthday);
-    dtBirthday_->setSpecialValueText(QStringLiteral("无"));
+    setUpDatePicker(dtBirthday_);
     auto* noBirthday = make<QPushButton>("cmd_no_birthday");
     noBirthday->setText(QStringLiteral("不填生日"));
     noBirthday->setFlat(true);
-    connect(noBirthday, &QPushButton::clicked, this, [this] { dtBirthday_->setDate(kNoBirthday); });
+    connect(noBirthday, &QPushButton::clicked, this, [this] { dtBirthday_->setDate(noDate()); });
     addRow(form, dtBirthday_, "con_birthday", QStringLiteral("生日"),
            lineOf(fieldsArea(), {dtBirthday_, noBirthday}));
     addRow(form, tagEditor(), "con_tag", QStringLiteral("标签"));
@@ -213,7 +203,7 @@ bool FormConDetail::showFields(int id, QString* error) {
     showTextFields(contact.Account(), accountFields_);
     showTags(contact.Tag());
     const QDate birthday = contact.Birthday().date();
-    dtBirthday_->setDate(birthday.isValid() ? birthday : kNoBirthday);
+    dtBirthday_->setDate(birthday.isValid() ? birthday : noDate());
     chkPrivate_->setChecked(contact.iPrivate() != 0);
     accountId_ = contact.Account().ID();
     accountName_ = contact.Account().AccName();

@@ -55,6 +55,7 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     : PageWidget(parent),
       dialogs_(std::make_shared<MessageBoxDialogs>(this)),
       kind_(lists::listKind(list)),
+      moduleCaption_(kind_.noun),
       opener_(std::make_shared<DesktopShellOpener>()) {
     setObjectName(QLatin1String(objectName));
 
@@ -180,7 +181,7 @@ void FormDetail::setModified(bool value) {
 
 void FormDetail::updateHeader() {
     const QString name = recordName();
-    title_->setText(name.isEmpty() ? kind_.noun : kind_.noun + QStringLiteral("：") + name);
+    title_->setText(name.isEmpty() ? moduleCaption_ : moduleCaption_ + QStringLiteral("：") + name);
     position_->setText(positionText());
 }
 
@@ -197,17 +198,18 @@ QString FormDetail::positionText() const {
 }
 
 void FormDetail::rebuildLayout() {
+    // Refilled lists are no edit of the record.
+    const bool was = loading_;
+    loading_ = true;
     applyCaptions();
     for (const Option& o : std::as_const(options_))
         if (o.combo) FillOptionCombo(o.combo, objectCode(), o.option);
     if (lstTag_) {
         const QString tags = tagText();
         FillOptionList(lstTag_, objectCode(), QStringLiteral("tag"));
-        const bool was = loading_;
-        loading_ = true;
         showTags(tags);
-        loading_ = was;
     }
+    loading_ = was;
     updateHeader();
 }
 
@@ -224,7 +226,7 @@ void FormDetail::applyCaptions() {
     if (modules.GetToolbarName(0)) {
         const int at = modules.FindIndex(moduleKey(kind_.prefix));
         if (at > 0 && !modules.Item(at).ObjDesc().trimmed().isEmpty())
-            setWindowTitle(modules.Item(at).ObjDesc().trimmed());
+            moduleCaption_ = modules.Item(at).ObjDesc().trimmed();
     }
 }
 

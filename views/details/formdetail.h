@@ -165,6 +165,7 @@ private:
     void applyCaptions();
 
     const lists::ListKind& kind_;
+    QString moduleCaption_;  // the module's caption in the interface layout
     std::shared_ptr<ShellOpener> opener_;
     std::function<lists::FormList*()> list_;
     int recordId_ = 0;

@@ -59,8 +59,8 @@ QWidget* FormOppDetail::basicGroup() {
 QWidget* FormOppDetail::saleGroup() {
     auto* form = new QFormLayout;
     dtDieDate_ = make<QDateEdit>("DT_diedate");
-    dtDieDate_->setCalendarPopup(true);
-    dtDieDate_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    // A deal may have no closing date yet.
+    setUpDatePicker(dtDieDate_);
     addRow(form, dtDieDate_, "opp_die_date", QStringLiteral("预计成交日期"));
     txtESale_ = make<QLineEdit>("txt_esale");
     txtSale_ = make<QLineEdit>("txt_sale");
@@ -90,7 +90,7 @@ bool FormOppDetail::showFields(int id, QString* error) {
     showTextFields(opportunity, fields_);
     showTags(opportunity.Tag());
     const QDate die = opportunity.DieDate().date();
-    dtDieDate_->setDate(die.isValid() ? die : recordvalue::today().date());
+    dtDieDate_->setDate(die.isValid() ? die : id == 0 ? recordvalue::today().date() : noDate());
     txtESale_->setText(opportunity.ESale().toString());
     txtSale_->setText(opportunity.Sale().toString());
     cboProbability_->setCurrentText(QString::number(opportunity.Probability()) + QLatin1Char('%'));
@@ -119,7 +119,8 @@ bool FormOppDetail::saveFields(int* id, QString* error) {
     return storeRecord<Opportunity>(id, error, [&](Opportunity& opportunity) {
         readTextFields(opportunity, fields_);
         opportunity.setTag(tagText().left(255));
-        opportunity.setDieDate(jetdate::naive(dtDieDate_->date()));
+        opportunity.setDieDate(dtDieDate_->date() == noDate() ? QDateTime()
+                                                              : jetdate::naive(dtDieDate_->date()));
         opportunity.setESale(*Currency::parse(txtESale_->text()));
         opportunity.setSale(*Currency::parse(txtSale_->text()));
         opportunity.setProbability(qint16(probability));
