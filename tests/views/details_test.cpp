@@ -395,6 +395,28 @@ private slots:
         QCOMPARE(number(check), 1);
     }
 
+    void tabOrderFollowsTheSections() {
+        FormConDetail& page = contactPage(1);
+        QStringList order;
+        for (QWidget* w = child<QWidget>(page, "txt_name"); order.size() < 200;
+             w = w->nextInFocusChain()) {
+            if (!w->objectName().isEmpty() && w->focusPolicy() & Qt::TabFocus)
+                order << w->objectName();
+            if (w->objectName() == QLatin1String("lbl_delete")) break;
+        }
+        const QStringList expected = {"txt_name",    "txt_nickname", "cbo_title", "txt_tag",
+                                      "chk_private", "txt_account",  "txt_zip1",  "txt_tel1",
+                                      "txt_email1",  "txt_zip2",     "rtxt_memo", "lbl_save",
+                                      "lbl_delete"};
+        int at = -1;
+        for (const QString& name : expected) {
+            const int next = order.indexOf(name);
+            QVERIFY2(next > at, qPrintable(name + QStringLiteral(" out of order: ") +
+                                           order.join(QLatin1Char(' '))));
+            at = next;
+        }
+    }
+
 private:
     // The contact page on record `id`; with `withList`, following the contact
     // list and showing its first row instead.
