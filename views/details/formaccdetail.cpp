@@ -54,7 +54,8 @@ QWidget* FormAccDetail::basicGroup() {
                    {"cbo_importance", "img_importance", "importance", "acc_important", "重要性"},
                    {"cbo_relation", "img_relation", "relationship", "acc_relation", "关系"},
                    {"cbo_region", "Img_region", "region", "acc_province", "地区"}});
-    addRow(form, tagEditor(), "acc_tag", QStringLiteral("标签"));
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), "acc_tag", QStringLiteral("标签"), tags);
     chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }

@@ -60,7 +60,7 @@ FormConDetail::FormConDetail(QWidget* parent)
                       {field("txt_account_web"), "Website"}};
 
     nameSearch_ = searchNames(txtName_, lstContacts_, recordsearch::contactsByName, true, true);
-    // Choosing marks the account; the arrow button (or the choice itself) takes it.
+    // A click on a found account takes it; the arrow takes the one picked by keyboard.
     accountSearch_ =
         searchNames(txtAccount_, lstAccount_, recordsearch::accountsByName, false, false);
     connect(accountSearch_, &NameSearch::chosen, this, &FormConDetail::takeAccount);
@@ -92,7 +92,8 @@ QWidget* FormConDetail::basicGroup() {
     connect(noBirthday, &QPushButton::clicked, this, [this] { dtBirthday_->setDate(noDate()); });
     addRow(form, dtBirthday_, "con_birthday", QStringLiteral("生日"),
            lineOf(fieldsArea(), {dtBirthday_, noBirthday}));
-    addRow(form, tagEditor(), "con_tag", QStringLiteral("标签"));
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), "con_tag", QStringLiteral("标签"), tags);
     chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }

@@ -105,6 +105,7 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     related_ = new QWidget;
     related_->setObjectName(QStringLiteral("fra_related"));
     related_->setFocusPolicy(Qt::StrongFocus);
+    related_->setAccessibleName(QStringLiteral("相关信息"));
     auto* relatedLayout = new QVBoxLayout(related_);
     relatedLayout->setContentsMargins(0, 0, 0, 0);
     splitter_ = new QSplitter(Qt::Vertical, this);

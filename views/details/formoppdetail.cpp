@@ -51,7 +51,8 @@ QWidget* FormOppDetail::basicGroup() {
                    {"cbo_importance", "img_importance", "importance", "opp_important", "重要性"},
                    {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
                    {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
-    addRow(form, tagEditor(), "opp_tag", QStringLiteral("标签"));
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), "opp_tag", QStringLiteral("标签"), tags);
     chkPrivate_ = addPrivateBox(form);
     return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
 }
