@@ -295,9 +295,7 @@ void FormSchDetail::newTaskFor(qint16 recordKind, int recordId) {
 }
 
 void FormSchDetail::cmdNewClick() {
-    if (isUnsaved(UnsavedModule::Task) &&
-        !dialogs_->ask(messageTitle(), unsavedQuestion()))
-        return;
+    if (isUnsaved(UnsavedModule::Task) && !dialogs_->ask(messageTitle(), unsavedQuestion())) return;
     showTask(0, dtDate_->date(), QTime());
 }
 
