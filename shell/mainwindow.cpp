@@ -341,6 +341,12 @@ PageWidget* TarvelMain::createDetailPage(qint16 code) {
     form->setList([this, listCode = form->listPage()] {
         return qobject_cast<lists::FormList*>(pages_.value(listCode));
     });
+    form->setHistoryUpdate([this, code](const QString& condition, int id) {
+        if (history_.c_RelatedPage() != code) return;
+        history_.setC_StrCondition(condition);
+        history_.setC_RecordID(id);
+        history_.Update();
+    });
     return form;
 }
 

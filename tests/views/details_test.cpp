@@ -417,6 +417,20 @@ private slots:
         }
     }
 
+    void savedNewRecordIsWhereBackReturns() {
+        main_ = testsupport::quietMain(dialogs_);
+        QVERIFY(main_->OpenPage(page::ContactList));
+        click(*main_->currentPage(), "cmd_add");
+        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        QCOMPARE(page->recordId(), 0);
+        child<QLineEdit>(*page, "txt_name")->setText(QStringLiteral("赵敏"));
+        QVERIFY(page->save());
+        QCOMPARE(main_->history().c_RecordID(), page->recordId());
+        QCOMPARE(main_->history().c_StrCondition(),
+                 QStringLiteral("WHERE con_id=%1").arg(page->recordId()));
+    }
+
 private:
     // The contact page on record `id`; with `withList`, following the contact
     // list and showing its first row instead.

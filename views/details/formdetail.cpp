@@ -447,6 +447,8 @@ bool FormDetail::save() {
         return false;
     }
     if (lists::FormList* l = list()) l->recordSaved(id);
+    if (recordId_ == 0 && historyUpdate_)
+        historyUpdate_(QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), id);
     showRecord(id);
     return true;
 }

@@ -40,6 +40,11 @@ public:
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
     // The list page of the kind; the function returns null while none is open.
     void setList(std::function<lists::FormList*()> list) { list_ = std::move(list); }
+    // Writes the shown record into the current history entry (a new record
+    // once saved), so that going back returns to it.
+    void setHistoryUpdate(std::function<void(const QString& condition, int id)> update) {
+        historyUpdate_ = std::move(update);
+    }
 
     // Shows request.recordId, else the record of a condition "WHERE xxx_id=N"
     // ("-1": a new, empty record). Page number 1 brings the related area forward.
@@ -168,6 +173,7 @@ private:
     QString moduleCaption_;  // the module's caption in the interface layout
     std::shared_ptr<ShellOpener> opener_;
     std::function<lists::FormList*()> list_;
+    std::function<void(const QString&, int)> historyUpdate_;
     int recordId_ = 0;
     bool modified_ = false;
     bool loading_ = false;
