@@ -11,6 +11,10 @@
 //                 with. Every write is its own transaction, as in the program.
 //   load          Contact.GetById of a contact with its account: one row of
 //                 que_contacts_accounts, every column read.
+//   name_search   the contact page's search while typing: RecordSearch over
+//                 the name-or-account statement for a full name (about 100
+//                 matches, 50 kept); the raw side runs the same query with
+//                 the pattern bound and reads every matching row.
 // How to read them: divide the records time per iteration by the raw time per
 // iteration of the same case. After the run (console output) a summary prints
 // that ratio for each pair, on wall-clock time, beside the ratio each case aims at.
@@ -31,6 +35,7 @@
 
 #include "bench/rawengine.h"
 #include "records/contact.h"
+#include "records/recordsearch.h"
 
 namespace {
 
@@ -145,6 +150,7 @@ struct Raw {
     sqlite3_stmt* probeDocument = nullptr;
     sqlite3_stmt* insertDocument = nullptr;
     sqlite3_stmt* load = nullptr;
+    sqlite3_stmt* nameSearch = nullptr;
 
     bool prepareAll() {
         emptyProbe = prepare(db, "SELECT * FROM contacts WHERE con_id=0");
@@ -173,6 +179,9 @@ struct Raw {
         probeDocument = prepare(db, "SELECT * FROM contacts_documents WHERE con_id=? AND doc_id=?");
         insertDocument = prepare(db, "INSERT INTO contacts_documents (con_id,doc_id) VALUES(?,?)");
         load = prepare(db, "SELECT * FROM que_contacts_accounts WHERE con_id=?");
+        nameSearch = prepare(db,
+                             "SELECT con_id,con_lastname,acc_name FROM que_contacts_accounts "
+                             "WHERE con_lastname LIKE ? OR acc_name LIKE ?");
         for (sqlite3_stmt* s : all())
             if (!s) return false;
         return true;
@@ -180,7 +189,8 @@ struct Raw {
     std::vector<sqlite3_stmt*> all() const {
         return {emptyProbe,       insertContact,     readBack,      stampContact,   stampAccount,
                 stampOpportunity, stampDocument,     probeAccount,  insertAccount,  readAllAccounts,
-                probeOpportunity, insertOpportunity, probeDocument, insertDocument, load};
+                probeOpportunity, insertOpportunity, probeDocument, insertDocument, load,
+                nameSearch};
     }
     // The stamp of one record: now, then the key.
     bool stamp(sqlite3_stmt* stmt, sqlite3_int64 id) {
@@ -378,6 +388,37 @@ void loadRaw(benchmark::State& state) {
 // The run
 
 // Opens the raw side on the new data file, fills it and prepares its statements.
+// A full name that about one contact in a hundred has.
+const char* const kSearchedName = "王伟";
+
+void nameSearchRecords(benchmark::State& state) {
+    const QString name = QString::fromUtf8(kSearchedName);
+    for (auto _ : state) {
+        tarvel::RecordSearch search;
+        if (!search.run(tarvel::recordsearch::contactsByName(name), 50) ||
+            search.found().isEmpty()) {
+            state.SkipWithError("nothing found");
+            break;
+        }
+        benchmark::DoNotOptimize(search.found().size());
+    }
+}
+
+void nameSearchRaw(benchmark::State& state) {
+    sqlite3_stmt* stmt = raw.nameSearch;
+    const std::string pattern = std::string("%") + kSearchedName + "%";
+    for (auto _ : state) {
+        bindText(stmt, 1, pattern);
+        bindText(stmt, 2, pattern);
+        int rows = 0;
+        if (!step(raw.db, stmt, &rows) || rows == 0) {
+            state.SkipWithError("nothing found");
+            break;
+        }
+        benchmark::DoNotOptimize(rows);
+    }
+}
+
 bool fillDataFile(const QString& path) {
     raw.db = openRaw(path);
     return raw.db && fill(raw.db) && raw.prepareAll();
@@ -402,11 +443,15 @@ void release() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return tarvel::bench::run(
-        argc, argv, {fillDataFile, warmUp, release},
-        {{"add_and_link/records", addAndLinkRecords, benchmark::kMicrosecond},
-         {"add_and_link/raw", addAndLinkRaw, benchmark::kMicrosecond},
-         {"load/records", loadRecords, benchmark::kMicrosecond},
-         {"load/raw", loadRaw, benchmark::kMicrosecond}},
-        {"records", Layout::MicrosecondsWithCpu, {{"add_and_link", 3.0}, {"load", 1.5}}, {}});
+    return tarvel::bench::run(argc, argv, {fillDataFile, warmUp, release},
+                              {{"add_and_link/records", addAndLinkRecords, benchmark::kMicrosecond},
+                               {"add_and_link/raw", addAndLinkRaw, benchmark::kMicrosecond},
+                               {"load/records", loadRecords, benchmark::kMicrosecond},
+                               {"load/raw", loadRaw, benchmark::kMicrosecond},
+                               {"name_search/records", nameSearchRecords, benchmark::kMicrosecond},
+                               {"name_search/raw", nameSearchRaw, benchmark::kMicrosecond}},
+                              {"records",
+                               Layout::MicrosecondsWithCpu,
+                               {{"add_and_link", 3.0}, {"load", 1.5}, {"name_search", 1.5}},
+                               {}});
 }

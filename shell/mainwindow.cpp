@@ -15,6 +15,10 @@
 #include "store/clock.h"
 #include "views/common/unsaved.h"
 #include "views/common/windowplacement.h"
+#include "views/details/formaccdetail.h"
+#include "views/details/formcondetail.h"
+#include "views/details/formdocdetail.h"
+#include "views/details/formoppdetail.h"
 #include "views/exchange/formdataio.h"
 #include "views/exchange/reportexportflow.h"
 #include "views/formappsetting.h"
@@ -73,11 +77,6 @@ QIcon badgeIcon(const QString& text, const QColor& color) {
         icon.addPixmap(pm);
     }
     return icon;
-}
-
-QString unsavedQuestion() {
-    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
-           QStringLiteral("是否取消当前修改？");
 }
 
 }  // namespace
@@ -158,6 +157,8 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
     for (PageWidget* page : std::as_const(pages_))
         if (auto* list = qobject_cast<lists::FormList*>(page))
             list->setDialogs(dialogs_);
+        else if (auto* detail = qobject_cast<FormDetail*>(page))
+            detail->setDialogs(dialogs_);
         else if (auto* email = qobject_cast<lists::FormEmail*>(page))
             email->setDialogs(dialogs_);
 }
@@ -264,6 +265,11 @@ PageWidget* TarvelMain::createListPage(qint16 code) {
         history_.setC_StrCondition(condition);
         history_.Update();
     });
+    // The related button opens the record's page with its related panel in view.
+    form->setRelatedOpener([this, kind](int id) {
+        ShowPage(kind->detailPage, QStringLiteral("WHERE %1=%2").arg(kind->key).arg(id), id,
+                 QDate(), 1, PageMode::Normal);
+    });
     auto prompts = std::make_shared<DialogDataIoPrompts>(form);
     form->setReportExport([this, form, prompts](qint16 recordKind) {
         return exportReportFromList(recordKind, form, *dialogs_, *prompts, pageSwitch());
@@ -316,6 +322,31 @@ PageWidget* TarvelMain::createTaskPage() {
     // A task saved for today belongs on the home page's list at once, so its
     // reminder fires without waiting for the next day.
     connect(form, &FormSchDetail::todayChanged, this, &TarvelMain::refreshHomePage);
+    return form;
+}
+
+PageWidget* TarvelMain::createDetailPage(qint16 code) {
+    FormDetail* form = nullptr;
+    if (code == page::ContactDetail) form = new FormConDetail;
+    if (code == page::AccountDetail) form = new FormAccDetail;
+    if (code == page::OpportunityDetail) form = new FormOppDetail;
+    if (code == page::DocumentDetail) {
+        auto* document = new FormDocDetail;
+        document->setFileDialogs(files_);
+        form = document;
+    }
+    if (!form) return nullptr;
+    form->setDialogs(dialogs_);
+    form->setShellOpener(opener_);
+    form->setList([this, listCode = form->listPage()] {
+        return qobject_cast<lists::FormList*>(pages_.value(listCode));
+    });
+    form->setHistoryUpdate([this, code](const QString& condition, int id) {
+        if (history_.c_RelatedPage() != code) return;
+        history_.setC_StrCondition(condition);
+        history_.setC_RecordID(id);
+        history_.Update();
+    });
     return form;
 }
 
@@ -401,6 +432,7 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
         if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
         if (!page && code == page::Schedule) page = createCalendarPage();
         if (!page && code == page::TaskDetail) page = createTaskPage();
+        if (!page) page = createDetailPage(code);
         if (!page && code == page::DataExchange) page = createDataExchangePage();
         if (!page) page = createListPage(code);
         if (!page) page = new ModulePage(QLatin1String(info->formName), caption);

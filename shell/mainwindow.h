@@ -131,6 +131,8 @@ private:
     PageWidget* createStatisticsPage();
     PageWidget* createCalendarPage();
     PageWidget* createTaskPage();
+    // The contact, account, opportunity and document pages; null for other codes.
+    PageWidget* createDetailPage(qint16 code);
     // The record lists and the e-mail window; null for other codes.
     PageWidget* createListPage(qint16 code);
     PageWidget* createDataExchangePage();

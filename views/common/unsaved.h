@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace tarvel {
 
 // The five detail modules that can hold an edit not yet saved. The detail
@@ -11,5 +13,10 @@ void setUnsaved(UnsavedModule module, bool value);
 bool isUnsaved(UnsavedModule module);
 bool anyUnsaved();
 void clearUnsaved();
+
+// The question before an unsaved edit is left.
+inline QString unsavedQuestion() {
+    return QStringLiteral("您输入的信息未保存，\n是否取消当前修改？");
+}
 
 }  // namespace tarvel

@@ -19,6 +19,7 @@
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
+#include "views/common/flatbutton.h"
 #include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -53,19 +54,6 @@ QStringList operationsOf(const ListKind& kind) {
     if (kind.number == listno::Contacts) entries << QString::fromUtf8(kSums);
     entries << QString::fromUtf8(kHtml);
     return entries;
-}
-
-QPushButton* flatButton(const QString& name, const QString& text, QWidget* parent) {
-    auto* button = new QPushButton(text, parent);
-    button->setObjectName(name);
-    button->setFlat(true);
-    button->setCursor(Qt::PointingHandCursor);
-    return button;
-}
-
-QString unsavedQuestion() {
-    return QStringLiteral("您输入的信息未保存，") + QLatin1Char('\n') +
-           QStringLiteral("是否取消当前修改？");
 }
 
 }  // namespace
@@ -236,7 +224,11 @@ void FormList::buildFooter(QVBoxLayout* layout) {
         flatButton(prefix + QStringLiteral("related"), QStringLiteral("相关信息"), this);
     const auto current = [this] { return grid_->currentIndex().row(); };
     connect(detail, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
-    connect(related, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
+    connect(related, &QPushButton::clicked, this, [this, current] {
+        const int row = current();
+        if (!relatedOpener_) return openRecord(row);
+        if (row >= 0 && !keepUnsavedEdits()) relatedOpener_(int(ticks_->idAt(row)));
+    });
 
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("lbl_count"));
@@ -444,6 +436,39 @@ void FormList::openRecord(int row) {
     if (row < 0 || !pageSwitch_ || keepUnsavedEdits()) return;
     const qint64 id = ticks_->idAt(row);
     pageSwitch_(kind_.detailPage, QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), qint32(id));
+}
+
+int FormList::rowCount() const {
+    return ticks_->rowCount();
+}
+
+int FormList::currentRow() const {
+    return grid_->currentIndex().row();
+}
+
+qint64 FormList::currentId() const {
+    const int row = currentRow();
+    return row < 0 ? 0 : ticks_->idAt(row);
+}
+
+void FormList::setCurrentRow(int row) {
+    if (row < 0 || row >= rowCount()) return;
+    grid_->setCurrentIndex(ticks_->index(row, 0));
+}
+
+bool FormList::deleteRecord(qint64 id, QString* error) {
+    const int row = currentRow();
+    const bool ok = store_.deleteRecords({id});
+    if (!ok) *error = store_.ErrMsg();
+    refresh();
+    setCurrentRow(std::min(std::max(row, 0), rowCount() - 1));
+    return ok;
+}
+
+void FormList::recordSaved(qint64 id) {
+    refresh();
+    for (int row = 0; row < rowCount(); ++row)
+        if (ticks_->idAt(row) == id) return setCurrentRow(row);
 }
 
 void FormList::runOperation(const QString& caption) {

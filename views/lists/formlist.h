@@ -78,6 +78,23 @@ public:
     // The search box's condition at once, without waiting for the pause.
     void searchNow();
 
+    // What the detail page of this kind follows: the rows shown and the
+    // current one (-1 and 0 when there is none).
+    int rowCount() const;
+    int currentRow() const;
+    qint64 currentId() const;
+    void setCurrentRow(int row);
+    // Delete then DeleteRelation of one record in one transaction, then the
+    // rows read again with the cursor on the row that took its place.
+    bool deleteRecord(qint64 id, QString* error);
+    // A record was saved: the rows read again and the cursor put on it.
+    void recordSaved(qint64 id);
+    // What lbl_xxxrelated does with the current record (its related panel);
+    // unset, it opens the record like lbl_xxxdetail.
+    void setRelatedOpener(std::function<void(int id)> opener) {
+        relatedOpener_ = std::move(opener);
+    }
+
 protected:
     void changeEvent(QEvent* event) override;
 
@@ -150,6 +167,7 @@ private:
     std::function<void(const QString&)> historyUpdate_;
     std::function<bool(qint16)> reportExport_;
     std::function<void(const QList<AddressLabel>&)> labelPreview_;
+    std::function<void(int)> relatedOpener_;
 };
 
 // The caption of the bulk-operation drop-down, shown again after each operation.

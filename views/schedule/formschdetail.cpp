@@ -295,9 +295,7 @@ void FormSchDetail::newTaskFor(qint16 recordKind, int recordId) {
 }
 
 void FormSchDetail::cmdNewClick() {
-    if (isUnsaved(UnsavedModule::Task) &&
-        !dialogs_->ask(messageTitle(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？")))
-        return;
+    if (isUnsaved(UnsavedModule::Task) && !dialogs_->ask(messageTitle(), unsavedQuestion())) return;
     showTask(0, dtDate_->date(), QTime());
 }
 

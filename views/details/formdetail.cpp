@@ -1,0 +1,496 @@
+#include "views/details/formdetail.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "custom/appsettings.h"
+#include "custom/fsettings.h"
+#include "custom/softwaresetting.h"
+#include "records/currency.h"
+#include "views/common/flatbutton.h"
+#include "views/common/unsaved.h"
+#include "views/details/detaillayout.h"
+#include "views/details/namesearch.h"
+#include "views/formoption.h"
+#include "views/lists/formlist.h"
+#include "views/lists/listkind.h"
+#include "views/lists/liststore.h"
+#include "views/optionwidgets.h"
+
+namespace tarvel {
+
+namespace {
+
+// The module key of the interface layout for a list's prefix.
+QString moduleKey(const QString& prefix) {
+    if (prefix == QLatin1String("con")) return QStringLiteral("contact");
+    if (prefix == QLatin1String("acc")) return QStringLiteral("account");
+    if (prefix == QLatin1String("opp")) return QStringLiteral("opportunity");
+    return QStringLiteral("document");
+}
+
+// Used when the setting is missing: the text is appended to the address.
+QString defaultSearch(const char* key) {
+    return qstrcmp(key, "se_map") == 0 ? QStringLiteral("https://map.baidu.com/search/?wd=")
+                                       : QStringLiteral("https://www.baidu.com/s?wd=");
+}
+
+}  // namespace
+
+FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation, QWidget* parent)
+    : PageWidget(parent),
+      dialogs_(std::make_shared<MessageBoxDialogs>(this)),
+      kind_(lists::listKind(list)),
+      moduleCaption_(kind_.noun),
+      opener_(std::make_shared<DesktopShellOpener>()) {
+    setObjectName(QLatin1String(objectName));
+
+    title_ = new QLabel(this);
+    title_->setObjectName(QStringLiteral("lbl_title"));
+    setHeadingFont(title_, 1.3);
+    position_ = new QLabel(this);
+    position_->setObjectName(QStringLiteral("lbl_position"));
+
+    struct Step {
+        const char* contactName;
+        const char* otherName;
+        const char* text;
+        void (FormDetail::*slot)();
+    };
+    const Step steps[] = {{"lbl_first", "lbl_movefirst", "第一条", &FormDetail::moveFirst},
+                          {"lbl_previous", "lbl_moveprevious", "上一条", &FormDetail::movePrevious},
+                          {"lbl_next", "lbl_movenext", "下一条", &FormDetail::moveNext},
+                          {"lbl_last", "lbl_MoveEnd", "最后一条", &FormDetail::moveLast}};
+    auto* header = new QHBoxLayout;
+    header->addWidget(title_, 1);
+    header->addWidget(position_);
+    for (const Step& s : steps) {
+        auto* b = flatButton(QLatin1String(contactNavigation ? s.contactName : s.otherName),
+                             QString::fromUtf8(s.text), this);
+        connect(b, &QPushButton::clicked, this, s.slot);
+        header->addWidget(b);
+        headerButtons_.append(b);
+    }
+    header->addSpacing(16);
+    auto* saveButton = flatButton(QStringLiteral("lbl_save"), QStringLiteral("保存(&S)"), this);
+    auto* deleteButton = flatButton(QStringLiteral("lbl_delete"), QStringLiteral("删除(&D)"), this);
+    connect(saveButton, &QPushButton::clicked, this, &FormDetail::save);
+    connect(deleteButton, &QPushButton::clicked, this, &FormDetail::deleteRecord);
+    header->addWidget(saveButton);
+    header->addWidget(deleteButton);
+    headerButtons_.prepend(deleteButton);
+    headerButtons_.prepend(saveButton);
+
+    fields_ = new QWidget;
+    fields_->setObjectName(QStringLiteral("fra_fields"));
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("scr_fields"));
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(fields_);
+    related_ = new QWidget;
+    related_->setObjectName(QStringLiteral("fra_related"));
+    related_->setFocusPolicy(Qt::StrongFocus);
+    related_->setAccessibleName(QStringLiteral("相关信息"));
+    auto* relatedLayout = new QVBoxLayout(related_);
+    relatedLayout->setContentsMargins(0, 0, 0, 0);
+    splitter_ = new QSplitter(Qt::Vertical, this);
+    splitter_->setObjectName(QStringLiteral("spl_detail"));
+    splitter_->addWidget(scroll);
+    splitter_->addWidget(related_);
+    splitter_->setStretchFactor(0, 3);
+    splitter_->setStretchFactor(1, 2);
+    splitter_->setChildrenCollapsible(false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 8, 12, 8);
+    layout->addLayout(header);
+    layout->addWidget(splitter_, 1);
+}
+
+lists::FormList* FormDetail::list() const {
+    return list_ ? list_() : nullptr;
+}
+
+qint16 FormDetail::listPage() const {
+    return kind_.page;
+}
+
+QString FormDetail::objectCode() const {
+    return kind_.prefix;
+}
+
+void FormDetail::info(const QString& text) {
+    dialogs_->info(messageTitle(), text);
+}
+
+void FormDetail::fill(const PageRequest& request) {
+    int id = request.recordId;
+    if (id == 0) {
+        static const QRegularExpression keyed(QStringLiteral("_id\\s*=\\s*(-?\\d+)"));
+        const auto match = keyed.match(request.condition);
+        if (match.hasMatch()) id = std::max(0, match.captured(1).toInt());
+    }
+    showRecord(id);
+    // Once the page is in view, so that the area can take the focus.
+    if (request.pageNo == 1) QTimer::singleShot(0, this, &FormDetail::showRelated);
+}
+
+void FormDetail::reload() {
+    showRecord(recordId_);
+}
+
+void FormDetail::showRelated() {
+    const int total = splitter_->height();
+    splitter_->setSizes({total / 2, total - total / 2});
+    related_->setFocus();
+}
+
+void FormDetail::showRecord(int id) {
+    loading_ = true;
+    QString error;
+    const bool ok = showFields(id, &error);
+    loading_ = false;
+    recordId_ = ok ? id : 0;
+    if (!ok) {
+        info(QStringLiteral("记录没有读出，原因可能是") + error);
+        showFields(0, &error);
+    }
+    setModified(false);
+    updateHeader();
+    emit recordShown(recordId_);
+}
+
+void FormDetail::setModified(bool value) {
+    modified_ = value;
+    setUnsaved(kind_.module, value);
+}
+
+void FormDetail::updateHeader() {
+    const QString name = recordName();
+    title_->setText(name.isEmpty() ? moduleCaption_ : moduleCaption_ + QStringLiteral("：") + name);
+    position_->setText(positionText());
+}
+
+QString FormDetail::positionText() const {
+    lists::FormList* l = list();
+    int position = 1, count = 1;
+    if (l && recordId_ == 0) {
+        position = count = l->rowCount() + 1;
+    } else if (l && l->currentId() == recordId_) {
+        position = l->currentRow() + 1;
+        count = l->rowCount();
+    }
+    return QStringLiteral("No. %1/%2").arg(position).arg(count);
+}
+
+void FormDetail::rebuildLayout() {
+    // Refilled lists are no edit of the record.
+    const bool was = loading_;
+    loading_ = true;
+    applyCaptions();
+    for (const Option& o : std::as_const(options_))
+        if (o.combo) FillOptionCombo(o.combo, objectCode(), o.option);
+    if (lstTag_) {
+        const QString tags = tagText();
+        FillOptionList(lstTag_, objectCode(), QStringLiteral("tag"));
+        showTags(tags);
+    }
+    loading_ = was;
+    updateHeader();
+}
+
+void FormDetail::applyCaptions() {
+    FSettings fields;
+    fields.GetMySetting(kind_.fieldType);
+    for (const Caption& c : std::as_const(captions_)) {
+        if (!c.label) continue;
+        QString caption = fields.FindCaption(QLatin1String(c.column)).trimmed();
+        if (caption.isEmpty() || caption == QStringLiteral("无")) caption = c.fallback;
+        c.label->setText(caption + QStringLiteral("："));
+    }
+    AppSettings modules;
+    if (modules.GetToolbarName(0)) {
+        const int at = modules.FindIndex(moduleKey(kind_.prefix));
+        if (at > 0 && !modules.Item(at).ObjDesc().trimmed().isEmpty())
+            moduleCaption_ = modules.Item(at).ObjDesc().trimmed();
+    }
+}
+
+QWidget* FormDetail::field(const char* name) const {
+    return fields_->findChild<QWidget*>(QLatin1String(name));
+}
+
+QPlainTextEdit* FormDetail::arrangeColumns(std::initializer_list<QWidget*> left,
+                                           std::initializer_list<QWidget*> right) {
+    auto* columns = new QHBoxLayout(fields_);
+    auto* leftColumn = new QVBoxLayout;
+    for (QWidget* w : left) leftColumn->addWidget(w);
+    leftColumn->addStretch(1);
+    auto* rightColumn = new QVBoxLayout;
+    for (QWidget* w : right) rightColumn->addWidget(w);
+    auto* memo = make<QPlainTextEdit>("rtxt_memo");
+    rightColumn->addWidget(memoSection(fields_, memo), 1);
+    columns->addLayout(leftColumn, 1);
+    columns->addLayout(rightColumn, 1);
+    return memo;
+}
+
+QListWidget* FormDetail::matchList(const char* name, const QString& accessibleName) {
+    auto* list = make<QListWidget>(name);
+    list->setAccessibleName(accessibleName);
+    list->setMaximumHeight(110);
+    return list;
+}
+
+NameSearch* FormDetail::searchNames(QLineEdit* box, QListWidget* matches,
+                                    std::function<QString(const QString&)> statement,
+                                    bool withAccount, bool showChosen) {
+    auto* search = new NameSearch(box, matches, std::move(statement), withAccount, this);
+    connect(search, &NameSearch::failed, this,
+            [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
+    if (showChosen)
+        connect(search, &NameSearch::chosen, this, [this](int id) {
+            if (mayLeave()) showRecord(id);
+        });
+    return search;
+}
+
+QCheckBox* FormDetail::addPrivateBox(QFormLayout* form) {
+    auto* box = make<QCheckBox>("chk_private");
+    box->setText(QStringLiteral("私人(&P)"));
+    form->addRow(QString(), box);
+    return box;
+}
+
+QLabel* FormDetail::captionFor(QWidget* field, const char* column, const QString& fallback) {
+    auto* label = new QLabel(fallback + QStringLiteral("："), fields_);
+    label->setBuddy(field);
+    captions_.append({label, column, fallback});
+    return label;
+}
+
+void FormDetail::addRow(QFormLayout* form, QWidget* field, const char* column,
+                        const QString& fallback, QWidget* shown) {
+    form->addRow(captionFor(field, column, fallback), shown ? shown : field);
+}
+
+QPushButton* FormDetail::iconButton(const char* objectName, const QString& symbol,
+                                    const QString& name) {
+    auto* b = flatButton(QLatin1String(objectName), symbol, fields_);
+    tabChain_.append(b);
+    b->setAccessibleName(name);
+    b->setToolTip(name);
+    b->setMaximumWidth(b->fontMetrics().horizontalAdvance(symbol) + 16);
+    return b;
+}
+
+QWidget* FormDetail::optionCombo(QComboBox* combo, const char* button, const QString& option,
+                                 const QString& fieldWord) {
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    FillOptionCombo(combo, objectCode(), option);
+    options_.append({combo, option});
+    auto* edit = iconButton(button, QStringLiteral("…"), QStringLiteral("编辑") + fieldWord);
+    connect(edit, &QPushButton::clicked, this, [this, combo, option, fieldWord] {
+        runOptionEditor(this, QStringLiteral("combobox"), combo, objectCode(), option, kind_.noun,
+                        fieldWord);
+        FillOptionCombo(combo, objectCode(), option);
+    });
+    auto* row = new QWidget(fields_);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(combo, 1);
+    layout->addWidget(edit);
+    return row;
+}
+
+void FormDetail::addOptionRows(QFormLayout* form, std::initializer_list<OptionField> fields) {
+    for (const OptionField& f : fields) {
+        auto* combo = make<QComboBox>(f.name);
+        const QString caption = QString::fromUtf8(f.caption);
+        addRow(form, combo, f.column, caption,
+               optionCombo(combo, f.button, QLatin1String(f.option), caption));
+    }
+}
+
+QWidget* FormDetail::tagEditor() {
+    txtTag_ = make<QLineEdit>("txt_tag");
+    auto* edit = iconButton("Img_tag", QStringLiteral("…"), QStringLiteral("编辑标签"));
+    lstTag_ = make<QListWidget>("Lst_tag");
+    lstTag_->setAccessibleName(QStringLiteral("标签列表"));
+    lstTag_->setMaximumHeight(90);
+    lstTag_->setFlow(QListView::LeftToRight);
+    lstTag_->setWrapping(true);
+    FillOptionList(lstTag_, objectCode(), QStringLiteral("tag"));
+    connect(edit, &QPushButton::clicked, this, [this] {
+        const QString tags = tagText();
+        runOptionEditor(this, QStringLiteral("listbox"), lstTag_, objectCode(),
+                        QStringLiteral("tag"), kind_.noun, QStringLiteral("标签"));
+        FillOptionList(lstTag_, objectCode(), QStringLiteral("tag"));
+        loading_ = true;
+        showTags(tags);
+        loading_ = false;
+    });
+    // Ticking a tag writes the ticked ones into the text, in the list's order.
+    connect(lstTag_, &QListWidget::itemChanged, this, [this] {
+        if (loading_) return;
+        QStringList ticked;
+        for (int i = 0; i < lstTag_->count(); ++i)
+            if (lstTag_->item(i)->checkState() == Qt::Checked) ticked << lstTag_->item(i)->text();
+        txtTag_->setText(ticked.join(QLatin1Char(',')));
+    });
+    auto* box = new QWidget(fields_);
+    auto* layout = new QVBoxLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* top = new QHBoxLayout;
+    top->addWidget(txtTag_, 1);
+    top->addWidget(edit);
+    layout->addLayout(top);
+    layout->addWidget(lstTag_);
+    return box;
+}
+
+void FormDetail::showTags(const QString& tags) {
+    if (!txtTag_) return;
+    txtTag_->setText(tags);
+    const QStringList parts = tags.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (int i = 0; i < lstTag_->count(); ++i) {
+        QListWidgetItem* item = lstTag_->item(i);
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(parts.contains(item->text().trimmed()) ? Qt::Checked : Qt::Unchecked);
+    }
+}
+
+QString FormDetail::tagText() const {
+    return txtTag_ ? txtTag_->text() : QString();
+}
+
+void FormDetail::finishFields() {
+    QWidget* previous = nullptr;
+    QList<QWidget*> chain;
+    for (const QPointer<QWidget>& w : std::as_const(tabChain_))
+        if (w && w->focusPolicy() != Qt::NoFocus) chain.append(w);
+    for (QWidget* w : chain + headerButtons_) {
+        if (previous) setTabOrder(previous, w);
+        previous = w;
+    }
+    const auto edited = [this] {
+        if (!loading_) setModified(true);
+    };
+    for (auto* e : fields_->findChildren<QLineEdit*>())
+        if (!e->isReadOnly() && !qobject_cast<QComboBox*>(e->parentWidget()))
+            connect(e, &QLineEdit::textChanged, this, edited);
+    for (auto* c : fields_->findChildren<QComboBox*>())
+        connect(c, &QComboBox::currentTextChanged, this, edited);
+    for (auto* m : fields_->findChildren<QPlainTextEdit*>())
+        connect(m, &QPlainTextEdit::textChanged, this, edited);
+    for (auto* c : fields_->findChildren<QCheckBox*>())
+        connect(c, &QCheckBox::toggled, this, edited);
+    for (auto* d : fields_->findChildren<QDateEdit*>())
+        connect(d, &QDateEdit::dateChanged, this, edited);
+    rebuildLayout();
+}
+
+void FormDetail::openUrl(const QString& text) {
+    if (!opener_->open(QUrl(text)))
+        info(QStringLiteral("没有能打开“") + text + QStringLiteral("”，请检查地址或系统设置。"));
+}
+
+void FormDetail::openWebPage(const QString& address) {
+    const QString a = address.trimmed();
+    if (a.isEmpty()) return info(QStringLiteral("请先填写网址。"));
+    openUrl(a.contains(QStringLiteral("://")) ? a : QStringLiteral("http://") + a);
+}
+
+void FormDetail::webSearch(const char* key, const QString& text) {
+    if (text.trimmed().isEmpty()) return info(QStringLiteral("请先填写要搜索的内容。"));
+    SoftwareSetting setting;
+    QString endpoint;
+    if (setting.GetValue(QStringLiteral("website"), QLatin1String(key)))
+        endpoint = setting.Set_Value().trimmed();
+    if (endpoint.isEmpty()) endpoint = defaultSearch(key);
+    openUrl(endpoint + QString::fromLatin1(QUrl::toPercentEncoding(text.trimmed())));
+}
+
+bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
+    if (Currency::parse(box->text())) return true;
+    info(caption + QStringLiteral("必须是数字，请检查。"));
+    box->setFocus();
+    box->selectAll();
+    return false;
+}
+
+bool FormDetail::mayLeave() {
+    return !modified_ || dialogs_->ask(messageTitle(), unsavedQuestion());
+}
+
+bool FormDetail::save() {
+    int id = recordId_;
+    QString error;
+    if (!saveFields(&id, &error)) {
+        if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
+        return false;
+    }
+    if (lists::FormList* l = list()) l->recordSaved(id);
+    if (recordId_ == 0 && historyUpdate_)
+        historyUpdate_(QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), id);
+    showRecord(id);
+    return true;
+}
+
+void FormDetail::deleteRecord() {
+    if (!dialogs_->ask(messageTitle(), QStringLiteral("您确定要删除这个记录吗？"))) return;
+    if (recordId_ == 0) return showRecord(0);
+    lists::FormList* l = list();
+    QString error;
+    bool ok = false;
+    if (l) {
+        ok = l->deleteRecord(recordId_, &error);
+    } else {
+        lists::ListStore store(kind_);
+        ok = store.deleteRecords({recordId_});
+        error = store.ErrMsg();
+    }
+    if (!ok) return info(QStringLiteral("记录没有删除，原因可能是") + error);
+    showRecord(l ? int(l->currentId()) : 0);
+}
+
+void FormDetail::moveTo(int row) {
+    lists::FormList* l = list();
+    if (!l || l->rowCount() == 0 || !mayLeave()) return;
+    l->setCurrentRow(std::clamp(row, 0, l->rowCount() - 1));
+    showRecord(int(l->currentId()));
+}
+
+void FormDetail::moveFirst() {
+    moveTo(0);
+}
+
+void FormDetail::movePrevious() {
+    if (lists::FormList* l = list()) moveTo(l->currentRow() - 1);
+}
+
+void FormDetail::moveNext() {
+    if (lists::FormList* l = list()) moveTo(l->currentRow() + 1);
+}
+
+void FormDetail::moveLast() {
+    if (lists::FormList* l = list()) moveTo(l->rowCount() - 1);
+}
+
+}  // namespace tarvel

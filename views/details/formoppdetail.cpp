@@ -1,0 +1,133 @@
+#include "views/details/formoppdetail.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "records/opportunity.h"
+#include "records/recordsearch.h"
+#include "store/jetdate.h"
+#include "views/details/detaillayout.h"
+#include "views/details/namesearch.h"
+#include "views/details/storerecord.h"
+#include "views/lists/listkind.h"
+#include "views/optionwidgets.h"
+
+namespace tarvel {
+
+FormOppDetail::FormOppDetail(QWidget* parent)
+    : FormDetail(lists::listno::Opportunities, "form_opp_detail", false, parent) {
+    auto* basic = basicGroup();
+    auto* sale = saleGroup();
+    rtxtMemo_ = arrangeColumns({basic}, {sale});
+    fields_ = {{txtOpportunity_, "Subject"},        {field("cbo_type"), "OppType"},
+               {field("cbo_stage"), "Phase"},       {field("cbo_importance"), "Important"},
+               {field("cbo_industry"), "Industry"}, {field("cbo_region"), "Province"},
+               {rtxtMemo_, "Description"}};
+    search_ = searchNames(txtOpportunity_, lstOpportunities_, recordsearch::opportunitiesBySubject,
+                          false, true);
+    finishFields();
+}
+
+QWidget* FormOppDetail::basicGroup() {
+    auto* form = new QFormLayout;
+    txtOpportunity_ = make<QLineEdit>("txt_opportunity");
+    lstOpportunities_ = matchList("lst_opportunities", QStringLiteral("找到的项目机会"));
+    auto* stack = new QVBoxLayout;
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->addWidget(txtOpportunity_);
+    addRow(form, txtOpportunity_, "opp_subject", QStringLiteral("项目名称"),
+           stackOf(fieldsArea(), stack, lstOpportunities_));
+    addOptionRows(form,
+                  {{"cbo_type", "img_type", "type", "opp_type", "类型"},
+                   {"cbo_stage", "img_stage", "phase", "opp_phase", "阶段"},
+                   {"cbo_importance", "img_importance", "importance", "opp_important", "重要性"},
+                   {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
+                   {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), "opp_tag", QStringLiteral("标签"), tags);
+    chkPrivate_ = addPrivateBox(form);
+    return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
+}
+
+QWidget* FormOppDetail::saleGroup() {
+    auto* form = new QFormLayout;
+    dtDieDate_ = make<QDateEdit>("DT_diedate");
+    // A deal may have no closing date yet.
+    setUpDatePicker(dtDieDate_);
+    addRow(form, dtDieDate_, "opp_die_date", QStringLiteral("预计成交日期"));
+    txtESale_ = make<QLineEdit>("txt_esale");
+    txtSale_ = make<QLineEdit>("txt_sale");
+    for (QLineEdit* amount : {txtESale_, txtSale_}) amount->setAlignment(Qt::AlignRight);
+    addRow(form, txtESale_, "opp_estimate_sale", QStringLiteral("预计金额"));
+    addRow(form, txtSale_, "opp_sale", QStringLiteral("成交金额"));
+    cboProbability_ = make<QComboBox>("cbo_probability");
+    cboProbability_->setEditable(true);
+    cboProbability_->setInsertPolicy(QComboBox::NoInsert);
+    addRow(form, cboProbability_, "opp_succeed_probability", QStringLiteral("成功概率"));
+    return sectionBox(fieldsArea(), "fra_sale", QStringLiteral("金额与进度"), form);
+}
+
+QString FormOppDetail::recordName() const {
+    return txtOpportunity_->text();
+}
+
+bool FormOppDetail::showFields(int id, QString* error) {
+    search_->clear();
+    FillOptionCombo(cboProbability_, objectCode(), QStringLiteral("Probability"));
+    Opportunity opportunity;
+    opportunity.setID(id);
+    if (id != 0 && !opportunity.GetById()) {
+        *error = opportunity.ErrMsg();
+        return false;
+    }
+    showTextFields(opportunity, fields_);
+    showTags(opportunity.Tag());
+    const QDate die = opportunity.DieDate().date();
+    dtDieDate_->setDate(die.isValid() ? die : id == 0 ? recordvalue::today().date() : noDate());
+    txtESale_->setText(opportunity.ESale().toString());
+    txtSale_->setText(opportunity.Sale().toString());
+    cboProbability_->setCurrentText(QString::number(opportunity.Probability()) + QLatin1Char('%'));
+    chkPrivate_->setChecked(opportunity.iPrivate() != 0);
+    return true;
+}
+
+bool FormOppDetail::saveFields(int* id, QString* error) {
+    if (txtOpportunity_->text().trimmed().isEmpty()) {
+        info(QStringLiteral("请填写项目名称。"));
+        txtOpportunity_->setFocus();
+        return false;
+    }
+    if (!checkAmount(txtESale_, QStringLiteral("预计金额")) ||
+        !checkAmount(txtSale_, QStringLiteral("成交金额")))
+        return false;
+    QString percent = cboProbability_->currentText().trimmed();
+    if (percent.endsWith(QLatin1Char('%'))) percent.chop(1);
+    bool whole = percent.isEmpty();
+    const int probability = whole ? 0 : percent.toInt(&whole);
+    if (!whole || probability < 0 || probability > 100) {
+        info(QStringLiteral("成功概率必须是0到100之间的整数，请检查。"));
+        cboProbability_->setFocus();
+        return false;
+    }
+    return storeRecord<Opportunity>(id, error, [&](Opportunity& opportunity) {
+        readTextFields(opportunity, fields_);
+        opportunity.setTag(tagText().left(255));
+        opportunity.setDieDate(dtDieDate_->date() == noDate() ? QDateTime()
+                                                              : jetdate::naive(dtDieDate_->date()));
+        opportunity.setESale(*Currency::parse(txtESale_->text()));
+        opportunity.setSale(*Currency::parse(txtSale_->text()));
+        opportunity.setProbability(qint16(probability));
+        opportunity.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);
+        stampDates(opportunity, *id == 0);
+    });
+}
+
+}  // namespace tarvel

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+#include "records/recordbase.h"
+#include "store/transaction.h"
+#include "views/details/detaillayout.h"
+
+namespace tarvel {
+
+// How a detail page stores its record. Record *id is read first, so that
+// whatever the page does not show is written back as stored; `read` puts the
+// page's fields into it; then Add (a new record, *id 0) or Update and `also`
+// (the writes that belong with it) run in one transaction. *id receives the
+// new key; a failure leaves every text that says why in *error.
+template <typename Record, typename Read, typename Also>
+bool storeRecord(int* id, QString* error, Read read, Also also) {
+    Record record;
+    record.setID(*id);
+    if (*id != 0 && !record.GetById()) {
+        *error = record.ErrMsg();
+        return false;
+    }
+    read(record);
+    QString alsoError;
+    Transaction transaction;
+    const bool ok = transaction.isActive() && (*id == 0 ? record.Add() : record.Update()) &&
+                    also(record, &alsoError) && transaction.commit();
+    if (!ok) {
+        *error = errorText({record.ErrMsg(), alsoError, transaction.error()});
+        return false;
+    }
+    *id = record.ID();
+    return true;
+}
+
+template <typename Record, typename Read>
+bool storeRecord(int* id, QString* error, Read read) {
+    return storeRecord<Record>(id, error, read, [](Record&, QString*) { return true; });
+}
+
+// The dates a save stamps: a new record was made today; each was touched now.
+template <typename Record>
+void stampDates(Record& record, bool isNew) {
+    if (isNew) record.setCreateDate(recordvalue::today());
+    record.setRCDate(recordvalue::now());
+}
+
+}  // namespace tarvel
