@@ -25,10 +25,11 @@
 #include "views/formhome.h"
 #include "views/formschremind.h"
 #include "views/formschstat.h"
-#include "views/schedule/formschall.h"
-#include "views/schedule/formschdetail.h"
 #include "views/lists/formemail.h"
 #include "views/lists/formlist.h"
+#include "views/related/formrelated.h"
+#include "views/schedule/formschall.h"
+#include "views/schedule/formschdetail.h"
 
 namespace tarvel {
 
@@ -157,9 +158,11 @@ void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
     for (PageWidget* page : std::as_const(pages_))
         if (auto* list = qobject_cast<lists::FormList*>(page))
             list->setDialogs(dialogs_);
-        else if (auto* detail = qobject_cast<FormDetail*>(page))
+        else if (auto* detail = qobject_cast<FormDetail*>(page)) {
             detail->setDialogs(dialogs_);
-        else if (auto* email = qobject_cast<lists::FormEmail*>(page))
+            for (FormRelated* panel : detail->findChildren<FormRelated*>())
+                panel->setDialogs(dialogs_);
+        } else if (auto* email = qobject_cast<lists::FormEmail*>(page))
             email->setDialogs(dialogs_);
 }
 
@@ -223,6 +226,7 @@ void TarvelMain::ApplyLayout() {
         if (auto* placeholder = qobject_cast<ModulePage*>(it.value()))
             placeholder->setCaption(caption);
         it.value()->rebuildLayout();
+        for (FormRelated* panel : it.value()->findChildren<FormRelated*>()) panel->rebuildLayout();
     }
     if (const PageInfo* info = pageInfo(currentCode_)) statusPage_->setText(pageCaption(*info));
 }
@@ -347,7 +351,47 @@ PageWidget* TarvelMain::createDetailPage(qint16 code) {
         history_.setC_RecordID(id);
         history_.Update();
     });
+    addRelatedPanel(form, code);
     return form;
+}
+
+void TarvelMain::addRelatedPanel(FormDetail* form, qint16 code) {
+    const qint16 owner = code == page::ContactDetail       ? kind::Contact
+                         : code == page::AccountDetail     ? kind::Account
+                         : code == page::OpportunityDetail ? kind::Opportunity
+                                                           : kind::Document;
+    auto* panel = new FormRelated(owner, form->relatedArea());
+    form->relatedArea()->layout()->addWidget(panel);
+    panel->setDialogs(dialogs_);
+    panel->setFileDialogs(files_);
+    panel->setShellOpener(opener_);
+    panel->setRecordOpener([this](qint16 relationKind, int id) { OpenRecord(relationKind, id); });
+    panel->setNewTaskOpener(
+        [this](qint16 ownerKind, int ownerId) { OpenTaskFor(ownerKind, ownerId); });
+    connect(form, &FormDetail::recordShown, panel, &FormRelated::showRecord);
+    // A link changed from the panel may change the page's own record (a
+    // contact's account); an edit in progress is not thrown away for it.
+    connect(panel, &FormRelated::linksChanged, form, [form] {
+        if (!form->isModified()) form->reload();
+    });
+}
+
+bool TarvelMain::OpenRecord(qint16 relationKind, int id) {
+    struct Target {
+        qint16 kind;
+        qint16 page;
+        const char* key;
+    };
+    static const Target targets[] = {{kind::Contact, page::ContactDetail, "con_id"},
+                                     {kind::Account, page::AccountDetail, "acc_id"},
+                                     {kind::Opportunity, page::OpportunityDetail, "opp_id"},
+                                     {kind::Document, page::DocumentDetail, "doc_id"}};
+    if (relationKind == kind::Task) return OpenTask(id);
+    for (const Target& t : targets)
+        if (t.kind == relationKind)
+            return OpenPage(t.page, QStringLiteral("WHERE %1=%2").arg(QLatin1String(t.key)).arg(id),
+                            id);
+    return false;
 }
 
 bool TarvelMain::OpenTask(int taskId, const QDate& day, const QTime& time) {

@@ -25,6 +25,7 @@ namespace tarvel {
 class UpdateCheck;
 class FormHome;
 class FormSchRemind;
+class FormDetail;
 
 struct MainWindowOptions {
     // Whether the desktop has a notification area to put the tray icon in.
@@ -73,6 +74,9 @@ public:
     // The task page for a new task begun from a record (kind::Opportunity,
     // Account, Contact, Document), linked to it when saved.
     bool OpenTaskFor(qint16 recordKind, int recordId);
+    // The page of a record of any kind (kind::Contact, ..., kind::Task),
+    // after the unsaved-changes question. False when the user keeps the edit.
+    bool OpenRecord(qint16 relationKind, int id);
     PageWidget* currentPage() const;
     qint16 currentPageCode() const { return currentCode_; }
     PageWidget* pageWidget(qint16 code) const { return pages_.value(code); }
@@ -133,6 +137,8 @@ private:
     PageWidget* createTaskPage();
     // The contact, account, opportunity and document pages; null for other codes.
     PageWidget* createDetailPage(qint16 code);
+    // The related panel below a detail page, wired to the page and the main window.
+    void addRelatedPanel(FormDetail* form, qint16 code);
     // The record lists and the e-mail window; null for other codes.
     PageWidget* createListPage(qint16 code);
     PageWidget* createDataExchangePage();

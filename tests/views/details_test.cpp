@@ -81,7 +81,8 @@ private slots:
         testsupport::typeText(child<QLineEdit>(page, "txt_name"), QStringLiteral("O'B"));
         auto* found = child<QListWidget>(page, "lst_contacts");
         QTRY_COMPARE(found->count(), 1);
-        QCOMPARE(found->item(0)->text(), QStringLiteral("O'Brien  @  "));
+        // Without an account there is nothing to put after "  @  ".
+        QCOMPARE(found->item(0)->text(), QStringLiteral("O'Brien"));
         QVERIFY(dialogs_->shown.isEmpty());
         // The typed text is an edit, so leaving it is asked about.
         dialogs_->answers = {true};

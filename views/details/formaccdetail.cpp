@@ -12,7 +12,7 @@
 #include "records/account.h"
 #include "records/recordsearch.h"
 #include "views/details/detaillayout.h"
-#include "views/details/namesearch.h"
+#include "views/common/namesearch.h"
 #include "views/details/storerecord.h"
 #include "views/lists/listkind.h"
 

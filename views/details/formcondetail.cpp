@@ -16,7 +16,7 @@
 #include "records/recordsearch.h"
 #include "store/jetdate.h"
 #include "views/details/detaillayout.h"
-#include "views/details/namesearch.h"
+#include "views/common/namesearch.h"
 #include "views/details/storerecord.h"
 #include "views/lists/listkind.h"
 

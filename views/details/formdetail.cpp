@@ -22,9 +22,9 @@
 #include "custom/softwaresetting.h"
 #include "records/currency.h"
 #include "views/common/flatbutton.h"
+#include "views/common/namesearch.h"
 #include "views/common/unsaved.h"
 #include "views/details/detaillayout.h"
-#include "views/details/namesearch.h"
 #include "views/formoption.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listkind.h"
@@ -260,7 +260,8 @@ QListWidget* FormDetail::matchList(const char* name, const QString& accessibleNa
 NameSearch* FormDetail::searchNames(QLineEdit* box, QListWidget* matches,
                                     std::function<QString(const QString&)> statement,
                                     bool withAccount, bool showChosen) {
-    auto* search = new NameSearch(box, matches, std::move(statement), withAccount, this);
+    auto* search = new NameSearch(box, matches, std::move(statement),
+                                  withAccount ? QStringLiteral("  @  ") : QString(), this);
     connect(search, &NameSearch::failed, this,
             [this](const QString& e) { info(QStringLiteral("没有能查找，原因可能是") + e); });
     if (showChosen)

@@ -17,11 +17,11 @@
 #include "records/recordsearch.h"
 #include "records/relatedcounts.h"
 #include "store/jetdate.h"
+#include "views/common/namesearch.h"
 #include "views/common/savefailure.h"
 #include "views/lists/tickmodel.h"
 #include "views/recordsetmodel.h"
 #include "views/related/formaddrelated.h"
-#include "views/related/namesearch.h"
 #include "views/related/quickedit.h"
 #include "views/related/relatedkind.h"
 
@@ -241,17 +241,20 @@ void FormRelated::connectSearches(Section& s) {
     if (s.kind == kind::Contact) {
         const auto [contacts, contactsLabel] = listOf("lst_contacts");
         auto* names = new NameSearch(
-            box("txt_con_name"), contacts, contactsLabel,
+            box("txt_con_name"), contacts,
             [this](const QString& text) {
                 return recordsearch::panelContacts(text,
                                                    ownerKind_ == kind::Contact ? ownerId_ : 0);
             },
-            this);
+            QStringLiteral(" - "), this);
+        names->setListLabel(contactsLabel);
         connect(names, &NameSearch::chosen, this, showChosen);
         const auto [accounts, accountsLabel] = listOf("lst_accounts");
         auto* accountNames = new NameSearch(
-            box("txt_con_account"), accounts, accountsLabel,
-            [](const QString& text) { return recordsearch::accountsByName(text); }, this);
+            box("txt_con_account"), accounts,
+            [](const QString& text) { return recordsearch::accountsByName(text); }, QString(),
+            this);
+        accountNames->setListLabel(accountsLabel);
         connect(accountNames, &NameSearch::chosen, this, &FormRelated::takeAccount);
         // A typed name is no longer the account chosen from the list.
         connect(box("txt_con_account"), &QLineEdit::textEdited, this,
@@ -260,8 +263,10 @@ void FormRelated::connectSearches(Section& s) {
     if (s.kind == kind::Opportunity) {
         const auto [deals, dealsLabel] = listOf("lst_opportunities");
         auto* subjects = new NameSearch(
-            box("txt_opp_name"), deals, dealsLabel,
-            [](const QString& text) { return recordsearch::opportunitiesBySubject(text); }, this);
+            box("txt_opp_name"), deals,
+            [](const QString& text) { return recordsearch::opportunitiesBySubject(text); },
+            QString(), this);
+        subjects->setListLabel(dealsLabel);
         connect(subjects, &NameSearch::chosen, this, showChosen);
     }
 }

@@ -9,15 +9,18 @@ class QTimer;
 
 namespace tarvel {
 
-// The search behind a detail page's name box: after a short pause in the
-// typing the records whose name holds the text are listed below the box
-// (a contact as name "  @  " account); choosing one reports its key.
+// The search behind a name box of a detail page or a related panel: after a
+// short pause in the typing the records whose name holds the text are listed
+// below the box (a contact as its name, `separator` and its account, where it
+// has one); choosing one reports its key. The list, and its label when set,
+// show only while there is something to offer.
 class NameSearch : public QObject {
     Q_OBJECT
 public:
     using Statement = std::function<QString(const QString& text)>;
-    NameSearch(QLineEdit* box, QListWidget* list, Statement statement, bool withAccount,
+    NameSearch(QLineEdit* box, QListWidget* list, Statement statement, QString separator,
                QObject* parent);
+    void setListLabel(QWidget* label);
 
     // Runs the search for the box's text at once.
     void searchNow();
@@ -29,10 +32,13 @@ signals:
     void failed(const QString& error);
 
 private:
+    void setOffered(bool offered);
+
     QLineEdit* box_;
     QListWidget* list_;
     Statement statement_;
-    bool withAccount_;
+    QWidget* label_ = nullptr;
+    QString separator_;
     QTimer* pause_;
 };
 
