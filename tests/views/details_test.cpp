@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryFile>
 #include <QtTest>
 
@@ -23,6 +25,7 @@
 #include "views/details/formoppdetail.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listkind.h"
+#include "views/related/formrelated.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
@@ -430,6 +433,30 @@ private slots:
         QCOMPARE(main_->history().c_RecordID(), page->recordId());
         QCOMPARE(main_->history().c_StrCondition(),
                  QStringLiteral("WHERE con_id=%1").arg(page->recordId()));
+    }
+
+    // In the main window the page's related panel follows the record shown,
+    // and a related record opens its own page, whose panel leads back.
+    void relatedPanelFollowsThePage() {
+        run(QStringLiteral("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 1)"));
+        main_ = testsupport::quietMain(dialogs_);
+        QVERIFY(main_->OpenPage(page::ContactDetail, QStringLiteral("WHERE con_id=1"), 1));
+        auto related = [this] {
+            return main_->currentPage()->findChild<FormRelated*>(
+                QStringLiteral("form_con_related"));
+        };
+        QVERIFY(related());
+        auto* tabs = child<QTabWidget>(*related(), "tab_related");
+        QVERIFY(tabs->tabText(0).endsWith(QStringLiteral("(1)")));
+        auto* grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        emit grid->doubleClicked(grid->model()->index(0, 1));
+        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        QCOMPARE(page->recordId(), 3);
+        grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        QCOMPARE(grid->model()->index(0, 1).data().toString(), QStringLiteral("王伟"));
     }
 
 private:
