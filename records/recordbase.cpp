@@ -419,19 +419,25 @@ bool RecordBase::showTaskDigest(const char* control, const char* from, int id) c
 
 QString RecordBase::taskDigest(Recordset& rs, bool withDone) {
     const QString lineBreak = QStringLiteral("\r\n");
-    auto text = [&](const char* column) {
-        return recordvalue::text(rs.value(QLatin1String(column)));
+    // The columns are found once; a panel's digest may run to hundreds of tasks.
+    const int date = rs.fieldIndex(QStringLiteral("tas_date"));
+    const int time = rs.fieldIndex(QStringLiteral("tas_time"));
+    const int closed = rs.fieldIndex(QStringLiteral("tas_closed"));
+    const int tag = rs.fieldIndex(QStringLiteral("tas_tag"));
+    const int subject = rs.fieldIndex(QStringLiteral("tas_subject"));
+    const int description = rs.fieldIndex(QStringLiteral("tas_description"));
+    auto text = [&](int column) {
+        return column < 0 ? QString() : recordvalue::text(rs.value(column));
     };
     QString digest;
     for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
-        const bool done = recordvalue::int16(rs.value(QStringLiteral("tas_closed"))) != 0;
-        digest += text("tas_date") + QLatin1Char(',') + text("tas_time") + QLatin1Char(',') +
+        const bool done = closed >= 0 && recordvalue::int16(rs.value(closed)) != 0;
+        digest += text(date) + QLatin1Char(',') + text(time) + QLatin1Char(',') +
                   (!withDone ? QString()
                    : done    ? QStringLiteral("完成,")
                              : QStringLiteral("未完成,")) +
-                  text("tas_tag") + lineBreak + text("tas_subject") + lineBreak +
-                  text("tas_description") + lineBreak + QStringLiteral("===================") +
-                  lineBreak;
+                  text(tag) + lineBreak + text(subject) + lineBreak + text(description) +
+                  lineBreak + QStringLiteral("===================") + lineBreak;
     }
     return digest;
 }
