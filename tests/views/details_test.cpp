@@ -348,6 +348,11 @@ private slots:
         QVERIFY(main_->OpenPage(page::ContactList));
         auto* list = qobject_cast<lists::FormList*>(main_->currentPage());
         QVERIFY(list);
+        // Without a chosen row the user is told what to do.
+        child<QTableView>(*list, "dg_listall")->setCurrentIndex(QModelIndex());
+        click(*list, "lbl_conrelated");
+        QCOMPARE(dialogs_->lastText(), QStringLiteral("请先在列表中选择一个联系人。"));
+        QCOMPARE(main_->currentPage(), list);
         list->setCurrentRow(1);
         const int id = int(list->currentId());
         click(*list, "lbl_conrelated");

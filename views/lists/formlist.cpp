@@ -222,7 +222,15 @@ void FormList::buildFooter(QVBoxLayout* layout) {
     auto* detail = flatButton(prefix + QStringLiteral("detail"), QStringLiteral("详细信息"), this);
     auto* related =
         flatButton(prefix + QStringLiteral("related"), QStringLiteral("相关信息"), this);
-    const auto current = [this] { return grid_->currentIndex().row(); };
+    // Both buttons act on the chosen row; without one the user is told so.
+    const auto current = [this] {
+        const int row = grid_->currentIndex().row();
+        if (row < 0)
+            info(ticks_->rowCount() == 0
+                     ? QStringLiteral("列表中没有%1。").arg(kind_.noun)
+                     : QStringLiteral("请先在列表中选择一个%1。").arg(kind_.noun));
+        return row;
+    };
     connect(detail, &QPushButton::clicked, this, [this, current] { openRecord(current()); });
     connect(related, &QPushButton::clicked, this, [this, current] {
         const int row = current();
