@@ -280,6 +280,9 @@ bool FormList::showCondition(const QString& condition) {
     condition_ = condition;
     showConditionText();
     selectAll_->setChecked(false);
+    // A row is always at hand, so the detail and related buttons and the
+    // keyboard have something to act on.
+    if (!grid_->currentIndex().isValid() && ticks_->rowCount() > 0) setCurrentRow(0);
     return true;
 }
 
