@@ -222,6 +222,11 @@ void FormDetail::applyCaptions() {
         QString caption = fields.FindCaption(QLatin1String(c.column)).trimmed();
         if (caption.isEmpty() || caption == QStringLiteral("无")) caption = c.fallback;
         c.label->setText(caption + QStringLiteral("："));
+        // A screen reader finds a buddy's caption only among its siblings; a
+        // field that shares its row with buttons is named directly.
+        if (QWidget* field = c.label->buddy();
+            field && field->parentWidget() != c.label->parentWidget())
+            field->setAccessibleName(caption);
     }
     AppSettings modules;
     if (modules.GetToolbarName(0)) {
