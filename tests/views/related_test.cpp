@@ -15,6 +15,7 @@
 #include "records/recordbase.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
+#include "store/trace.h"
 #include "tests/views/helpers.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/formrelated.h"
@@ -347,7 +348,13 @@ void RelatedPanelTest::aNewContactSavedInTheSectionIsLinked() {
     click(*panel_, "cmd_con_new");
     type("txt_con_name", QStringLiteral("孙八"));
     type("txt_con_part", QStringLiteral("表兄"));
+    trace::clear();
+    trace::setEnabled(true);
     click(*panel_, "cmd_con_save");
+    trace::setEnabled(false);
+    // The panel's contact is stamped first.
+    QCOMPARE(trace::statements().value(0),
+             QStringLiteral("UPDATE contacts SET con_recent_contact_date=now WHERE con_id= 5"));
     QCOMPARE(dialogs_->shown.size(), 0);
     const int added = count("SELECT con_id FROM contacts WHERE con_lastname='孙八'");
     QCOMPARE(firstValue("SELECT con_relation FROM contacts_contacts WHERE con_id1=" +

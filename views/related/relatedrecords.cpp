@@ -139,7 +139,12 @@ bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId
         return false;
     }
     tarveldatabase db;
-    db.Execute(stampStatement(ownerKind, ownerId));
+    // A contact's panel stamps its contact in the words it always has.
+    db.Execute(
+        ownerKind == kind::Contact
+            ? QStringLiteral("UPDATE contacts SET con_recent_contact_date=now WHERE con_id= ") +
+                  QString::number(ownerId)
+            : stampStatement(ownerKind, ownerId));
     if (!db.ErrMsg().isEmpty()) {
         error = db.ErrMsg();
         return false;
