@@ -14,8 +14,8 @@
 
 #include "records/recordbase.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
 #include "store/trace.h"
+#include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/formrelated.h"
@@ -401,6 +401,15 @@ void RelatedPanelTest::memoColumnsCannotBeSorted() {
     std::reverse(reversed.begin(), reversed.end());
     QCOMPARE(reversed, ascending);
     QCOMPARE(dialogs_->shown.size(), 1);
+    // The order outlives a save in the section.
+    const QStringList descending = names();
+    QTest::mouseClick(g->viewport(), Qt::LeftButton, {},
+                      g->visualRect(model->index(0, name)).center());
+    type("txt_con_tel", QStringLiteral("010-9"));
+    click(*panel_, "cmd_con_save");
+    QCOMPARE(dialogs_->shown.size(), 1);
+    QCOMPARE(names(), descending);
+    QCOMPARE(g->currentIndex().row(), 0);
 }
 
 // A file chosen through the dialog becomes a new linked document on save;

@@ -319,9 +319,23 @@ void FormRelated::showRecord(int id) {
 void FormRelated::refreshSection(Section& s) {
     if (ownerId_ == 0) return;
     QString error;
-    if (!relatedrecords::setQuery(s.kind, form_, s.data, ownerId_, error)) tell(error);
+    if (!relatedrecords::setQuery(s.kind, form_, s.data, ownerId_, error))
+        tell(error);
+    else
+        keepSortOrder(s);
     applyCaptions(s);
     clearChoice(s);
+}
+
+// A grid read again keeps the order the user chose, with the record of the
+// section still its current row.
+void FormRelated::keepSortOrder(Section& s) {
+    if (s.sortColumn.isEmpty()) return;
+    QString error;
+    if (!relatedrecords::sort(s.data, s.sortColumn, s.ascending, error)) return tell(error);
+    Recordset& rs = *s.data.Recordset;
+    if (const int id = shownId(s); id != 0 && rs.MoveFirst())
+        rs.Find(rs.fieldName(0) + QStringLiteral(" = ") + QString::number(id));
 }
 
 void FormRelated::refreshCounts() {
@@ -451,6 +465,7 @@ void FormRelated::save(Section& s) {
     }
     // A new record was added to the grid's own rows: the grid takes their number again.
     s.model->reload();
+    keepSortOrder(s);
     applyCaptions(s);
     selectCurrentRow(s);
     showInSection(s, shownId(s));

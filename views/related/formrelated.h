@@ -69,6 +69,7 @@ private:
     void connectSearches(Section& s);
     void takeAccount(int id);
     void refreshSection(Section& s);
+    void keepSortOrder(Section& s);
     void refreshCounts();
     void applyCaptions(Section& s);
     void selectCurrentRow(Section& s);
