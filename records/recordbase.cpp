@@ -31,6 +31,20 @@ QString stampStatement(qint16 recordKind, int id) {
     return QLatin1String(prefixes[recordKind - 1]) + QString::number(id);
 }
 
+QString panelStampStatement(qint16 recordKind, int id) {
+    if (recordKind == kind::Contact)
+        return QStringLiteral("UPDATE contacts SET con_recent_contact_date=now WHERE con_id= ") +
+               QString::number(id);
+    return stampStatement(recordKind, id);
+}
+
+const char* keyColumn(qint16 recordKind) {
+    // In the order of the kind codes.
+    static const char* const keys[] = {"opp_id", "acc_id", "con_id", "tas_id", "doc_id"};
+    if (recordKind < kind::Opportunity || recordKind > kind::Document) return nullptr;
+    return keys[recordKind - 1];
+}
+
 namespace recordvalue {
 
 QString text(const QVariant& value) {

@@ -42,6 +42,11 @@ qint16 kindOf(const QString& formName);
 // The statement that stamps a record's "recent" date with the database's now,
 // followed by the id; empty for an unknown kind.
 QString stampStatement(qint16 kind, int id);
+// The stamp a related panel gives its own record before a section is saved:
+// a contact's panel has its own wording, the others stamp as above.
+QString panelStampStatement(qint16 kind, int id);
+// The key column of a kind's table ("con_id"); null for an unknown kind.
+const char* keyColumn(qint16 kind);
 
 // A property's getter and setter in one line; small values pass by value.
 template <typename T>

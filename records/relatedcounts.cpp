@@ -27,23 +27,6 @@ constexpr LinkTable kTables[] = {
     {kind::Task, kind::Document, "tasks_documents"},
 };
 
-const char* keyOf(qint16 k) {
-    switch (k) {
-        case kind::Opportunity:
-            return "opp_id";
-        case kind::Account:
-            return "acc_id";
-        case kind::Contact:
-            return "con_id";
-        case kind::Task:
-            return "tas_id";
-        case kind::Document:
-            return "doc_id";
-        default:
-            return nullptr;
-    }
-}
-
 }  // namespace
 
 QString RelatedCounts::statement(qint16 ownerKind, qint16 relatedKind, int id) {
@@ -54,7 +37,7 @@ QString RelatedCounts::statement(qint16 ownerKind, qint16 relatedKind, int id) {
     for (const LinkTable& t : kTables)
         if ((t.a == ownerKind && t.b == relatedKind) || (t.b == ownerKind && t.a == relatedKind))
             return QStringLiteral("SELECT * FROM ") + QLatin1String(t.table) +
-                   QStringLiteral(" WHERE ") + QLatin1String(keyOf(ownerKind)) +
+                   QStringLiteral(" WHERE ") + QLatin1String(keyColumn(ownerKind)) +
                    QStringLiteral("= ") + n;
     return QString();
 }

@@ -57,8 +57,8 @@ void forEachOccurrence(const QDateTime& taskDate, qint16 cycleValue, const QDate
 }  // namespace
 
 QString ScheduleCalendar::spanQuery(const QDate& first, const QDate& last, const QString& filter) {
-    const QString from = QLatin1Char('#') + jetdate::literalText(first) + QLatin1Char('#');
-    const QString to = QLatin1Char('#') + jetdate::literalText(last) + QLatin1Char('#');
+    const QString from = jetdate::literal(first);
+    const QString to = jetdate::literal(last);
     // Rows stored in the span (for the outlay, whatever they recur on) and the
     // recurring rows whose range meets it; which day each occurs on is sorted
     // out in memory.

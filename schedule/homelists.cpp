@@ -1,16 +1,10 @@
 #include "schedule/homelists.h"
 
 #include "records/recordbase.h"
-#include "store/readrows.h"
 #include "store/jetdate.h"
+#include "store/readrows.h"
 
 namespace tarvel {
-
-namespace {
-QString hashed(const QDate& day) {
-    return QLatin1Char('#') + jetdate::literalText(day) + QLatin1Char('#');
-}
-}  // namespace
 
 bool HomeLists::loadEndingOpportunities(const QDate& day) {
     opportunities_.clear();
@@ -18,8 +12,8 @@ bool HomeLists::loadEndingOpportunities(const QDate& day) {
     RecordsetPtr rs =
         readRows(QStringLiteral("SELECT opp_id, opp_subject, opp_die_date, opp_phase, "
                                 "opp_estimate_sale FROM opportunities WHERE opp_die_date >= ") +
-                     hashed(day) + QStringLiteral(" AND opp_die_date < ") +
-                     hashed(day.addDays(kEndingDays + 1)) +
+                     jetdate::literal(day) + QStringLiteral(" AND opp_die_date < ") +
+                     jetdate::literal(day.addDays(kEndingDays + 1)) +
                      QStringLiteral(" ORDER BY opp_die_date, opp_subject"),
                  errMsg_, "loadEndingOpportunities");
     if (!rs) return false;
@@ -36,13 +30,13 @@ bool HomeLists::loadEndingOpportunities(const QDate& day) {
 bool HomeLists::loadOverdueTasks(const QDate& day) {
     overdue_.clear();
     // One-off tasks only: a recurring task's completion covers all its days.
-    RecordsetPtr rs =
-        readRows(QStringLiteral("SELECT tas_id, tas_date, tas_time, tas_subject FROM tasks WHERE "
-                                "tas_cycle = 0 AND (tas_closed IS NULL OR tas_closed = 0) AND "
-                                "tas_date >= ") +
-                     hashed(day.addDays(-kOverdueDays)) + QStringLiteral(" AND tas_date < ") +
-                     hashed(day) + QStringLiteral(" ORDER BY tas_date DESC, tas_time"),
-                 errMsg_, "loadOverdueTasks");
+    RecordsetPtr rs = readRows(
+        QStringLiteral("SELECT tas_id, tas_date, tas_time, tas_subject FROM tasks WHERE "
+                       "tas_cycle = 0 AND (tas_closed IS NULL OR tas_closed = 0) AND "
+                       "tas_date >= ") +
+            jetdate::literal(day.addDays(-kOverdueDays)) + QStringLiteral(" AND tas_date < ") +
+            jetdate::literal(day) + QStringLiteral(" ORDER BY tas_date DESC, tas_time"),
+        errMsg_, "loadOverdueTasks");
     if (!rs) return false;
     for (; !rs->Eof(); rs->MoveNext()) {
         const QDateTime time = recordvalue::dateTime(rs->value(QStringLiteral("tas_time")));

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "store/readrows.h"
 #include "schedule/recurrence.h"
 #include "schedule/statistics.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
+#include "store/readrows.h"
 #include "store/tarveldatabase.h"
 
 namespace tarvel {

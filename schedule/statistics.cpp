@@ -41,10 +41,6 @@ const Selection* selectionAt(int index) {
     return index >= 0 && index < ScheduleStatistics::kSelections ? &kTable[index] : nullptr;
 }
 
-QString hashed(const QDate& day) {
-    return QLatin1Char('#') + jetdate::literalText(day) + QLatin1Char('#');
-}
-
 // "12abc" counts 12 days, as the number in front of any other text; at most
 // the digits the field takes, so the date stays a sensible one.
 int leadingNumber(const QString& text) {
@@ -115,11 +111,12 @@ QString ScheduleStatistics::filter(int index) const {
     switch (s->filter) {
         case Filter::NotContacted:
             return QStringLiteral("WHERE ") + column + QStringLiteral(" <= ") +
-                   hashed(Clock::today().addDays(-leadingNumber(overDays_)));
+                   jetdate::literal(Clock::today().addDays(-leadingNumber(overDays_)));
         case Filter::Added:
         case Filter::Ending:
-            return QStringLiteral("WHERE ") + column + QStringLiteral(" <= ") + hashed(day2_) +
-                   QStringLiteral("  AND ") + column + QStringLiteral(">=") + hashed(day1_);
+            return QStringLiteral("WHERE ") + column + QStringLiteral(" <= ") +
+                   jetdate::literal(day2_) + QStringLiteral("  AND ") + column +
+                   QStringLiteral(">=") + jetdate::literal(day1_);
         case Filter::WithTasks: {
             const QString link = QLatin1String(s->link);
             return QStringLiteral("WHERE ") + column + QStringLiteral(" IN (SELECT DISTINCT ") +

@@ -264,6 +264,7 @@ PageWidget* TarvelMain::createListPage(qint16 code) {
     if (!kind) return nullptr;
     auto* form = new lists::FormList(*kind);
     form->setDialogs(dialogs_);
+    form->setFileDialogs(files_);
     form->setPageSwitch(pageSwitch());
     form->setHistoryUpdate([this](const QString& condition) {
         history_.setC_StrCondition(condition);
@@ -291,6 +292,7 @@ PageWidget* TarvelMain::createStatisticsPage() {
 PageWidget* TarvelMain::createCalendarPage() {
     auto* form = new FormSchAll;
     form->setDialogs(dialogs_);
+    form->setFileDialogs(files_);
     form->setPageSwitch(pageSwitch());
     form->setTaskOpener(
         [this](int taskId, const QDate& day, const QTime& time) { OpenTask(taskId, day, time); });
@@ -351,15 +353,11 @@ PageWidget* TarvelMain::createDetailPage(qint16 code) {
         history_.setC_RecordID(id);
         history_.Update();
     });
-    addRelatedPanel(form, code);
+    addRelatedPanel(form, lists::listKindForPage(form->listPage())->fieldType);
     return form;
 }
 
-void TarvelMain::addRelatedPanel(FormDetail* form, qint16 code) {
-    const qint16 owner = code == page::ContactDetail       ? kind::Contact
-                         : code == page::AccountDetail     ? kind::Account
-                         : code == page::OpportunityDetail ? kind::Opportunity
-                                                           : kind::Document;
+void TarvelMain::addRelatedPanel(FormDetail* form, qint16 owner) {
     auto* panel = new FormRelated(owner, form->relatedArea());
     form->relatedArea()->layout()->addWidget(panel);
     panel->setDialogs(dialogs_);
@@ -377,21 +375,10 @@ void TarvelMain::addRelatedPanel(FormDetail* form, qint16 code) {
 }
 
 bool TarvelMain::OpenRecord(qint16 relationKind, int id) {
-    struct Target {
-        qint16 kind;
-        qint16 page;
-        const char* key;
-    };
-    static const Target targets[] = {{kind::Contact, page::ContactDetail, "con_id"},
-                                     {kind::Account, page::AccountDetail, "acc_id"},
-                                     {kind::Opportunity, page::OpportunityDetail, "opp_id"},
-                                     {kind::Document, page::DocumentDetail, "doc_id"}};
     if (relationKind == kind::Task) return OpenTask(id);
-    for (const Target& t : targets)
-        if (t.kind == relationKind)
-            return OpenPage(t.page, QStringLiteral("WHERE %1=%2").arg(QLatin1String(t.key)).arg(id),
-                            id);
-    return false;
+    const lists::ListKind* list = lists::listKindForRecord(relationKind);
+    return list &&
+           OpenPage(list->detailPage, QStringLiteral("WHERE %1=%2").arg(list->key).arg(id), id);
 }
 
 bool TarvelMain::OpenTask(int taskId, const QDate& day, const QTime& time) {

@@ -138,7 +138,7 @@ private:
     // The contact, account, opportunity and document pages; null for other codes.
     PageWidget* createDetailPage(qint16 code);
     // The related panel below a detail page, wired to the page and the main window.
-    void addRelatedPanel(FormDetail* form, qint16 code);
+    void addRelatedPanel(FormDetail* form, qint16 ownerKind);
     // The record lists and the e-mail window; null for other codes.
     PageWidget* createListPage(qint16 code);
     PageWidget* createDataExchangePage();

@@ -145,6 +145,10 @@ QString literalText(const QDate& date) {
     return date.toString(QStringLiteral("yyyy-MM-dd"));
 }
 
+QString literal(const QDate& date) {
+    return QLatin1Char('#') + literalText(date) + QLatin1Char('#');
+}
+
 QString literalText(const QDateTime& value) {
     if (value.time() == QTime(0, 0)) return literalText(value.date());
     return canonical(value);

@@ -38,6 +38,8 @@ std::optional<QDateTime> fromVariant(const class QVariant& value);
 // The text the program puts between # signs for a date: "YYYY-MM-DD".
 QString literalText(const QDate& date);
 QString literalText(const QDateTime& value);
+// The whole literal: "#YYYY-MM-DD#".
+QString literal(const QDate& date);
 
 // Weekday with Sunday = 1 .. Saturday = 7.
 int weekdaySundayFirst(const QDate& date);

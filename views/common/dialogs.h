@@ -43,4 +43,9 @@ inline QString messageTitle() {
     return Messages::title();
 }
 
+// The title of the questions about links and accounts.
+inline QString questionTitle() {
+    return QStringLiteral("Tarvel提示您");
+}
+
 }  // namespace tarvel

@@ -15,8 +15,9 @@
 #include "records/contact.h"
 #include "records/recordsearch.h"
 #include "store/jetdate.h"
-#include "views/details/detaillayout.h"
+#include "views/common/accountquestion.h"
 #include "views/common/namesearch.h"
+#include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
 #include "views/lists/listkind.h"
 
@@ -232,7 +233,7 @@ bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
         for (const TextField& f : accountFields_)
             filled = filled || !controlText(f.control).trimmed().isEmpty();
         if (!filled ||
-            dialogs_->ask(QStringLiteral("Tarvel提示您"),
+            dialogs_->ask(questionTitle(),
                           QStringLiteral("您没有填写单位名称，是否要放弃填写单位名称信息？\n"
                                          "提示：点击[是]，软件只保存除单位信息之外的其它信息！")))
             return true;
@@ -240,17 +241,13 @@ bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
         return false;
     }
     if (accountId_ == 0 || txtAccount_->text() == accountName_) return true;
-    switch (dialogs_->askYesNoCancel(QStringLiteral("Tarvel提示您"),
-                                     QStringLiteral("您已经更改了客户单位名称，您要更改此客户信息？"
-                                                    "还是要新建一个客户？\n"
-                                                    "  点击[是]，只修改客户信息\n"
-                                                    "  点击[否]，新建一个客户"))) {
-        case Messages::Answer::Yes:
+    switch (askAccountRename(*dialogs_)) {
+        case AccountRename::Rename:
             return true;
-        case Messages::Answer::No:
+        case AccountRename::NewAccount:
             *newAccount = true;
             return true;
-        case Messages::Answer::Cancel:
+        case AccountRename::Cancel:
             break;
     }
     return false;

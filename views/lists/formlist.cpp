@@ -20,6 +20,7 @@
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
 #include "views/common/flatbutton.h"
+#include "views/common/memocolumn.h"
 #include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -423,8 +424,8 @@ void FormList::searchNow() {
 void FormList::sortBy(int column) {
     if (column <= 0) return;
     const QString name = fieldAt(column);
-    if (name.endsWith(QStringLiteral("_description"))) {
-        info(QStringLiteral("描述字段内容较多不能排序！"));
+    if (isMemoColumn(name)) {
+        info(memoSortRefusal());
         return;
     }
     if (keepUnsavedEdits()) return;

@@ -3,6 +3,7 @@
 #include <QSaveFile>
 
 #include "custom/fsettings.h"
+#include "exchange/csv.h"
 #include "views/lists/tickmodel.h"
 
 namespace tarvel::lists {
@@ -52,16 +53,11 @@ QList<ExportColumn> exportColumns(const ListKind& kind, bool visibleOnly) {
     return columns;
 }
 
-QString csvField(const QString& text) {
-    return QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QStringLiteral("\"\"")) +
-           QLatin1Char('"');
-}
-
 bool writeCsv(const QString& path, const QList<ExportColumn>& columns, Recordset& rows,
               const QString& headerTail, const RowTail& tail, const ExportProgress& progress,
               QString* error) {
     QStringList header;
-    for (const ExportColumn& c : columns) header << csvField(c.caption);
+    for (const ExportColumn& c : columns) header << exchange::csvField(c.caption);
     QString head = header.join(QLatin1Char(','));
     if (!headerTail.isEmpty()) head += QLatin1Char(',') + headerTail;
     QVector<int> at;
@@ -70,7 +66,7 @@ bool writeCsv(const QString& path, const QList<ExportColumn>& columns, Recordset
         QString out;
         for (int i = 0; i < at.size(); ++i) {
             if (i > 0) out += QLatin1Char(',');
-            out += csvField(at[i] < 0 ? QString() : cellText(row.value(at[i])));
+            out += exchange::csvField(at[i] < 0 ? QString() : cellText(row.value(at[i])));
         }
         if (tail) out += QLatin1Char(',') + tail(row);
         return (out + QStringLiteral("\r\n")).toUtf8();

@@ -17,9 +17,6 @@ struct ExportColumn {
 // `visibleOnly`.
 QList<ExportColumn> exportColumns(const ListKind& kind, bool visibleOnly);
 
-// A value between double quotes, inner double quotes doubled.
-QString csvField(const QString& text);
-
 // Told after each record; false cancels the export.
 using ExportProgress = std::function<bool(int done, int total)>;
 // Text after a record's quoted columns (the sums of the expense table).

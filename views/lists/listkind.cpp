@@ -206,4 +206,10 @@ const ListKind* listKindForPage(qint16 page) {
     return nullptr;
 }
 
+const ListKind* listKindForRecord(qint16 recordKind) {
+    for (const ListKind& kind : allKinds())
+        if (kind.fieldType == recordKind) return &kind;
+    return nullptr;
+}
+
 }  // namespace tarvel::lists

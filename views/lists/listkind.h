@@ -72,5 +72,7 @@ struct ListKind {
 const ListKind& listKind(int number);
 // The list shown under a page code; null for other pages.
 const ListKind* listKindForPage(qint16 page);
+// The list of a relation kind code (kind::Contact, ...); null for none.
+const ListKind* listKindForRecord(qint16 recordKind);
 
 }  // namespace tarvel::lists

@@ -14,17 +14,6 @@ QString likeTest(const QString& column, const QString& text) {
     return column + QStringLiteral(" LIKE '%") + text + QStringLiteral("%'");
 }
 
-// The statement's table and tick column by list number; empty past documents.
-struct TickTable {
-    const char* table;
-    const char* tick;
-};
-const TickTable kTickTables[] = {{"opportunities", "opp_check"},
-                                 {"accounts", "acc_check"},
-                                 {"contacts", "con_check"},
-                                 {"tasks", "tas_check"},
-                                 {"documents", "doc_check"}};
-
 }  // namespace
 
 SplitCondition splitCondition(const QString& condition) {
@@ -60,15 +49,15 @@ QString searchCondition(int number, const QString& text) {
 
 QString clearChecksSql(int number) {
     if (number < 0 || number > listno::Documents) return QString();
-    const TickTable& t = kTickTables[number];
-    return QStringLiteral(" UPDATE %1 SET %2=0").arg(QLatin1String(t.table), QLatin1String(t.tick));
+    const ListKind& k = listKind(number);
+    return QStringLiteral(" UPDATE %1 SET %2=0").arg(k.table, k.tick);
 }
 
 QString setChecksSql(int number, int mode, const QString& condition, bool apply) {
     if (number < 0 || number > listno::Documents) return QString();
-    const TickTable& t = kTickTables[number];
-    const QString table = QLatin1String(t.table);
-    const QString tick = QLatin1String(t.tick);
+    const ListKind& k = listKind(number);
+    const QString& table = k.table;
+    const QString& tick = k.tick;
     QString set;
     if (!apply)
         set = tick + QLatin1Char('=') + tick + QLatin1Char(' ');

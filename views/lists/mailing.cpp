@@ -2,6 +2,7 @@
 
 #include "custom/softwaresetting.h"
 #include "store/tarveldatabase.h"
+#include "store/transaction.h"
 
 namespace tarvel::lists {
 
@@ -26,6 +27,8 @@ bool MailStore::load(const QString& condition, QList<MailRecipient>* withAddress
 }
 
 bool MailStore::stampSent(const QList<qint64>& ids) {
+    // All recipients are stamped, or none.
+    Transaction tx;
     for (qint64 id : ids) {
         tarveldatabase db;
         db.Execute(QStringLiteral("UPDATE contacts SET con_sendmail= 1 WHERE con_id= ") +
@@ -35,7 +38,9 @@ bool MailStore::stampSent(const QList<qint64>& ids) {
             return false;
         }
     }
-    return true;
+    if (tx.commit()) return true;
+    errMsg_ = tx.error();
+    return false;
 }
 
 QString MailStore::signature() {

@@ -84,7 +84,7 @@ void FormAddRelated::addChosen() {
         dialogs_->info(messageTitle(), QStringLiteral("您没有选择任何要添加的记录"));
         return;
     }
-    const QString title = QStringLiteral("Tarvel提示您");
+    const QString title = questionTitle();
     if (!dialogs_->ask(title, QStringLiteral("确定要增加这些相关记录吗?"))) return;
     // A contact has one account: joining this one takes it from its old one.
     if (ownerKind_ == kind::Account && kind_ == kind::Contact &&

@@ -17,6 +17,8 @@
 #include "records/recordsearch.h"
 #include "records/relatedcounts.h"
 #include "store/jetdate.h"
+#include "views/common/accountquestion.h"
+#include "views/common/memocolumn.h"
 #include "views/common/namesearch.h"
 #include "views/common/savefailure.h"
 #include "views/lists/tickmodel.h"
@@ -28,10 +30,6 @@
 namespace tarvel {
 
 namespace {
-
-QString askTitle() {
-    return QStringLiteral("Tarvel提示您");
-}
 
 QPushButton* button(QWidget* parent, const QString& name, const QString& text) {
     auto* b = new QPushButton(text, parent);
@@ -420,28 +418,26 @@ bool FormRelated::askAccountQuestions(int contactId, relatedrecords::AccountChoi
     if (name.trimmed().isEmpty()) {
         if (address.trimmed().isEmpty()) return true;
         const bool drop = dialogs_->ask(
-            askTitle(), QStringLiteral("您没有填写客户单位名称，是否要放弃填写客户信息？\n"
-                                       "提示：点击[是]，系统只会放弃保存客户信息，"
-                                       "联系人其他信息仍会保存！"));
+            questionTitle(), QStringLiteral("您没有填写客户单位名称，是否要放弃填写客户信息？\n"
+                                            "提示：点击[是]，系统只会放弃保存客户信息，"
+                                            "联系人其他信息仍会保存！"));
         if (!drop) control("txt_con_account")->setFocus();
         return drop;
     }
     const int oldAccount = form_.property(QStringLiteral("OldAccountID")).toInt();
     if (contactId == 0 || oldAccount == 0 || chosenAccount_ != 0 || name == shownAccount_)
         return true;
-    switch (dialogs_->askYesNoCancel(
-        askTitle(), QStringLiteral("您已经更改了客户单位名称，您要更改此客户信息？"
-                                   "还是要新建一个客户？\n  点击[是]，只修改客户信息\n"
-                                   "  点击[否]，新建一个客户"))) {
-        case Dialogs::Answer::Yes:
+    switch (askAccountRename(*dialogs_)) {
+        case AccountRename::Rename:
             choice.rename = true;
             return true;
-        case Dialogs::Answer::No:
+        case AccountRename::NewAccount:
             choice.newAccount = true;
             return true;
-        default:
-            return false;
+        case AccountRename::Cancel:
+            break;
     }
+    return false;
 }
 
 void FormRelated::save(Section& s) {
@@ -482,7 +478,7 @@ void FormRelated::unlink(Section& s) {
     const QString question = s.kind == kind::Opportunity
                                  ? QStringLiteral("您确定删除和此单位的相关性？")
                                  : QStringLiteral("您确定删除和此记录的相关性？");
-    if (!dialogs_->ask(askTitle(), question)) return;
+    if (!dialogs_->ask(questionTitle(), question)) return;
     QString error;
     if (!relatedrecords::unlink(ownerKind_, ownerId_, s.kind, other, error))
         tell(refusedText(QStringLiteral("删除相关性"), error));
@@ -494,8 +490,8 @@ void FormRelated::unlink(Section& s) {
 void FormRelated::sortBy(Section& s, int column) {
     if (!s.data.Recordset || column < 0 || column >= s.data.Recordset->FieldCount()) return;
     const QString field = s.data.Recordset->fieldName(column);
-    if (!relatedrecords::sortable(field)) {
-        tell(QStringLiteral("描述字段内容较多不能排序！"));
+    if (isMemoColumn(field)) {
+        tell(memoSortRefusal());
         return;
     }
     s.ascending = s.sortColumn == field ? !s.ascending : true;

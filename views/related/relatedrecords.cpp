@@ -139,12 +139,7 @@ bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId
         return false;
     }
     tarveldatabase db;
-    // A contact's panel stamps its contact in the words it always has.
-    db.Execute(
-        ownerKind == kind::Contact
-            ? QStringLiteral("UPDATE contacts SET con_recent_contact_date=now WHERE con_id= ") +
-                  QString::number(ownerId)
-            : stampStatement(ownerKind, ownerId));
+    db.Execute(panelStampStatement(ownerKind, ownerId));
     if (!db.ErrMsg().isEmpty()) {
         error = db.ErrMsg();
         return false;
@@ -156,10 +151,6 @@ bool save(qint16 k, Form& form, DataControl& grid, qint16 ownerKind, int ownerId
     });
     refused = writing;
     return committed(tx, ok, error);
-}
-
-bool sortable(const QString& field) {
-    return !field.section(QLatin1Char('.'), -1).endsWith(QLatin1String("_description"));
 }
 
 bool sort(DataControl& grid, const QString& field, bool ascending, QString& error) {

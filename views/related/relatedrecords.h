@@ -32,8 +32,6 @@ struct AccountChoice {
 bool save(qint16 kind, Form& form, DataControl& grid, qint16 ownerKind, int ownerId, int id,
           const AccountChoice& account, QString& error, bool& refused);
 
-// Memo columns (the descriptions) are too long to sort by.
-bool sortable(const QString& field);
 // The grid's rows again, ordered by `field` (instead of any order it had).
 bool sort(DataControl& grid, const QString& field, bool ascending, QString& error);
 

@@ -10,13 +10,6 @@
 
 namespace tarvel {
 
-namespace {
-// The opportunity section keeps its own wording of the question.
-QString askTitle() {
-    return QStringLiteral("Tarvel提示您");
-}
-}  // namespace
-
 TaskRelatedPanel::TaskRelatedPanel(const std::shared_ptr<Dialogs>& dialogs, QWidget* parent)
     : QTabWidget(parent), dialogs_(dialogs) {
     setObjectName(QStringLiteral("tab_sch_related"));
@@ -190,7 +183,7 @@ void TaskRelatedPanel::unlinkChosen(Section& s) {
     const QString question = s.kind == kind::Opportunity
                                  ? QStringLiteral("您确定删除和此单位的相关性？")
                                  : QStringLiteral("您确定删除和此记录的相关性？");
-    if (!dialogs_ || !dialogs_->ask(askTitle(), question)) return;
+    if (!dialogs_ || !dialogs_->ask(questionTitle(), question)) return;
     Task task;
     task.setID(taskId_);
     if (!task.DeleteRelative(s.kind, item->data(Qt::UserRole).toInt()))
