@@ -8,6 +8,7 @@ namespace tarvel {
 
 bool HomeLists::loadEndingOpportunities(const QDate& day) {
     opportunities_.clear();
+    errMsg_.clear();
     // A deadline with a time of day still counts on its last day.
     RecordsetPtr rs =
         readRows(QStringLiteral("SELECT opp_id, opp_subject, opp_die_date, opp_phase, "
@@ -29,6 +30,7 @@ bool HomeLists::loadEndingOpportunities(const QDate& day) {
 
 bool HomeLists::loadOverdueTasks(const QDate& day) {
     overdue_.clear();
+    errMsg_.clear();
     // One-off tasks only: a recurring task's completion covers all its days.
     RecordsetPtr rs = readRows(
         QStringLiteral("SELECT tas_id, tas_date, tas_time, tas_subject FROM tasks WHERE "

@@ -31,6 +31,7 @@ bool TodayList::load() {
 }
 
 bool TodayList::load(const QDate& day) {
+    errMsg_.clear();  // what is shown is this load's failure, not an old one
     RecordsetPtr rs = readRows(todayTasksQuery(day), errMsg_, "load");
     if (!rs) return false;
     RecordsetPtr people =

@@ -187,7 +187,6 @@ void FormHome::fill(const PageRequest&) {
 
 void FormHome::refresh() {
     const QDate day = Clock::today();
-    lists_.setErrMsg(QString());
     lblDate_->setText(QStringLiteral("今天是") + longDate(day));
     if (today_.load(day)) {
         showToday();

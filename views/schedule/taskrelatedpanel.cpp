@@ -98,8 +98,11 @@ void TaskRelatedPanel::rebuildLayout() {
         }
         setTabVisible(indexOf(s.page), visible);
         updateCaption(s);
+        // The links are as they were; only the right to edit them may have changed.
+        s.add->setEnabled(s.editable);
+        s.remove->setEnabled(s.editable);
+        s.find->setEnabled(s.editable);
     }
-    showTask(taskId_);
 }
 
 void TaskRelatedPanel::updateCaption(Section& s) {
