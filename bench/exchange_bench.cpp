@@ -39,6 +39,7 @@
 #include "exchange/csv.h"
 #include "exchange/csvimport.h"
 #include "exchange/reportexport.h"
+#include "exchange/textdecode.h"
 #include "exchange/textfile.h"
 #include "store/schema.h"
 
@@ -209,10 +210,10 @@ void csvImportRaw(benchmark::State& state) {
         prepare(db, "INSERT INTO accounts (acc_name, acc_create_date) VALUES (?,?)");
     sqlite3_stmt* link = prepare(db, "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (?,?)");
     for (auto _ : state) {
-        QString text;
+        tarvel::exchange::DecodedText text;
         QString error;
         tarvel::exchange::readTextFile(csvPath(), &text, &error);
-        auto rows = tarvel::exchange::parseCsv(text);
+        auto rows = tarvel::exchange::parseCsv(text.text);
         rows.removeFirst();
         bool ok = exec(db, "BEGIN");
         const std::string now = nowText();

@@ -5,6 +5,7 @@
 #include "custom/fsettings.h"
 #include "exchange/recordwriter.h"
 #include "exchange/tables.h"
+#include "exchange/textdecode.h"
 #include "exchange/textfile.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
@@ -40,9 +41,9 @@ bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan
         *error = QStringLiteral("只能从CSV文件导入联系人或单位");
         return false;
     }
-    QString text;
+    DecodedText text;
     if (!readTextFile(path, &text, error)) return false;
-    QList<CsvRow> rows = parseCsv(text);
+    QList<CsvRow> rows = parseCsv(text.text);
     if (rows.isEmpty()) {
         *error = QStringLiteral("%1 中没有数据").arg(path);
         return false;

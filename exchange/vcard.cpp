@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include "exchange/recordwriter.h"
+#include "exchange/textdecode.h"
 #include "exchange/textfile.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
@@ -278,9 +279,10 @@ Outcome exportVCards(const QString& path, int* written, const Progress& progress
 }
 
 Outcome importVCards(const QString& path, int* added, const Progress& progress) {
-    QString text, error;
+    DecodedText text;
+    QString error;
     if (!readTextFile(path, &text, &error)) return Outcome::failure(error);
-    const QList<VCardContact> contacts = readVCards(text);
+    const QList<VCardContact> contacts = readVCards(text.text);
     if (contacts.isEmpty())
         return Outcome::failure(QStringLiteral("%1 中没有联系人名片").arg(path));
     Transaction transaction;

@@ -63,13 +63,6 @@ TEST(Csv, SplitsQuotedFieldsAndCountsLines) {
     }
 }
 
-TEST(TextFile, DetectsTheEncodingsSpreadsheetsWrite) {
-    const QString text = "姓名,单位\n张三,甲公司";
-    EXPECT_EQ(decodeText("\xEF\xBB\xBF" + text.toUtf8()), text);
-    EXPECT_EQ(decodeText(text.toUtf8()), text);
-    EXPECT_EQ(decodeText(gb18030(text)), text);
-}
-
 TEST_F(TextFormats, CsvImportLinksAccountsByNameAndIsAllOrNothing) {
     run("INSERT INTO accounts (acc_name) VALUES ('甲公司')");
     const QString path = inFolder("in.csv");
