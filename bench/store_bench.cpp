@@ -36,7 +36,7 @@
 #include "bench/rawengine.h"
 #include "custom/fsettings.h"
 #include "store/tarveldatabase.h"
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 
 namespace {
 

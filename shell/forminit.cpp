@@ -9,7 +9,7 @@
 #include "store/encode.h"
 #include "store/transaction.h"
 #include "views/common/savefailure.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

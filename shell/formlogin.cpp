@@ -7,7 +7,7 @@
 
 #include "shell/globals.h"
 #include "store/encode.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

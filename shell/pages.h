@@ -5,13 +5,13 @@
 #include <QVBoxLayout>
 #include <functional>
 
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 
 // Where a page code lives: its window name, the toolbar key of its module and
 // what its caption adds to the module's (null for the page the module's
-// toolbar button opens). The codes are in views/page.h.
+// toolbar button opens). The codes are in views/common/page.h.
 struct PageInfo {
     qint16 code;
     const char* formName;

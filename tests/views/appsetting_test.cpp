@@ -12,7 +12,7 @@
 #include "custom/userprofile.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
-#include "views/formappsetting.h"
+#include "views/settings/formappsetting.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;

@@ -7,7 +7,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
-#include "views/formhome.h"
+#include "views/home/formhome.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

@@ -8,8 +8,8 @@
 
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
-#include "views/formoption.h"
-#include "views/optionwidgets.h"
+#include "views/options/formoption.h"
+#include "views/options/optionwidgets.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;

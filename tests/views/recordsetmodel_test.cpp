@@ -1,6 +1,6 @@
 // The grid model over a recordset: cells come from the recordset as the grid
 // asks, its shape changes on reload, and grid rows and records stay in step.
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 
 #include <QAbstractItemModelTester>
 #include <QtTest>

@@ -10,7 +10,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
-#include "views/formschremind.h"
+#include "views/schedule/formschremind.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

@@ -9,7 +9,7 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
-#include "views/formschremind.h"
+#include "views/schedule/formschremind.h"
 #include "views/common/windowplacement.h"
 
 using namespace tarvel;

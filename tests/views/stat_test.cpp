@@ -9,7 +9,7 @@
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
-#include "views/formschstat.h"
+#include "views/schedule/formschstat.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

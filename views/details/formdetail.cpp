@@ -25,11 +25,11 @@
 #include "views/common/namesearch.h"
 #include "views/common/unsaved.h"
 #include "views/details/detaillayout.h"
-#include "views/formoption.h"
+#include "views/options/formoption.h"
 #include "views/lists/formlist.h"
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
-#include "views/optionwidgets.h"
+#include "views/options/optionwidgets.h"
 
 namespace tarvel {
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "views/common/dialogs.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 class QCheckBox;
 class QComboBox;

@@ -18,7 +18,7 @@
 #include "views/common/namesearch.h"
 #include "views/details/storerecord.h"
 #include "views/lists/listkind.h"
-#include "views/optionwidgets.h"
+#include "views/options/optionwidgets.h"
 
 namespace tarvel {
 

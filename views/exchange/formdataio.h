@@ -8,7 +8,7 @@
 #include "exchange/progress.h"
 #include "views/common/dialogs.h"
 #include "views/exchange/dataioprompts.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "views/exchange/dataioprompts.h"
-#include "views/page.h"
+#include "views/common/page.h"
 #include "views/common/dialogs.h"
 
 namespace tarvel {

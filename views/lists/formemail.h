@@ -6,7 +6,7 @@
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 #include "views/lists/mailing.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 class QLineEdit;
 class QListWidget;

@@ -28,7 +28,7 @@
 #include "views/lists/listexport.h"
 #include "views/lists/listsql.h"
 #include "views/lists/tickmodel.h"
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 
 namespace tarvel::lists {
 

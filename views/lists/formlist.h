@@ -13,7 +13,7 @@
 #include "views/lists/listkind.h"
 #include "views/lists/liststore.h"
 #include "views/lists/searchindex.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 class QCheckBox;
 class QComboBox;

@@ -4,7 +4,7 @@
 #include "records/contact.h"
 #include "records/document.h"
 #include "records/opportunity.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel::lists {
 

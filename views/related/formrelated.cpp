@@ -22,7 +22,7 @@
 #include "views/common/namesearch.h"
 #include "views/common/savefailure.h"
 #include "views/lists/tickmodel.h"
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/quickedit.h"
 #include "views/related/relatedkind.h"

@@ -11,7 +11,7 @@
 
 #include "custom/optionlists.h"
 #include "records/recordbase.h"
-#include "views/optionwidgets.h"
+#include "views/options/optionwidgets.h"
 
 namespace tarvel {
 

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "store/clock.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

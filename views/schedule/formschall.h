@@ -12,7 +12,7 @@
 #include "schedule/calendar.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
-#include "views/page.h"
+#include "views/common/page.h"
 #include "views/schedule/calendarviews.h"
 
 namespace tarvel {

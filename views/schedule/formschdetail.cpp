@@ -13,7 +13,7 @@
 #include "store/jetdate.h"
 #include "store/transaction.h"
 #include "views/common/unsaved.h"
-#include "views/optionwidgets.h"
+#include "views/options/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
 
 namespace tarvel {

@@ -13,7 +13,7 @@
 #include "views/common/filedialogs.h"
 #include "views/common/widgetform.h"
 #include "views/common/windowmessages.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

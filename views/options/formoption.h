@@ -10,7 +10,7 @@
 
 #include "store/datacontrol.h"
 #include "views/common/dialogs.h"
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 
 namespace tarvel {
 

@@ -1,4 +1,4 @@
-#include "views/keyfilter.h"
+#include "views/common/keyfilter.h"
 
 #include <QEvent>
 #include <QKeyEvent>

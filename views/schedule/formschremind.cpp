@@ -1,4 +1,4 @@
-#include "views/formschremind.h"
+#include "views/schedule/formschremind.h"
 
 #include <QApplication>
 #include <QFrame>
@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "store/clock.h"
-#include "views/keyfilter.h"
+#include "views/common/keyfilter.h"
 #include "views/common/widgetform.h"
 
 namespace tarvel {

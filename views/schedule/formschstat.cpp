@@ -1,4 +1,4 @@
-#include "views/formschstat.h"
+#include "views/schedule/formschstat.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -6,7 +6,7 @@
 #include <QMouseEvent>
 #include <QVBoxLayout>
 
-#include "views/keyfilter.h"
+#include "views/common/keyfilter.h"
 
 namespace tarvel {
 

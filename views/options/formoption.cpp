@@ -1,4 +1,4 @@
-#include "views/formoption.h"
+#include "views/options/formoption.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -8,8 +8,8 @@
 
 #include "store/tarveldatabase.h"
 #include "views/common/savefailure.h"
-#include "views/optionwidgets.h"
-#include "views/page.h"
+#include "views/options/optionwidgets.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

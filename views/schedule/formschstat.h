@@ -8,7 +8,7 @@
 
 #include "schedule/statistics.h"
 #include "views/common/windowmessages.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

@@ -1,4 +1,4 @@
-#include "views/recordsetmodel.h"
+#include "views/common/recordsetmodel.h"
 
 #include <algorithm>
 

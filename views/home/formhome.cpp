@@ -1,4 +1,4 @@
-#include "views/formhome.h"
+#include "views/home/formhome.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

@@ -1,4 +1,4 @@
-#include "views/formappsetting.h"
+#include "views/settings/formappsetting.h"
 
 #include <QButtonGroup>
 #include <QFormLayout>

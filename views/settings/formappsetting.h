@@ -13,7 +13,7 @@
 
 #include "custom/appsetting.h"
 #include "views/common/dialogs.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

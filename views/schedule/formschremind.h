@@ -9,7 +9,7 @@
 
 #include "schedule/reminders.h"
 #include "views/common/windowmessages.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 

@@ -1,4 +1,4 @@
-#include "views/optionwidgets.h"
+#include "views/options/optionwidgets.h"
 
 #include "custom/optionlists.h"
 

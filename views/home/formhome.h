@@ -6,7 +6,7 @@
 
 #include "schedule/homelists.h"
 #include "schedule/reminders.h"
-#include "views/page.h"
+#include "views/common/page.h"
 
 namespace tarvel {
 
