@@ -2,20 +2,14 @@
 
 #include <QDir>
 #include <QHBoxLayout>
-#include <QMouseEvent>
 #include <QVBoxLayout>
 
 #include "shell/globals.h"
 #include "store/encode.h"
+#include "views/common/flatbutton.h"
 #include "views/common/page.h"
 
 namespace tarvel {
-
-void ClickLabel::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
-        emit clicked();
-    QLabel::mouseReleaseEvent(event);
-}
 
 FormLogin::FormLogin(QWidget* parent)
     : QDialog(parent),
@@ -44,10 +38,7 @@ FormLogin::FormLogin(QWidget* parent)
     status_->setStyleSheet(QStringLiteral("color: #b00020;"));
     status_->hide();
 
-    label1_ = new ClickLabel(QStringLiteral("访问Tarvel网站"), this);
-    label1_->setObjectName(QStringLiteral("Label1"));
-    label1_->setCursor(Qt::PointingHandCursor);
-    label1_->setStyleSheet(QStringLiteral("color: #1a5fb4; text-decoration: underline;"));
+    label1_ = flatButton(QStringLiteral("Label1"), QStringLiteral("访问Tarvel网站"), this);
 
     cmdOk_ = new QPushButton(QStringLiteral("确定"), this);
     cmdOk_->setObjectName(QStringLiteral("cmd_ok"));
@@ -80,7 +71,7 @@ FormLogin::FormLogin(QWidget* parent)
     connect(cmdOk_, &QPushButton::clicked, this, &FormLogin::cmdOkClick);
     connect(cmdNo_, &QPushButton::clicked, this, &FormLogin::cmdNoClick);
     connect(txtPassword_, &QLineEdit::returnPressed, this, &FormLogin::cmdOkClick);
-    connect(label1_, &ClickLabel::clicked, this, &FormLogin::label1Click);
+    connect(label1_, &QPushButton::clicked, this, &FormLogin::label1Click);
 
     // Every read of a missing file fails quietly and the login can never
     // succeed, so say here which file was looked for.

@@ -10,18 +10,6 @@
 
 namespace tarvel {
 
-// A label that reports a click, for the web link of the login window.
-class ClickLabel : public QLabel {
-    Q_OBJECT
-public:
-    using QLabel::QLabel;
-signals:
-    void clicked();
-
-protected:
-    void mouseReleaseEvent(QMouseEvent* event) override;
-};
-
 // The password prompt of every start after the first. Sets the passed flag and
 // closes on a correct password; a wrong one may be retried without limit.
 class FormLogin : public QDialog {
@@ -43,7 +31,7 @@ private:
     QLineEdit* txtPassword_;
     QPushButton* cmdOk_;
     QPushButton* cmdNo_;
-    ClickLabel* label1_;
+    QPushButton* label1_;
     QLabel* status_;
 };
 

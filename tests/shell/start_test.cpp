@@ -87,7 +87,7 @@ void StartTest::loginTrimsRefusesWrongCaseAndAllowsRetry() {
     form.setShellOpener(opener);
     form.show();
     QVERIFY(child<QLabel>(form, "lbl_status")->isHidden());
-    tarvel::testsupport::clickLabel(child<QLabel>(form, "Label1"));
+    child<QPushButton>(form, "Label1")->click();
     QCOMPARE(opener->opened, QList<QUrl>{QUrl(QStringLiteral("https://example.org/tarvel"))});
 
     auto* txt = child<QLineEdit>(form, "txt_password");

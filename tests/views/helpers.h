@@ -41,10 +41,6 @@ inline void click(const QWidget& parent, const char* button) {
     child<QPushButton>(parent, button)->click();
 }
 
-inline void clickLabel(QLabel* label) {
-    QTest::mouseClick(label, Qt::LeftButton, {}, label->rect().center());
-}
-
 // Types text key by key; unlike QTest::keyClicks it takes characters outside Latin-1.
 inline void typeText(QWidget* widget, const QString& text) {
     for (const QChar c : text)

@@ -44,7 +44,7 @@ private:
     void select(int index, const QDate& from, const QDate& to) {
         child<QDateEdit>(*page_, "DT_day1")->setDate(from);
         child<QDateEdit>(*page_, "DT_day2")->setDate(to);
-        tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", index));
+        indexed<QPushButton>(*page_, "lbl_Selection", index)->click();
     }
 
     std::unique_ptr<tarvel::testing::TempDataFile> file_;
@@ -76,7 +76,7 @@ void StatTest::periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
 
     // Not contacted for the days typed: the period plays no part.
     QTest::keyClicks(child<QLineEdit>(*page_, "txt_overdays"), "0");  // 150 days
-    tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", 1));
+    indexed<QPushButton>(*page_, "lbl_Selection", 1)->click();
     QCOMPARE(opened_.last(), QStringLiteral("12 WHERE acc_recent_contact_date <= #2023-12-22#"));
     QCOMPARE(dialogs_->shown.size(), 2);
 
@@ -86,7 +86,7 @@ void StatTest::periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
     QTest::keyClicks(days, "999999");
     QCOMPARE(days->text(), QStringLiteral("9999"));
     days->clear();
-    tarvel::testsupport::clickLabel(indexed<QLabel>(*page_, "lbl_Selection", 0));
+    indexed<QPushButton>(*page_, "lbl_Selection", 0)->click();
     QCOMPARE(dialogs_->shown.size(), 3);
     QCOMPARE(opened_.size(), 3);
 }

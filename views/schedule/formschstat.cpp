@@ -3,36 +3,14 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include "views/common/flatbutton.h"
 #include "views/common/keyfilter.h"
 
 namespace tarvel {
 
 namespace {
-
-// A caption that acts on a click, drawn as a link.
-class SelectionLabel : public QLabel {
-public:
-    SelectionLabel(int index, std::function<void(int)> clicked, QWidget* parent)
-        : QLabel(parent), index_(index), clicked_(std::move(clicked)) {
-        setObjectName(QStringLiteral("lbl_Selection"));
-        setProperty("Index", index);
-        setCursor(Qt::PointingHandCursor);
-        setStyleSheet(QStringLiteral("color: palette(link); text-decoration: underline;"));
-    }
-
-protected:
-    void mouseReleaseEvent(QMouseEvent* event) override {
-        if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
-            clicked_(index_);
-    }
-
-private:
-    int index_;
-    std::function<void(int)> clicked_;
-};
 
 QLabel* label(const char* name, const QString& text, QWidget* parent) {
     auto* l = new QLabel(text, parent);
@@ -61,9 +39,14 @@ FormSchStat::FormSchStat(QWidget* parent)
         label("lbl_hint", QStringLiteral("点击下面的统计项目，在相应的列表中查看结果。"), this);
     lblHint->setStyleSheet(QStringLiteral("color: palette(dark);"));
 
-    for (int i = 0; i < ScheduleStatistics::kSelections; ++i)
-        selections_ << new SelectionLabel(
-            i, [this](int index) { lblSelectionClick(index); }, this);
+    // Each statistic is a button drawn as a link: keyboards and screen readers
+    // reach it; its index tells which one it is.
+    for (int i = 0; i < ScheduleStatistics::kSelections; ++i) {
+        QPushButton* b = flatButton(QStringLiteral("lbl_Selection"), QString(), this);
+        b->setProperty("Index", i);
+        connect(b, &QPushButton::clicked, this, [this, i] { lblSelectionClick(i); });
+        selections_ << b;
+    }
 
     // Not contacted: the number of days, then selections 0 to 2.
     txtOverdays_ = new QLineEdit(this);

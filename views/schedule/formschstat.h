@@ -4,11 +4,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QList>
+#include <QPushButton>
 #include <memory>
 
 #include "schedule/statistics.h"
-#include "views/common/windowmessages.h"
 #include "views/common/page.h"
+#include "views/common/windowmessages.h"
 
 namespace tarvel {
 
@@ -31,7 +32,7 @@ public:
     // The captions name the record kinds by their module captions.
     void rebuildLayout() override;
 
-    QLabel* lblSelection(int index) const { return selections_.value(index); }
+    QPushButton* lblSelection(int index) const { return selections_.value(index); }
 
 public slots:
     void lblSelectionClick(int index);
@@ -44,7 +45,7 @@ private:
     QLineEdit* txtOverdays_;
     QDateEdit* dtDay1_;
     QDateEdit* dtDay2_;
-    QList<QLabel*> selections_;
+    QList<QPushButton*> selections_;
 };
 
 }  // namespace tarvel
