@@ -138,7 +138,7 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
     ASSERT_TRUE(problem.isEmpty()) << problem.toStdString();
     const quint32 seed = QRandomGenerator::global()->generate();
     QRandomGenerator random(seed);
-    int kills = 0;
+    int killedWorking = 0, runs = 0;
     for (const Operation& op : kOperations) {
         // The whole run once, for the state after it and how long it takes.
         const QString reference = freshCopy(QString("%1-done").arg(op.name));
@@ -163,7 +163,9 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
             QThread::msleep(random.bounded(int(duration * 11 / 10) + 1));
             child.kill();  // SIGKILL
             child.waitForFinished();
-            ++kills;
+            ++runs;
+            // A run that had already finished proves nothing about a kill.
+            if (child.exitStatus() == QProcess::CrashExit) ++killedWorking;
             problem.clear();
             const QString state = fingerprint(live, &problem);
             EXPECT_TRUE(problem.isEmpty()) << where.toStdString() << ": " << problem.toStdString();
@@ -174,7 +176,8 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
                 expectWholeOrAbsent(QDir(QFileInfo(live).path()).filePath(op.writes), where);
         }
     }
-    EXPECT_GE(kills, 50);
+    // The kill moments spread over the whole run, so most land while it works.
+    EXPECT_GE(killedWorking, runs / 2) << "seed " << seed;
 }
 
 TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {
