@@ -54,6 +54,7 @@ private:
     QLabel* lblBackupDate_;
     QComboBox* cboReportKind_;
     QComboBox* cboCsvKind_;
+    QComboBox* cboVCardVersion_;
     QPushButton* cmdImportCsv_ = nullptr;
 };
 
