@@ -76,16 +76,23 @@ AccountLinker::AccountLinker() : accounts_(QStringLiteral("accounts")) {
         byName_.insert(rs->value(1).toString().toLower(), rs->value(0).toLongLong());
 }
 
-bool AccountLinker::link(qint64 contactId, const QString& accountName, QString* error) {
+bool AccountLinker::link(qint64 contactId, const QString& accountName, QString* error,
+                         qint64* idOut, bool* addedOut,
+                         const QHash<QString, QVariant>& newAccount) {
     const QString name = accountName.trimmed();
+    if (addedOut) *addedOut = false;
     if (name.isEmpty()) return true;
     qint64 accountId = byName_.value(name.toLower());
     if (!accountId) {
-        accountId = accounts_.add({{QStringLiteral("acc_name"), name}}, error);
+        QHash<QString, QVariant> columns = newAccount;
+        columns.insert(QStringLiteral("acc_name"), name);
+        accountId = accounts_.add(columns, error);
         if (!accountId) return false;
         byName_.insert(name.toLower(), accountId);
         ++added_;
+        if (addedOut) *addedOut = true;
     }
+    if (idOut) *idOut = accountId;
     if (links_ && links_->State() == adStateOpen && links_->AddNew() &&
         links_->setValue(0, accountId) && links_->setValue(1, contactId) && links_->Update())
         return true;

@@ -38,8 +38,11 @@ private:
 class AccountLinker {
 public:
     AccountLinker();
-    // False with the reason in `error`; a blank name links nothing.
-    bool link(qint64 contactId, const QString& accountName, QString* error);
+    // False with the reason in `error`; a blank name links nothing. An account
+    // added for the name starts with `newAccount`'s columns.
+    bool link(qint64 contactId, const QString& accountName, QString* error,
+              qint64* accountId = nullptr, bool* accountAdded = nullptr,
+              const QHash<QString, QVariant>& newAccount = {});
     int accountsAdded() const { return added_; }
 
 private:

@@ -223,11 +223,43 @@ const std::vector<Table>& otherTables() {
     return tables;
 }
 
-QString createTable(const Table& table) {
+// Tables added after the first data files were made.
+const std::vector<Table>& laterTables() {
+    static const std::vector<Table> tables = {
+        // The last import, kept so that it can be taken back.
+        {"import_journal",
+         {{"ijn_id", Type::Key},
+          {"ijn_date", Type::Date},
+          {"ijn_source", Type::Text},
+          {"ijn_file", Type::Memo},
+          {"ijn_summary", Type::Memo}}},
+        // What it did: a record added (no column; the value is the row's
+        // fingerprint), a link added (the column names the other table), or a
+        // field changed from ijc_old to ijc_new.
+        {"import_changes",
+         {{"ijc_import", Type::Int},
+          {"ijc_table", Type::Text},
+          {"ijc_key", Type::Int},
+          {"ijc_column", Type::Text},
+          {"ijc_old", Type::Memo},
+          {"ijc_new", Type::Memo}}},
+        // The id a record had in another program (a vCard or iCalendar UID).
+        {"external_ids",
+         {{"ext_source", Type::Text},
+          {"ext_id", Type::Memo},
+          {"ext_table", Type::Text},
+          {"ext_key", Type::Int},
+          {"ext_import", Type::Int}}},
+    };
+    return tables;
+}
+
+QString createTable(const Table& table, bool ifMissing = false) {
     QStringList columns;
     for (const Column& c : table.columns) columns << columnDefinition(c);
-    return QStringLiteral("CREATE TABLE \"%1\" (%2)")
-        .arg(QLatin1String(table.name), columns.join(QStringLiteral(", ")));
+    return QStringLiteral("CREATE TABLE %1\"%2\" (%3)")
+        .arg(ifMissing ? QStringLiteral("IF NOT EXISTS ") : QString(), QLatin1String(table.name),
+             columns.join(QStringLiteral(", ")));
 }
 
 }  // namespace
@@ -261,6 +293,16 @@ QStringList creationStatements() {
         "CREATE VIEW que_contacts_accounts AS SELECT contacts.*, accounts.* FROM contacts "
         "LEFT JOIN accounts ON accounts.acc_id = (SELECT MIN(accounts_contacts.acc_id) FROM "
         "accounts_contacts WHERE accounts_contacts.con_id = contacts.con_id)");
+    return statements + laterTableStatements();
+}
+
+QStringList laterTableStatements() {
+    QStringList statements;
+    for (const Table& t : laterTables()) statements << createTable(t, true);
+    statements << QStringLiteral(
+        "CREATE INDEX IF NOT EXISTS idx_external_ids ON external_ids (ext_source, ext_id)");
+    statements << QStringLiteral(
+        "CREATE INDEX IF NOT EXISTS idx_import_changes ON import_changes (ijc_import)");
     return statements;
 }
 

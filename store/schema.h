@@ -20,6 +20,11 @@ inline constexpr const char* kCurrencyType = "CURRENCY";
 // Statements that create every table, index, view and trigger of a new data file.
 QStringList creationStatements();
 
+// Statements that add to an older data file the tables later builds use (the
+// journal of the last import, the ids records had in other programs); they
+// change nothing where the tables are there. creationStatements includes them.
+QStringList laterTableStatements();
+
 // True for the yes/no (check mark) columns, where NOT is a bitwise not.
 bool isYesNoColumn(const QString& column);
 

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+namespace tarvel::exchange {
+
+// The journal of the import under way: what it added, linked and changed,
+// written beside the records in the import's transaction so that the import
+// can be taken back until the next one.
+class ImportJournal {
+public:
+    // Adds the journal's tables to a data file made before they existed.
+    static bool ensureTables(QString* error);
+    // Starts a new journal, dropping the one of the import before.
+    bool begin(const QString& source, const QString& file, QString* error);
+    void added(const QString& table, qint64 key);
+    void linked(const QString& linkTable, qint64 first, qint64 second);
+    void changed(const QString& table, qint64 key, const QString& column, const QVariant& before,
+                 const QVariant& after);
+    // Remembers the id a record had in another program.
+    bool externalId(const QString& source, const QString& id, const QString& table, qint64 key,
+                    QString* error);
+    // Writes the entries (added records with the fingerprint of their rows).
+    bool finish(const QString& summary, QString* error);
+    int size() const { return int(entries_.size()); }
+    qint64 id() const { return id_; }
+
+    // A stored value as the journal keeps it: dates in their fixed form.
+    static QString text(const QVariant& value);
+    // The fingerprint of the rows of `table` whose keys are given: what the
+    // user has changed since shows as a different fingerprint.
+    static bool fingerprints(const QString& table, const QList<qint64>& keys,
+                             QHash<qint64, QString>* out, QString* error);
+
+    struct Entry {
+        QString table;
+        qint64 key = 0;
+        QString column;  // empty: record added; for a link, the link table is `table`
+        QString before, after;
+        qint64 other = 0;  // a link's second id
+    };
+
+private:
+    qint64 id_ = 0;
+    QList<Entry> entries_;
+};
+
+}  // namespace tarvel::exchange
