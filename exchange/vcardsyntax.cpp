@@ -111,6 +111,8 @@ QByteArray quotedPrintableDecoded(const QByteArray& in) {
             hexDigit(in[i + 2]) >= 0) {
             out += char(hexDigit(in[i + 1]) * 16 + hexDigit(in[i + 2]));
             i += 2;
+        } else if (in[i] == '=' && i + 1 == in.size()) {
+            // A soft break with nothing after it.
         } else {
             out += in[i];
         }
@@ -121,6 +123,19 @@ QByteArray quotedPrintableDecoded(const QByteArray& in) {
 bool isAscii(const QByteArray& bytes) {
     for (const char c : bytes)
         if (uchar(c) >= 0x80) return false;
+    return true;
+}
+
+bool isBase64Text(const QByteArray& bytes) {
+    qsizetype end = bytes.size();
+    while (end > 0 && bytes[end - 1] == '=') --end;
+    if (bytes.size() - end > 2) return false;
+    for (qsizetype i = 0; i < end; ++i) {
+        const char c = bytes[i];
+        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+              c == '+' || c == '/'))
+            return false;
+    }
     return true;
 }
 
@@ -211,13 +226,13 @@ struct Reader {
         if (base64) {
             QByteArray compact = raw;
             compact.replace(' ', QByteArray()).replace('\t', QByteArray());
-            const auto result = QByteArray::fromBase64Encoding(
-                compact, QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
-            if (!result) {
+            // Bytes that are no base64 at all mean the card itself is garbled; a
+            // photo that is merely cut short harms nothing, as photos are not kept.
+            if (!isBase64Text(compact)) {
                 *brokenBinary = true;
                 return false;
             }
-            raw = *result;
+            raw = QByteArray::fromBase64(compact);
         }
         if (isBinaryProperty(p->name)) return false;  // photos and the like are not kept
         if (encoding == QLatin1String("QUOTED-PRINTABLE")) raw = quotedPrintableDecoded(raw);

@@ -11,20 +11,9 @@
 using namespace tarvel;
 using namespace tarvel::exchange;
 using exchange_test::ExchangeFixture;
+using exchange_test::python;
 
 namespace {
-
-// What a python3 script prints as JSON about the file named by argv[1].
-QJsonValue python(const QString& script, const QString& path) {
-    QProcess p;
-    // Debian's interpreter, where python3-vobject is installed.
-    p.start("/usr/bin/python3", {"-c", script, path});
-    if (!p.waitForFinished(30000) || p.exitCode() != 0) {
-        ADD_FAILURE() << p.readAllStandardError().toStdString();
-        return {};
-    }
-    return QJsonDocument::fromJson("{\"v\":" + p.readAllStandardOutput() + "}").object().value("v");
-}
 
 void writeBytes(const QString& path, const QByteArray& bytes) {
     QFile f(path);
@@ -126,4 +115,3 @@ TEST_F(TextFormats, CsvExportReadsBackWithPythonCsv) {
     EXPECT_TRUE(rows[1].toArray().contains(QJsonValue("\"引号\",公司")));
     EXPECT_TRUE(rows[1].toArray().contains(QJsonValue("010-1")));
 }
-

@@ -45,6 +45,7 @@ TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
         {{"export-report", "contacts", "r.tvr3"}, "已导出Tarvel报表", "r.tvr3"},
         {{"export-csv", "contacts", "c.csv"}, "已导出到CSV文件", "c.csv"},
         {{"export-vcard", "v.vcf"}, "已导出 2 个联系人", "v.vcf"},
+        {{"export-vcard", "v3.vcf", "--v3"}, "已导出 2 个联系人", "v3.vcf"},
         {{"import-vcard", "v.vcf"}, "新增 2", nullptr},
         {{"export-ics", "t.ics"}, "已导出1项日程", "t.ics"},
         {{"import-ics", "t.ics"}, "导入了1项日程。", nullptr},
