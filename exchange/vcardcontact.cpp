@@ -307,6 +307,7 @@ VCardReading readVCards(const QByteArray& bytes) {
     const VCardText text = readVCardText(bytes);
     VCardReading out;
     out.skipped = text.broken;
+    out.contacts.reserve(text.cards.size());
     for (const VCardCard& card : text.cards) {
         VCardContact c = contactOfCard(card);
         QStringList lines;
@@ -319,7 +320,7 @@ VCardReading readVCards(const QByteArray& bytes) {
         if (!c.movedToNote.isEmpty())
             out.moved << QStringLiteral("「%1」的%2")
                              .arg(c.name(), c.movedToNote.join(QStringLiteral("、")));
-        out.contacts << c;
+        out.contacts.append(std::move(c));
     }
     return out;
 }

@@ -13,7 +13,8 @@ struct RawLine {
     int number;
 };
 
-// Physical lines: CR LF, LF, a lone CR and CR CR LF each end one line.
+// Physical lines: CR LF, LF, a lone CR and CR CR LF each end one line. The
+// lines share `bytes` (which must outlive them) until one is changed.
 QList<RawLine> physicalLines(const QByteArray& bytes) {
     QList<RawLine> lines;
     const qsizetype n = bytes.size();
@@ -25,7 +26,7 @@ QList<RawLine> physicalLines(const QByteArray& bytes) {
             ++i;
             continue;
         }
-        lines.append({bytes.mid(start, i - start), number++});
+        lines.append({QByteArray::fromRawData(bytes.constData() + start, i - start), number++});
         if (c == '\r') {
             while (i < n && bytes[i] == '\r') ++i;
             if (i < n && bytes[i] == '\n') ++i;
@@ -34,7 +35,8 @@ QList<RawLine> physicalLines(const QByteArray& bytes) {
         }
         start = i;
     }
-    if (start < n) lines.append({bytes.mid(start), number});
+    if (start < n)
+        lines.append({QByteArray::fromRawData(bytes.constData() + start, n - start), number});
     return lines;
 }
 
@@ -274,13 +276,16 @@ struct Reader {
                 break;
             }
         }
-        for (const RawLine& line : contentLines(lines, card->oldStyle())) {
+        const QList<RawLine> content = contentLines(lines, card->oldStyle());
+        card->properties.reserve(content.size());
+        values->reserve(content.size());
+        for (const RawLine& line : content) {
             VCardProperty p;
             RawValue value;
             bool brokenBinary = false;
             if (parse(line, &p, &value, &brokenBinary)) {
-                card->properties << p;
-                *values << value;
+                card->properties.append(std::move(p));
+                values->append(std::move(value));
             } else if (brokenBinary) {
                 *why = QStringLiteral("第%1张名片（第%2行起）第%3行的base64数据已损坏")
                            .arg(number)
@@ -328,8 +333,8 @@ VCardText readVCardText(const QByteArray& input) {
         QString why;
         QList<RawValue> values;
         if (reader.card(lines, number, &card, &values, &why)) {
-            out.cards << card;
-            raws << values;
+            out.cards.append(std::move(card));
+            raws.append(std::move(values));
         } else {
             out.broken << why;
         }
