@@ -18,6 +18,20 @@ QString listed(const QStringList& items, int shown = 8) {
     return out;
 }
 
+// The UIDs of the cards contacts were imported from, by contact key. A data
+// file that never had an import has none.
+QHash<qint64, QString> importedUids() {
+    QHash<qint64, QString> uids;
+    tarveldatabase db;
+    const auto rs = db.GetReadRs(
+        QStringLiteral("SELECT ext_key, ext_id FROM external_ids WHERE ext_source='vcard' AND "
+                       "ext_table='contacts'"));
+    for (bool more = rs && rs->State() == adStateOpen && !rs->Eof(); more;
+         more = rs->MoveNext() && !rs->Eof())
+        uids.insert(rs->value(0).toLongLong(), rs->value(1).toString());
+    return uids;
+}
+
 }  // namespace
 
 QString VCardImport::summary() const {
@@ -26,8 +40,7 @@ QString VCardImport::summary() const {
         lines << QStringLiteral("损坏、没有导入的名片：") + listed(reading.skipped);
     if (!reading.unreadable.isEmpty())
         lines << QStringLiteral("有无法识别的字节（显示为\uFFFD）：") + listed(reading.unreadable);
-    if (!reading.moved.isEmpty())
-        lines << QStringLiteral("字段已满、放进备注的：") + listed(reading.moved);
+    if (!reading.moved.isEmpty()) lines << QStringLiteral("放进备注的：") + listed(reading.moved);
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -38,6 +51,7 @@ Outcome exportVCards(const QString& path, VCardVersion version, int* written,
         db.GetReadRs(QStringLiteral("SELECT * FROM que_contacts_accounts WHERE con_check= true"));
     if (!rs || rs->State() != adStateOpen)
         return Outcome::failure(QStringLiteral("导出没有完成：") + db.ErrMsg());
+    const QHash<qint64, QString> uids = importedUids();
     QList<ContactForCard> contacts;
     for (bool more = !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof()) {
         ContactForCard c;
@@ -50,6 +64,7 @@ Outcome exportVCards(const QString& path, VCardVersion version, int* written,
                 c.accountColumns.insert(name, rs->value(i));
         }
         c.organisation = rs->value(QStringLiteral("acc_name")).toString();
+        c.uid = uids.value(rs->value(QStringLiteral("con_id")).toLongLong());
         contacts << c;
         if (progress && !progress(int(contacts.size() * 90 / qMax(1, rs->RecordCount()))))
             return Outcome::cancel();

@@ -38,6 +38,21 @@ const QHash<QString, QString>& imProperties() {
     return words;
 }
 
+// Properties with no field of their own that are kept in the note, and their captions.
+QString noteCaption(const QString& property) {
+    static const QHash<QString, QString> captions = {{"ANNIVERSARY", "纪念日"},
+                                                     {"X-ANNIVERSARY", "纪念日"},
+                                                     {"RELATED", "相关的人"},
+                                                     {"X-ABRELATEDNAMES", "相关的人"},
+                                                     {"X-SPOUSE", "配偶"},
+                                                     {"X-ASSISTANT", "助理"},
+                                                     {"X-MANAGER", "上级"},
+                                                     {"X-EVOLUTION-SPOUSE", "配偶"},
+                                                     {"X-EVOLUTION-ASSISTANT", "助理"},
+                                                     {"X-EVOLUTION-MANAGER", "上级"}};
+    return captions.value(property);
+}
+
 // IMPP's URI schemes and the word that says which service.
 QString imServiceOfScheme(const QString& scheme) {
     static const QHash<QString, QString> words = {
@@ -151,6 +166,9 @@ private:
             addUnique(&notes_, vcardUnescaped(p.value, old_).trimmed());
         } else if (n == QLatin1String("BDAY")) {
             birthday(p);
+        } else if (!noteCaption(n).isEmpty()) {
+            const QString value = text(p);
+            if (!value.isEmpty()) toNote(noteCaption(n), value);
         } else if (n == QLatin1String("UID")) {
             if (record().externalId.isEmpty()) record().externalId = text(p);
         }

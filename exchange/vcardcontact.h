@@ -12,7 +12,8 @@ namespace tarvel::exchange {
 // A card as a contact to import, and what the user should hear about it.
 struct VCardContact {
     IncomingRecord record;
-    // Values kept in the note because their fields were full ("其他电话").
+    // Captions of values kept in the note because their fields were full
+    // ("其他电话") or because they have no field ("纪念日").
     QStringList movedToNote;
     // Lines whose bytes could not all be read (shown as U+FFFD).
     QList<int> badLines;

@@ -99,7 +99,7 @@ public:
         if (!tags.isEmpty()) lines_ << QStringLiteral("CATEGORIES:") + tags.join(QLatin1Char(','));
         birthday();
         add("NOTE", text(c_.columns, "con_description"));
-        lines_ << QStringLiteral("UID:") + contactCardUid(c_.columns)
+        lines_ << QStringLiteral("UID:") + (c_.uid.isEmpty() ? contactCardUid(c_.columns) : c_.uid)
                << QStringLiteral("END:VCARD");
         return lines_;
     }

@@ -13,6 +13,7 @@ struct ContactForCard {
     QHash<QString, QVariant> columns;
     QString organisation;
     QHash<QString, QVariant> accountColumns;  // acc_address, acc_postcode
+    QString uid;  // the UID of the card it came from; empty: one made from the contact
 };
 
 enum class VCardVersion {

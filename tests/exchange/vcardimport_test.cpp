@@ -119,6 +119,19 @@ TEST_F(VCardFiles, ImportsOnceAndRecognisesTheSameCardsOnASecondImport) {
     EXPECT_EQ(again.tally.added + again.tally.updated + again.tally.skipped, 2);
     EXPECT_EQ(rows("contacts"), 2);
     EXPECT_EQ(rows("accounts"), 1);
+
+    // Written back out, a card keeps the UID it came with, so the phone's next
+    // export is recognised too.
+    run("UPDATE contacts SET con_check = true");
+    const QString out = inFolder("out.vcf");
+    ASSERT_TRUE(exportVCards(out).ok);
+    QFile written(out);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(written.readAll().contains("\r\nUID:card-2\r\n"));
+    VCardImport back;
+    ASSERT_TRUE(importVCards(out, &back).ok);
+    EXPECT_EQ(back.tally.added, 0) << back.summary().toStdString();
+    EXPECT_EQ(rows("contacts"), 2);
 }
 
 TEST_F(VCardFiles, AFileWithoutACardIsRefusedAndChangesNothing) {

@@ -180,7 +180,7 @@ TEST(VCardRead, WhatDoesNotFitGoesIntoTheNoteUnderACaption) {
     for (int i = 1; i <= 5; ++i) body += "TEL;TYPE=WORK:010-" + QByteArray::number(i) + "\r\n";
     for (int i = 1; i <= 4; ++i) body += "EMAIL:c" + QByteArray::number(i) + "@x.cn\r\n";
     body += "X-QQ:10001\r\nX-WECHAT:chenjing\r\nIMPP:xmpp:cj@x.cn\r\nIMPP:skype:cj\r\n";
-    body += "URL:http://a.cn\r\nURL:http://b.cn\r\n";
+    body += "URL:http://a.cn\r\nURL:http://b.cn\r\nANNIVERSARY:20100501\r\n";
     const VCardReading r = readVCards(card(body));
     ASSERT_EQ(r.contacts.size(), 1);
     const VCardContact& c = r.contacts[0];
@@ -192,9 +192,9 @@ TEST(VCardRead, WhatDoesNotFitGoesIntoTheNoteUnderACaption) {
         EXPECT_EQ(c.record.columns.value(s[0]).toString(), s[1]) << s[0].toStdString();
     EXPECT_EQ(column(c, "con_description").split('\n'),
               QStringList({"老客户", "其他电话：010-4", "其他电话：010-5", "其他邮箱：c4@x.cn",
-                           "其他即时通讯：Skype:cj", "其他网址：http://b.cn"}));
+                           "其他即时通讯：Skype:cj", "其他网址：http://b.cn", "纪念日：20100501"}));
     ASSERT_EQ(r.moved.size(), 1);
-    for (const char* caption : {"其他电话", "其他邮箱", "其他即时通讯", "其他网址"})
+    for (const char* caption : {"其他电话", "其他邮箱", "其他即时通讯", "其他网址", "纪念日"})
         EXPECT_TRUE(r.moved[0].contains(QString::fromUtf8(caption))) << r.moved[0].toStdString();
 }
 
