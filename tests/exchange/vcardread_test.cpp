@@ -74,6 +74,25 @@ TEST(VCardRead, ChinesePhoneCardInGbkWithQuotedPrintableSoftBreaks) {
     EXPECT_TRUE(c.badLines.isEmpty());
 }
 
+TEST(VCardRead, ValuesWithoutCharsetAreReadInTheEncodingTheirBytesShow) {
+    // Older phones write GBK through quoted-printable and say nothing about it.
+    const QStringList names = {"张伟", "王芳", "李娜", "刘洋"};
+    const QString note = QStringLiteral("这位客户下个月要来公司看样品，记得准备报价单和合同");
+    QByteArray bytes;
+    for (const QString& name : names)
+        bytes += card("FN;ENCODING=QUOTED-PRINTABLE:" + quotedPrintable(encoded(name, "GBK")) +
+                          "\r\nNOTE;ENCODING=QUOTED-PRINTABLE:" +
+                          quotedPrintable(encoded(note, "GBK")) + "\r\n",
+                      "2.1");
+    const VCardReading r = readVCards(bytes);
+    ASSERT_EQ(r.contacts.size(), names.size());
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(column(r.contacts[i], "con_lastname"), names[i]);
+        EXPECT_EQ(column(r.contacts[i], "con_description"), note);
+    }
+    EXPECT_TRUE(r.unreadable.isEmpty()) << r.unreadable.join('\n').toStdString();
+}
+
 TEST(VCardRead, EachCharsetOfAValueIsHonoured) {
     const struct {
         const char* charset;
