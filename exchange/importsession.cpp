@@ -110,6 +110,7 @@ struct ImportSession::Impl {
     QHash<QString, qint64> byExternalId;  // of this source
     QSet<qint64> existing;                // keys of the table's records
     QSet<qint64> added;
+    QSet<qint64> withAccount;  // contacts linked to an account
 
     Impl(const QString& t, const QString& s, const QString& f, OnMatch m)
         : table(t), key(t.left(3) + QStringLiteral("_id")), source(s), file(f), onMatch(m) {}
@@ -145,6 +146,12 @@ bool ImportSession::Impl::load() {
         } else if (table == QStringLiteral("accounts")) {
             byKey.insert(normalisedName(rs->value(1).toString()), id);
         }
+    }
+    if (contacts) {
+        const auto linked = db.GetReadRs(QStringLiteral("SELECT con_id FROM accounts_contacts"));
+        if (!linked || linked->State() != adStateOpen) return (error = db.ErrMsg(), false);
+        for (bool more = !linked->Eof(); more; more = linked->MoveNext() && !linked->Eof())
+            withAccount.insert(linked->value(0).toLongLong());
     }
     const auto ids = db.GetReadRs(
         QStringLiteral("SELECT ext_id, ext_key FROM external_ids WHERE ext_source='%1' AND "
@@ -189,17 +196,13 @@ void ImportSession::Impl::remember(qint64 id, const QHash<QString, QVariant>& co
 bool ImportSession::Impl::linkAccount(qint64 contactId, const IncomingRecord& r, bool onlyWhenNone,
                                       QString* err) {
     if (!linker || r.organisation.trimmed().isEmpty()) return true;
-    if (onlyWhenNone) {
-        tarveldatabase db;
-        const auto rs = db.GetReadRs(
-            QStringLiteral("SELECT acc_id FROM accounts_contacts WHERE con_id=%1").arg(contactId));
-        if (!rs || rs->State() != adStateOpen) return (*err = db.ErrMsg(), false);
-        if (!rs->Eof()) return true;  // a contact has one account; the user's stays
-    }
+    // A contact has one account; the one the user gave it stays.
+    if (onlyWhenNone && withAccount.contains(contactId)) return true;
     qint64 accountId = 0;
     bool accountAdded = false;
     if (!linker->link(contactId, r.organisation, err, &accountId, &accountAdded, r.accountColumns))
         return false;
+    withAccount.insert(contactId);
     if (accountAdded) journal.added(QStringLiteral("accounts"), accountId);
     journal.linked(QStringLiteral("accounts_contacts"), accountId, contactId);
     return true;

@@ -9,6 +9,7 @@
 #include <QTranslator>
 
 #include "custom/fsettings.h"
+#include "exchange/importjournal.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
 #include "shell/globals.h"
@@ -56,6 +57,10 @@ std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal) {
         runModal(login);
     }
     if (!appGlobals().passed) return nullptr;
+    // A data file of an earlier build gets the tables imports keep their
+    // journal in; where it cannot be written, the first import says why.
+    QString notWritable;
+    exchange::ImportJournal::ensureTables(&notWritable);
     // The lists read their columns from these for as long as the program runs.
     loadProgramFieldSettings();
     return std::make_unique<TarvelMain>();

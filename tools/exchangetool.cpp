@@ -7,6 +7,7 @@
 
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
+#include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
@@ -34,6 +35,7 @@ const char* kUsage =
     "  import-vcard 文件        从vCard文件导入联系人\n"
     "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
     "  import-ics 文件          从iCalendar日历文件导入日程\n"
+    "  undo-import              撤销上次导入\n"
     "类别: contacts, accounts, opportunities, tasks, documents\n";
 
 // One command: its number of arguments and what it does with them; the
@@ -151,6 +153,15 @@ const std::map<QString, Command>& commands() {
               if (!i.ok) return Outcome::failure(i.ErrMsg);
               *said = i.summary();
               return Outcome{true, false, a[0], {}};
+          }}},
+        {QStringLiteral("undo-import"),
+         {0,
+          [](const QStringList&, QString* said) {
+              const QString last = lastImportDescription();
+              UndoImportResult result;
+              const Outcome o = undoLastImport(&result);
+              *said = last + QLatin1Char('\n') + result.summary();
+              return o;
           }}},
     };
     return table;

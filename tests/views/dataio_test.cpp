@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "custom/userprofile.h"
+#include "exchange/importsession.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
@@ -219,6 +220,35 @@ private slots:
         QVERIFY(dialogs_->lastText().contains("第2张名片"));
         QCOMPARE(contacts(), 2);
         QCOMPARE(replaced.count(), 1);
+        // The import can be taken back now.
+        QVERIFY(child<QPushButton>(*page_, "cmd_undo_import")->isEnabled());
+        QVERIFY(child<QLabel>(*page_, "lbl_lastimport")->text().contains("in.vcf"));
+    }
+
+    void lastImportIsTakenBackAfterAsking() {
+        auto* undo = child<QPushButton>(*page_, "cmd_undo_import");
+        QVERIFY(!undo->isEnabled());
+        {
+            exchange::ImportSession session("contacts", "vcard", "phone.vcf");
+            QString error;
+            exchange::IncomingRecord r;
+            r.columns.insert("con_lastname", "欧阳娜娜");
+            QVERIFY(session.put(r, &error));
+            QVERIFY(session.commit(&error));
+        }
+        page_->refresh();
+        QVERIFY(undo->isEnabled());
+        QVERIFY(child<QLabel>(*page_, "lbl_lastimport")->text().contains("phone.vcf"));
+        QCOMPARE(contacts(), 2);
+        click(*page_, "cmd_undo_import");  // answered No
+        QCOMPARE(contacts(), 2);
+        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
+        dialogs_->answers << true;
+        click(*page_, "cmd_undo_import");
+        QCOMPARE(contacts(), 1);
+        QCOMPARE(replaced.count(), 1);
+        QVERIFY(dialogs_->lastText().startsWith("已撤销上次导入：删除 1 条记录"));
+        QVERIFY(!undo->isEnabled());
     }
 
 private:

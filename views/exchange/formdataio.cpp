@@ -10,6 +10,7 @@
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
 #include "exchange/filetools.h"
+#include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
@@ -104,6 +105,16 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
                             &FormDataIO::cmd_import_vcard_Click),
                      0, 3);
     vcard->setColumnStretch(4, 1);
+
+    auto* undo = new QGridLayout(section(QStringLiteral("导入的记录"), page));
+    cmdUndoImport_ = button("cmd_undo_import", QStringLiteral("撤销上次导入..."),
+                            &FormDataIO::cmd_undo_import_Click);
+    undo->addWidget(cmdUndoImport_, 0, 0);
+    lblLastImport_ = new QLabel;
+    lblLastImport_->setObjectName(QStringLiteral("lbl_lastimport"));
+    lblLastImport_->setWordWrap(true);
+    undo->addWidget(lblLastImport_, 0, 1);
+    undo->setColumnStretch(1, 1);
     page->addStretch(1);
 
     setTabOrder(findChild<QWidget*>(QStringLiteral("Cmd_Backup")),
@@ -135,6 +146,10 @@ void FormDataIO::refresh() {
     const QString date = setting.Set_Value().trimmed();
     lblBackupDate_->setText(date.isEmpty() ? QStringLiteral("还没有备份过")
                                            : QStringLiteral("最近备份日期：") + date);
+    const QString last = exchange::lastImportDescription();
+    lblLastImport_->setText(last.isEmpty() ? QStringLiteral("没有可以撤销的导入")
+                                           : QStringLiteral("上次导入：") + last);
+    cmdUndoImport_->setEnabled(!last.isEmpty());
 }
 
 bool FormDataIO::report(const exchange::Outcome& outcome, const QString& success) {
@@ -249,6 +264,24 @@ void FormDataIO::cmd_import_vcard_Click() {
     ProgressRun progress(this, QStringLiteral("正在导入……"));
     const exchange::Outcome out = exchange::importVCards(chosen, &done, progress.callback());
     if (report(out, done.summary())) emit dataReplaced();
+    refresh();
+}
+
+void FormDataIO::cmd_undo_import_Click() {
+    const QString last = exchange::lastImportDescription();
+    if (last.isEmpty()) {
+        dialogs_->info(messageTitle(), QStringLiteral("没有可以撤销的导入"));
+        return;
+    }
+    if (!dialogs_->ask(messageTitle(),
+                       QStringLiteral("确定要撤销上次导入吗？\n%1\n导入的新记录将被删除，"
+                                      "填入的内容将被清空；导入后修改过的记录保留不动。")
+                           .arg(last)))
+        return;
+    exchange::UndoImportResult result;
+    const exchange::Outcome out = exchange::undoLastImport(&result);
+    if (report(out, result.summary())) emit dataReplaced();
+    refresh();
 }
 
 }  // namespace tarvel

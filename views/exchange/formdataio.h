@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "exchange/progress.h"
+#include "views/common/dialogs.h"
 #include "views/exchange/dataioprompts.h"
 #include "views/page.h"
-#include "views/common/dialogs.h"
 
 namespace tarvel {
 
@@ -35,6 +35,7 @@ public slots:
     void cmd_import_csv_Click();
     void cmd_export_vcard_Click();
     void cmd_import_vcard_Click();
+    void cmd_undo_import_Click();
 
 signals:
     // Records were restored or added: screens read their data again.
@@ -52,6 +53,8 @@ private:
     std::shared_ptr<DataIoPrompts> prompts_;
     PageSwitch pageSwitch_;
     QLabel* lblBackupDate_;
+    QLabel* lblLastImport_;
+    QPushButton* cmdUndoImport_;
     QComboBox* cboReportKind_;
     QComboBox* cboCsvKind_;
     QComboBox* cboVCardVersion_;
