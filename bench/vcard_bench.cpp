@@ -16,7 +16,9 @@
 // the import being measured, and the program's handle opened (key derivation
 // stays out of the timing, as for the raw side).
 // After a console run the summary prints each pair's wall-clock ratio and
-// whether one run stays under its budget (2 s each).
+// whether one run stays under its budget (2 s each). The ratios aimed at are
+// what the budget allows over the raw side's ~100 ms here: storing through the
+// import session (recordsets, the journal, the matching) is the larger part.
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -275,7 +277,7 @@ int main(int argc, char** argv) {
                                {"reimport/raw", insertRaw, benchmark::kMillisecond}},
                               {"vcard",
                                Layout::MillisecondsWallClock,
-                               {{"import", 8.0}, {"reimport", 8.0}},
+                               {{"import", 20.0}, {"reimport", 20.0}},
                                {{"import/vcard", "10,000 vCards", 2.0},
                                 {"reimport/vcard", "the same 10,000 again", 2.0}}});
 }
