@@ -80,10 +80,11 @@ TEST(VCardRead, ValuesWithoutCharsetAreReadInTheEncodingTheirBytesShow) {
     const QString note = QStringLiteral("这位客户下个月要来公司看样品，记得准备报价单和合同");
     QByteArray bytes;
     for (const QString& name : names)
-        bytes += card("FN;ENCODING=QUOTED-PRINTABLE:" + quotedPrintable(encoded(name, "GBK")) +
-                          "\r\nNOTE;ENCODING=QUOTED-PRINTABLE:" +
-                          quotedPrintable(encoded(note, "GBK")) + "\r\n",
-                      "2.1");
+        bytes +=
+            card("FN;ENCODING=QUOTED-PRINTABLE:" + quotedPrintable(encoded(name, "GBK")) +
+                     "\r\nNOTE;ENCODING=QUOTED-PRINTABLE:" + quotedPrintable(encoded(note, "GBK")) +
+                     "\r\n",
+                 "2.1");
     const VCardReading r = readVCards(bytes);
     ASSERT_EQ(r.contacts.size(), names.size());
     for (qsizetype i = 0; i < names.size(); ++i) {
@@ -122,6 +123,25 @@ TEST(VCardRead, FoldInsideAUtf8CharacterIsMendedBeforeDecoding) {
         const QByteArray body =
             "FN:" + name.left(1) + fold + name.mid(1, 4) + fold + name.mid(5) + "\r\n";
         EXPECT_EQ(column(onlyContact(card(body)), "con_lastname"), "欧阳娜娜");
+    }
+}
+
+TEST(VCardRead, BothFoldingStyles) {
+    // Later versions drop the blank that begins a folded line; 2.1 folded at a
+    // blank already in the text and keeps it.
+    const struct {
+        const char* version;
+        const char* fold;
+        const char* note;
+    } cases[] = {
+        {"3.0", "\r\n ", "first partsecond part"},
+        {"4.0", "\r\n\t", "first partsecond part"},
+        {"2.1", "\r\n ", "first part second part"},
+    };
+    for (const auto& c : cases) {
+        const QByteArray body = "FN:A\r\nNOTE:first part" + QByteArray(c.fold) + "second part\r\n";
+        EXPECT_EQ(column(onlyContact(card(body, c.version)), "con_description"), c.note)
+            << c.version;
     }
 }
 
@@ -181,6 +201,7 @@ TEST(VCardRead, EscapesGroupsAndLowerCaseNames) {
         "item2.TEL:+1 555 0100\r\nitem2.X-ABLabel:_$!<Mobile>!$_\r\n"
         "item3.TEL:+1 555 0199\r\nitem3.X-ABLabel:传真\r\n"
         "tel;type=work:+1 555 0111\r\n"
+        "TEL;TYPE=HOME;TYPE=FAX:+1 555 0144\r\n"
         "URL:http\\://acme.com/anna\r\n"
         "end:vcard\r\n");
     EXPECT_EQ(column(c, "con_lastname"), "Anna");
@@ -191,6 +212,7 @@ TEST(VCardRead, EscapesGroupsAndLowerCaseNames) {
     EXPECT_EQ(column(c, "con_mobile"), "+1 555 0100");
     EXPECT_EQ(column(c, "con_fax"), "+1 555 0199");
     EXPECT_EQ(column(c, "con_telephone"), "+1 555 0111");
+    EXPECT_EQ(column(c, "con_fax2"), "+1 555 0144");
     EXPECT_EQ(column(c, "con_website"), "http://acme.com/anna");
 }
 
