@@ -151,6 +151,8 @@ private:
             addUnique(&titles_, text(p));
         } else if (n == QLatin1String("ADR")) {
             addresses_ << &p;
+        } else if (n == QLatin1String("LABEL")) {
+            addUnique(&postalLabels_, text(p));
         } else if (n == QLatin1String("NICKNAME")) {
             for (const QString& nick : parts(p, ',')) addUnique(&nicknames_, nick.trimmed());
         } else if (n == QLatin1String("URL")) {
@@ -252,6 +254,11 @@ private:
     // A home (or untyped) address for the contact, a work address for the
     // account the contact brings; the rest into the note.
     void placeAddresses() {
+        // Some programs print the address only: one line of it, when nothing better.
+        if (addresses_.isEmpty() && !postalLabels_.isEmpty()) {
+            QString line = postalLabels_.first();
+            set("con_address_family", line.replace(QLatin1Char('\n'), QStringLiteral(", ")));
+        }
         const bool account = !record().organisation.isEmpty();
         bool contactHas = false, accountHas = false;
         QList<const VCardProperty*> rest;
@@ -299,6 +306,7 @@ private:
     QStringList name_, org_, titles_, nicknames_, tags_, notes_, extraNotes_;
     bool hasN_ = false;
     QList<const VCardProperty*> addresses_;
+    QStringList postalLabels_;  // addresses as printed on an envelope
 };
 
 }  // namespace

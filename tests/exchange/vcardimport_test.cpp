@@ -134,6 +134,20 @@ TEST_F(VCardFiles, ImportsOnceAndRecognisesTheSameCardsOnASecondImport) {
     EXPECT_EQ(rows("contacts"), 2);
 }
 
+TEST_F(VCardFiles, AnImportCanBeTakenBack) {
+    run("INSERT INTO contacts (con_lastname) VALUES ('原有的人')");
+    const QString path = inFolder("phone.vcf");
+    writeBytes(path, phoneExport());
+    ASSERT_TRUE(importVCards(path).ok);
+    ASSERT_EQ(rows("contacts"), 3);
+    UndoImportResult undone;
+    const Outcome o = undoLastImport(&undone);
+    ASSERT_TRUE(o.ok) << o.ErrMsg.toStdString();
+    EXPECT_EQ(column("SELECT con_lastname FROM contacts"), QStringList({"原有的人"}));
+    EXPECT_EQ(rows("accounts"), 0);
+    EXPECT_EQ(rows("accounts_contacts"), 0);
+}
+
 TEST_F(VCardFiles, AFileWithoutACardIsRefusedAndChangesNothing) {
     const struct {
         const char* name;

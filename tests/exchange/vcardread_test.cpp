@@ -311,6 +311,13 @@ TEST(VCardRead, AddressesInTheOrderOfTheirCountry) {
         onlyContact(card("FN:赵六\r\nADR;TYPE=WORK:;;人民路8号;;上海市;;\r\n"));
     EXPECT_EQ(column(alone, "con_address_family"), "上海市人民路8号");
     EXPECT_TRUE(alone.record.accountColumns.isEmpty());
+    // A printed address is used only when no ADR gives the parts.
+    const char* printed = "LABEL;TYPE=HOME:12 High St\\nLeeds\r\n";
+    EXPECT_EQ(column(onlyContact(card(QByteArray("FN:B\r\n") + printed)), "con_address_family"),
+              "12 High St, Leeds");
+    EXPECT_EQ(column(onlyContact(card(QByteArray("FN:B\r\nADR:;;1 Low St;York;;;\r\n") + printed)),
+                     "con_address_family"),
+              "1 Low St, York");
 }
 
 TEST(VCardRead, TagsNicknamesTitlesAndUid) {
