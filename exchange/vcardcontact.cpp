@@ -69,11 +69,14 @@ QString labelText(QString label) {
     return label.trimmed();
 }
 
-bool saysAny(const QStringList& types, const QString& label,
-             std::initializer_list<const char*> words) {
-    for (const char* w : words)
-        if (types.contains(QLatin1String(w)) ||
-            label.contains(QString::fromUtf8(w), Qt::CaseInsensitive))
+// Words for a kind of number or address, as TYPE gives them or a label holds them.
+const QStringList kFaxWords = {"fax", "传真"};
+const QStringList kMobileWords = {"cell", "mobile", "iphone", "手机", "移动"};
+const QStringList kWorkWords = {"work", "工作", "公司", "单位"};
+
+bool saysAny(const QStringList& types, const QString& label, const QStringList& words) {
+    for (const QString& w : words)
+        if (types.contains(w) || (!label.isEmpty() && label.contains(w, Qt::CaseInsensitive)))
             return true;
     return false;
 }
@@ -183,9 +186,9 @@ private:
     void telephone(const VCardProperty& p) {
         const QString number = withoutScheme(text(p), "tel:");
         const QString l = label(p);
-        if (saysAny(p.types, l, {"fax", "传真"}))
+        if (saysAny(p.types, l, kFaxWords))
             put(kFaxes, number);
-        else if (saysAny(p.types, l, {"cell", "mobile", "iphone", "手机", "移动"}))
+        else if (saysAny(p.types, l, kMobileWords))
             put(kMobiles, number);
         else
             put(kTelephones, number);
@@ -263,7 +266,7 @@ private:
         bool contactHas = false, accountHas = false;
         QList<const VCardProperty*> rest;
         for (const VCardProperty* p : std::as_const(addresses_)) {
-            const bool work = saysAny(p->types, label(*p), {"work", "工作", "公司", "单位"});
+            const bool work = saysAny(p->types, label(*p), kWorkWords);
             if (work && account && !accountHas) {
                 accountHas = place(*p, "acc_address", "acc_postcode", true);
             } else if (!work && !contactHas) {
