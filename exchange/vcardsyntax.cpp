@@ -160,14 +160,21 @@ struct RawValue {
 
 struct Reader {
     QByteArray fileEncoding;
-    bool unicodeFile = false;  // the file was UTF-16: every value is UTF-8 now
+    bool unicodeFile = false;            // the file was UTF-16: every value is UTF-8 now
+    mutable QHash<QString, bool> known;  // CHARSET names asked about already
+
+    bool knownCharset(const QString& charset) const {
+        const auto it = known.constFind(charset);
+        if (it != known.constEnd()) return *it;
+        return *known.insert(charset, knownEncoding(charset.toLatin1()));
+    }
 
     // The text of `bytes`; `bad` when some bytes are not valid in the charset.
     QString decoded(const QByteArray& bytes, const QString& charset, bool* bad) const {
         if (isAscii(bytes)) return QString::fromLatin1(bytes);
         QByteArray encoding = fileEncoding;
         if (!unicodeFile && !charset.isEmpty()) {
-            if (knownEncoding(charset.toLatin1()))
+            if (knownCharset(charset))
                 encoding = charset.toLatin1();
             else
                 *bad = true;  // an unknown CHARSET: read as the file, but say so
@@ -234,6 +241,7 @@ struct Reader {
                 *brokenBinary = true;
                 return false;
             }
+            if (isBinaryProperty(p->name)) return false;
             raw = QByteArray::fromBase64(compact);
         }
         if (isBinaryProperty(p->name)) return false;  // photos and the like are not kept
