@@ -82,9 +82,11 @@ Outcome importVCards(const QString& path, VCardImport* result, const Progress& p
     if (!file.open(QIODevice::ReadOnly))
         return Outcome::failure(
             QStringLiteral("无法读取文件 %1：%2").arg(path, file.errorString()));
-    VCardReading reading = readVCards(file.readAll());
+    VCardText text = readVCardText(file.readAll());
     file.close();
-    if (reading.contacts.isEmpty()) {
+    VCardReading reading;
+    reading.skipped = text.broken;
+    if (text.cards.isEmpty()) {
         QString why = QStringLiteral("%1 中没有可以导入的联系人名片").arg(path);
         if (!reading.skipped.isEmpty()) why += QStringLiteral("：") + listed(reading.skipped);
         return Outcome::failure(why);
@@ -92,20 +94,21 @@ Outcome importVCards(const QString& path, VCardImport* result, const Progress& p
     ImportSession session(QStringLiteral("contacts"), QStringLiteral("vcard"), path);
     if (!session.isOpen()) return Outcome::failure(importFailed() + session.ErrMsg());
     QString error;
-    const qsizetype total = reading.contacts.size();
+    const qsizetype total = text.cards.size();
     for (qsizetype i = 0; i < total; ++i) {
-        if (!session.put(reading.contacts[i].record, &error))
+        // One contact at a time: a large file's records are never all held at once.
+        VCardContact c = contactOfCard(text.cards[i]);
+        tellAbout(text.cards[i], &c, &reading);
+        text.cards[i].properties.clear();
+        if (!session.put(c.record, &error))
             return Outcome::failure(importFailed() + QStringLiteral("第%1张名片「%2」：%3")
-                                                         .arg(i + 1)
-                                                         .arg(reading.contacts[i].name(), error));
+                                                         .arg(text.cards[i].number)
+                                                         .arg(c.name(), error));
         if (progress && !progress(int((i + 1) * 95 / total))) return Outcome::cancel();
     }
     if (!session.commit(&error)) return Outcome::failure(importFailed() + error);
     if (progress) progress(100);
-    if (result) {
-        reading.contacts.clear();
-        *result = VCardImport{session.tally(), reading};
-    }
+    if (result) *result = VCardImport{session.tally(), reading};
     return Outcome{true, false, path, {}};
 }
 

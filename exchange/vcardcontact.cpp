@@ -316,20 +316,37 @@ private:
 
 std::optional<QDate> vcardBirthday(const QString& value) {
     QString v = value.trimmed();
-    if (v.startsWith(QLatin1String("--"))) {
-        // Month and day without a year: "--0102", "--01-02".
-        const QString digits = v.mid(2).remove(QLatin1Char('-')).left(4);
-        const QDate d = QDate(kYearlessBirthdayYear, digits.left(2).toInt(), digits.mid(2).toInt());
-        return digits.size() == 4 && d.isValid() ? std::optional<QDate>(d) : std::nullopt;
+    const bool yearless = v.startsWith(QLatin1String("--"));
+    // "--0102", "--01-02": month and day only; else the date before any time.
+    v = (yearless ? v.mid(2) : v.section(QLatin1Char('T'), 0, 0)).remove(QLatin1Char('-'));
+    if (yearless) v = QString::number(kYearlessBirthdayYear) + v.left(4);
+    if (v.size() != 8) return std::nullopt;
+    int number[3] = {0, 0, 0};  // year, month, day
+    for (qsizetype i = 0; i < 8; ++i) {
+        if (!v[i].isDigit()) return std::nullopt;
+        int& n = number[i < 4 ? 0 : i < 6 ? 1 : 2];
+        n = n * 10 + v[i].digitValue();
     }
-    v = v.section(QLatin1Char('T'), 0, 0).remove(QLatin1Char('-'));
-    const QDate d = QDate::fromString(v, QStringLiteral("yyyyMMdd"));
-    if (v.size() != 8 || !d.isValid()) return std::nullopt;
+    const QDate d(number[0], number[1], number[2]);
+    if (!d.isValid()) return std::nullopt;
     return d;
 }
 
 VCardContact contactOfCard(const VCardCard& card) {
     return CardReader(card).read();
+}
+
+void tellAbout(const VCardCard& card, VCardContact* c, VCardReading* reading) {
+    QStringList lines;
+    for (int line : std::as_const(c->badLines)) lines << QString::number(line);
+    if (!lines.isEmpty())
+        reading->unreadable << QStringLiteral("第%1张名片「%2」第%3行")
+                                   .arg(card.number)
+                                   .arg(c->name(), lines.join(QLatin1Char(',')));
+    c->movedToNote.removeDuplicates();
+    if (!c->movedToNote.isEmpty())
+        reading->moved << QStringLiteral("「%1」的%2")
+                              .arg(c->name(), c->movedToNote.join(QStringLiteral("、")));
 }
 
 VCardReading readVCards(const QByteArray& bytes) {
@@ -339,19 +356,9 @@ VCardReading readVCards(const QByteArray& bytes) {
     out.contacts.reserve(text.cards.size());
     for (const VCardCard& card : text.cards) {
         VCardContact c = contactOfCard(card);
-        QStringList lines;
-        for (int line : std::as_const(c.badLines)) lines << QString::number(line);
-        if (!lines.isEmpty())
-            out.unreadable << QStringLiteral("第%1张名片「%2」第%3行")
-                                  .arg(card.number)
-                                  .arg(c.name(), lines.join(QLatin1Char(',')));
-        c.movedToNote.removeDuplicates();
-        if (!c.movedToNote.isEmpty())
-            out.moved << QStringLiteral("「%1」的%2")
-                             .arg(c.name(), c.movedToNote.join(QStringLiteral("、")));
+        tellAbout(card, &c, &out);
         out.contacts.append(std::move(c));
     }
     return out;
 }
-
 }  // namespace tarvel::exchange

@@ -36,6 +36,9 @@ struct VCardReading {
     QStringList moved;       // "「张三」的其他电话": values kept in the note
 };
 VCardReading readVCards(const QByteArray& bytes);
+// Adds what the user should hear about the contact of `card` (damaged lines,
+// values kept in the note) to `reading`.
+void tellAbout(const VCardCard& card, VCardContact* contact, VCardReading* reading);
 
 // A birthday as cards write it (19800102, 1980-01-02, 1980-01-02T00:00:00Z);
 // one without a year (--0102, --01-02) falls in kYearlessBirthdayYear.

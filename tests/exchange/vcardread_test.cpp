@@ -278,6 +278,9 @@ TEST(VCardRead, BirthdaysInEachForm) {
         {"--0102", QDate(kYearlessBirthdayYear, 1, 2)},
         {"--02-29", QDate(kYearlessBirthdayYear, 2, 29)},
         {"1980-02-30", QDate()},
+        {"--13-01", QDate()},
+        {"---02", QDate()},
+        {"19800102T120000", QDate(1980, 1, 2)},
         {"circa 1800", QDate()},
     };
     for (const auto& c : cases) {
