@@ -31,7 +31,7 @@ const char* kUsage =
     "  import-report 文件       导入Tarvel报表\n"
     "  export-csv 类别 文件     把选定的记录导出到CSV文件\n"
     "  import-csv 类别 文件     从CSV文件导入联系人或单位\n"
-    "  export-vcard 文件        把选定的联系人导出到vCard文件\n"
+    "  export-vcard 文件 [--v3] 把选定的联系人导出到vCard文件（--v3：3.0版，给旧手机）\n"
     "  import-vcard 文件        从vCard文件导入联系人\n"
     "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
     "  import-ics 文件          从iCalendar日历文件导入日程\n"
@@ -43,6 +43,7 @@ const char* kUsage =
 struct Command {
     int arguments;
     std::function<Outcome(const QStringList&, QString*)> run;
+    int optional = 0;  // arguments that may follow
 };
 
 const RecordKind* kindOf(const QString& word, Outcome* failure) {
@@ -116,17 +117,21 @@ const std::map<QString, Command>& commands() {
         {QStringLiteral("export-vcard"),
          {1,
           [](const QStringList& a, QString* said) {
+              if (a.size() > 1 && a[1] != QStringLiteral("--v3"))
+                  return Outcome::failure(QStringLiteral("未知的选项：%1").arg(a[1]));
               int written = 0;
-              const Outcome o = exportVCards(a[0], &written);
+              const Outcome o = exportVCards(
+                  a[0], a.size() > 1 ? VCardVersion::Three : VCardVersion::Four, &written);
               *said = QStringLiteral("已导出 %1 个联系人到 %2").arg(written).arg(o.path);
               return o;
-          }}},
+          },
+          1}},
         {QStringLiteral("import-vcard"),
          {1,
           [](const QStringList& a, QString* said) {
-              int added = 0;
-              const Outcome o = importVCards(a[0], &added);
-              *said = QStringLiteral("已导入 %1 个联系人").arg(added);
+              VCardImport done;
+              const Outcome o = importVCards(a[0], &done);
+              *said = done.summary();
               return o;
           }}},
         {QStringLiteral("export-ics"),
@@ -173,7 +178,8 @@ int runExchangeTool(const QStringList& args, const QString& programFolder, QText
         rest = rest.mid(2);
     }
     const auto command = rest.isEmpty() ? commands().end() : commands().find(rest[0]);
-    if (command == commands().end() || rest.size() != command->second.arguments + 1) {
+    if (command == commands().end() || rest.size() < command->second.arguments + 1 ||
+        rest.size() > command->second.arguments + command->second.optional + 1) {
         err << QString::fromUtf8(kUsage);
         return 2;
     }

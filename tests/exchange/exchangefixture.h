@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 
 #include "custom/userprofile.h"
@@ -37,6 +39,20 @@ inline QStringList sqlcipherRows(const QString& path, const QString& sql) {
     if (p.exitCode() != 0)
         rows << QStringLiteral("error: ") + QString::fromUtf8(p.readAllStandardError());
     return rows;
+}
+
+// What a python3 script prints as JSON about the file named by argv[1].
+inline QJsonValue python(const QString& script, const QString& path) {
+    QProcess p;
+    // Debian's interpreter, where python3-vobject and the other readers are installed.
+    p.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, path});
+    if (!p.waitForFinished(30000) || p.exitCode() != 0) {
+        ADD_FAILURE() << p.readAllStandardError().toStdString();
+        return {};
+    }
+    return QJsonDocument::fromJson("{\"v\":" + p.readAllStandardOutput() + "}")
+        .object()
+        .value(QStringLiteral("v"));
 }
 
 // A fresh data file with the clock on 2026-8-5 9:07 (one-digit month, day,
