@@ -196,7 +196,7 @@ bool fillDataFile(const QString& path) {
     dataFile = path;
     sqlite3* db = openRaw(path);
     const bool ok = db && fill(db);
-    sqlite3_close(db);
+    closeRaw(db, {});
     QFile f(target("events.ics"));
     const QByteArray ics = eventsFile();
     return ok && f.open(QIODevice::WriteOnly) && f.write(ics) == ics.size();

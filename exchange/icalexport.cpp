@@ -96,7 +96,7 @@ icalcomponent* componentOf(const Task& task, const QDate& first, const icaltimet
 
 }  // namespace
 
-QByteArray iCalendarText(const QList<Task>& tasks, const QDateTime& stamp, QStringList* skipped) {
+CalendarWriter::CalendarWriter(const QDateTime& stamp) {
     ical::quietErrors();
     ical::ComponentPtr calendar(icalcomponent_new_vcalendar());
     icalcomponent_add_property(calendar.get(), icalproperty_new_version("2.0"));
@@ -105,24 +105,26 @@ QByteArray iCalendarText(const QList<Task>& tasks, const QDateTime& stamp, QStri
     icalcomponent_add_property(calendar.get(), icalproperty_new_calscale("GREGORIAN"));
     // Each component is written on its own, so a large schedule is never one
     // huge libical string.
-    QByteArray head = ical::serialise(calendar.get());
-    const qsizetype end = head.lastIndexOf("END:VCALENDAR");
-    const QByteArray tail = head.mid(end);
-    QByteArray out = head.left(end);
+    const QByteArray whole = ical::serialise(calendar.get());
+    const qsizetype end = whole.lastIndexOf("END:VCALENDAR");
+    text_ = whole.left(end);
+    tail_ = whole.mid(end);
     // The program's clock is local wall time; DTSTAMP is UTC.
     const QDateTime utc = QDateTime(stamp.date(), stamp.time(), Qt::LocalTime).toUTC();
-    icaltimetype stampTime = ical::floatingTime(utc, false);
-    stampTime.zone = icaltimezone_get_utc_timezone();
-    for (const Task& task : tasks) {
-        const QDate first = firstOccurrence(task);
-        if (!first.isValid()) {
-            if (skipped) *skipped << task.Subject();
-            continue;
-        }
-        ical::ComponentPtr c(componentOf(task, first, stampTime));
-        out += ical::serialise(c.get());
-    }
-    return out + tail;
+    stamp_ = ical::floatingTime(utc, false);
+    stamp_.zone = icaltimezone_get_utc_timezone();
+}
+
+bool CalendarWriter::add(const Task& task) {
+    const QDate first = firstOccurrence(task);
+    if (!first.isValid()) return false;
+    ical::ComponentPtr c(componentOf(task, first, stamp_));
+    text_ += ical::serialise(c.get());
+    return true;
+}
+
+QByteArray CalendarWriter::finish() {
+    return text_ + tail_;
 }
 
 ICalendarExport exportTasksToICalendar(const QString& path, bool tickedOnly) {
@@ -136,19 +138,19 @@ ICalendarExport exportTasksToICalendar(const QString& path, bool tickedOnly) {
         result.ErrMsg = QStringLiteral("读取日程出错，原因可能是") + db.ErrMsg();
         return result;
     }
-    QList<Task> tasks;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        Task task;
+    CalendarWriter writer(Clock::now());
+    int tasks = 0;
+    for (Task task; !rs->Eof(); rs->MoveNext(), ++tasks) {
         task.LoadRow(*rs);
-        tasks << task;
+        if (!writer.add(task)) result.skipped << task.Subject();
     }
-    const QByteArray text = iCalendarText(tasks, Clock::now(), &result.skipped);
+    const QByteArray text = writer.finish();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
         result.ErrMsg = QStringLiteral("写入文件出错，原因可能是") + file.errorString();
         return result;
     }
-    result.exported = int(tasks.size() - result.skipped.size());
+    result.exported = int(tasks - result.skipped.size());
     result.ok = true;
     return result;
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "exchange/icalwrapper.h"
+
 namespace tarvel {
 class Task;
 }
@@ -32,8 +34,18 @@ struct ICalendarExport {
 // file appears only when complete; a failure leaves what was there before.
 ICalendarExport exportTasksToICalendar(const QString& path, bool tickedOnly);
 
-// The calendar text of some tasks; `stamp` is every component's DTSTAMP.
-QByteArray iCalendarText(const QList<Task>& tasks, const QDateTime& stamp,
-                         QStringList* skipped = nullptr);
+// Builds the calendar text one task at a time.
+class CalendarWriter {
+public:
+    // `stamp`: every component's DTSTAMP (local wall time).
+    explicit CalendarWriter(const QDateTime& stamp);
+    // False (nothing written) for a task that occurs on no day.
+    bool add(const Task& task);
+    QByteArray finish();
+
+private:
+    QByteArray text_, tail_;
+    icaltimetype stamp_;
+};
 
 }  // namespace tarvel::exchange

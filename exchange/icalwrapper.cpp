@@ -1,5 +1,7 @@
 #include "exchange/icalwrapper.h"
 
+#include <QHash>
+
 #include "store/jetdate.h"
 
 namespace tarvel::exchange::ical {
@@ -138,6 +140,24 @@ icaltimetype zoned(icaltimetype t, icaltimezone* zone) {
     return t;
 }
 
+namespace {
+
+// The machine's offset from UTC at an instant. Zones change their offset
+// only on a quarter hour, so one lookup serves each quarter hour: a series
+// of thousands of occurrences would otherwise ask the system for each.
+int localOffsetAt(qint64 secondsSinceEpoch) {
+    static thread_local QHash<qint64, int> offsets;
+    const qint64 quarter =
+        secondsSinceEpoch >= 0 ? secondsSinceEpoch / 900 : (secondsSinceEpoch - 899) / 900;
+    const auto it = offsets.constFind(quarter);
+    if (it != offsets.cend()) return *it;
+    const int offset = QDateTime::fromSecsSinceEpoch(quarter * 900, Qt::LocalTime).offsetFromUtc();
+    offsets.insert(quarter, offset);
+    return offset;
+}
+
+}  // namespace
+
 QDateTime localTime(const icaltimetype& t) {
     if (icaltime_is_null_time(t) || !icaltime_is_valid_time(t)) return QDateTime();
     const QDate day(t.year, t.month, t.day);
@@ -147,8 +167,8 @@ QDateTime localTime(const icaltimetype& t) {
     const time_t seconds =
         icaltime_as_timet_with_zone(t, icaltime_is_utc(t) ? icaltimezone_get_utc_timezone()
                                                           : const_cast<icaltimezone*>(t.zone));
-    const QDateTime local = QDateTime::fromSecsSinceEpoch(qint64(seconds), Qt::LocalTime);
-    return jetdate::naive(local.date(), local.time());
+    return jetdate::naive(QDate(1970, 1, 1), QTime(0, 0))
+        .addSecs(qint64(seconds) + localOffsetAt(qint64(seconds)));
 }
 
 icaltimetype floatingTime(const QDateTime& local, bool dateOnly) {
