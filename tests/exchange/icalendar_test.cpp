@@ -38,6 +38,8 @@ const RuleCase kRules[] = {
     {"daily every third", "DTSTART:20260105T090000\nRRULE:FREQ=DAILY;INTERVAL=3;COUNT=30", 30,
      false},
     {"daily open", "DTSTART;TZID=America/New_York:20260110T073000\nRRULE:FREQ=DAILY", 1, true},
+    // Runs up to the last day read, yet stops each year: no open end.
+    {"every day in august", "DTSTART:20260801T080000\nRRULE:FREQ=DAILY;BYMONTH=8", -1, false},
     {"weekly every second", "DTSTART:20260106T140000\nRRULE:FREQ=WEEKLY;INTERVAL=2", -1, false},
     {"monday to friday",
      "DTSTART;TZID=America/New_York:20260105T091500\nRRULE:FREQ=WEEKLY;BYDAY=MO,TU,WE,TH,FR", 5,
