@@ -166,17 +166,22 @@ bool Opportunity::readQuickEdit() {
         return value || fail(QStringLiteral("“%1”不是有效的金额").arg(formText(control)));
     };
     if (!amount("txt_opp_revenue", eSale_) || !amount("txt_opp_revenue2", sale_)) return false;
-    // The list shows "80%": the last character is the percent sign.
-    QString probability = formText("cbo_opp_probability");
-    probability_ = 0;
-    if (probability.isEmpty()) return true;
-    probability.chop(1);
-    bool ok = false;
-    const double value = probability.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(value) || std::fabs(value) > 32767)
-        return fail(QStringLiteral("“%1”不是有效的成功概率").arg(formText("cbo_opp_probability")));
-    probability_ = qint16(std::lround(value));
+    const auto probability = parseProbability(formText("cbo_opp_probability"));
+    if (!probability) return fail(probabilityRule());
+    probability_ = *probability;
     return true;
+}
+
+std::optional<qint16> Opportunity::parseProbability(QString text) {
+    text = text.trimmed();
+    // The lists and pages show "80%".
+    if (text.endsWith(QLatin1Char('%'))) text.chop(1);
+    text = text.trimmed();
+    if (text.isEmpty()) return qint16(0);
+    bool whole = false;
+    const int value = text.toInt(&whole);
+    if (!whole || value < 0 || value > 100) return std::nullopt;
+    return qint16(value);
 }
 
 bool Opportunity::AddOpportunity() {

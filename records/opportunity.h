@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <optional>
 
 #include "records/recorddescription.h"
 
@@ -12,6 +13,12 @@ namespace tarvel {
 // nothing.
 class Opportunity : public RecordRow<Opportunity> {
 public:
+    // A success probability as people type it ("80", "80%", blank for 0):
+    // a whole number from 0 to 100, or nothing when it is not one.
+    static std::optional<qint16> parseProbability(QString text);
+    static QString probabilityRule() {
+        return QStringLiteral("成功概率必须是0到100之间的整数，请检查。");
+    }
     TARVEL_PROPERTY(int, ID, id_)
     TARVEL_PROPERTY(QString, Subject, subject_)
     TARVEL_PROPERTY(QString, Description, description_)

@@ -244,6 +244,19 @@ TEST_F(Panels, OpportunityReadersConvertTheComboAndClearThePrivacyFlag) {
     EXPECT_TRUE(o.ErrMsg().startsWith(QStringLiteral("AddOpportunity出错，原因可能是")));
 }
 
+// The panel and the detail page hold a probability to one rule.
+TEST(OpportunityProbability, WholeNumbersFromNoneToAHundred) {
+    const struct {
+        const char* typed;
+        int stored;  // -1: refused
+    } cases[] = {{"", 0},      {"80%", 80}, {" 80 % ", 80}, {"100", 100}, {"0%", 0},
+                 {"101%", -1}, {"-5%", -1}, {"12.5%", -1},  {"很高", -1}, {"%", 0}};
+    for (const auto& c : cases) {
+        const auto parsed = Opportunity::parseProbability(QString::fromUtf8(c.typed));
+        EXPECT_EQ(parsed ? int(*parsed) : -1, c.stored) << c.typed;
+    }
+}
+
 TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     run("INSERT INTO opportunities (opp_id, opp_subject) VALUES (20, '项目')");
     run("INSERT INTO documents (doc_id, doc_name) VALUES (9, '合同')");

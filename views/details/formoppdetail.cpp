@@ -14,8 +14,8 @@
 #include "records/opportunity.h"
 #include "records/recordsearch.h"
 #include "store/jetdate.h"
-#include "views/details/detaillayout.h"
 #include "views/common/namesearch.h"
+#include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
 #include "views/lists/listkind.h"
 #include "views/options/optionwidgets.h"
@@ -108,12 +108,9 @@ bool FormOppDetail::saveFields(int* id, QString* error) {
     if (!checkAmount(txtESale_, QStringLiteral("预计金额")) ||
         !checkAmount(txtSale_, QStringLiteral("成交金额")))
         return false;
-    QString percent = cboProbability_->currentText().trimmed();
-    if (percent.endsWith(QLatin1Char('%'))) percent.chop(1);
-    bool whole = percent.isEmpty();
-    const int probability = whole ? 0 : percent.toInt(&whole);
-    if (!whole || probability < 0 || probability > 100) {
-        info(QStringLiteral("成功概率必须是0到100之间的整数，请检查。"));
+    const auto probability = Opportunity::parseProbability(cboProbability_->currentText());
+    if (!probability) {
+        info(Opportunity::probabilityRule());
         cboProbability_->setFocus();
         return false;
     }
@@ -124,7 +121,7 @@ bool FormOppDetail::saveFields(int* id, QString* error) {
                                                               : jetdate::naive(dtDieDate_->date()));
         opportunity.setESale(*Currency::parse(txtESale_->text()));
         opportunity.setSale(*Currency::parse(txtSale_->text()));
-        opportunity.setProbability(qint16(probability));
+        opportunity.setProbability(*probability);
         opportunity.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);
         stampDates(opportunity, *id == 0);
     });
