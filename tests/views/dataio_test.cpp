@@ -38,12 +38,14 @@ public:
         asked << QStringLiteral("save|%1|%2|%3").arg(caption, proposed, filter);
         return names.isEmpty() ? QString() : names.takeFirst();
     }
-    bool confirmCsvImport(const exchange::CsvImportPlan& plan) override {
-        confirmed << plan.targets;
+    bool confirmCsvImport(exchange::CsvImportPlan* plan) override {
+        confirmed << plan->targets;
+        if (!retargeted.isEmpty()) exchange::retarget(plan, retargeted);
         return confirmAnswer;
     }
     QStringList names, asked;
     QList<QStringList> confirmed;
+    QStringList retargeted;  // the user's choice of fields, when set
     bool confirmAnswer = true;
 };
 
@@ -90,13 +92,15 @@ private slots:
         const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
         if (shots.isEmpty()) return;
         page_->grab().save(QDir(shots).filePath("form_dataio.png"));
-        exchange::CsvImportPlan plan{"contacts",
-                                     {"姓名", "手机", "客户/单位名称", "备注2"},
-                                     {"con_lastname", "con_mobile", "acc_name", ""},
-                                     {"姓名", "手机", "客户/单位名称", ""},
-                                     {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
-                                      {3, {"李芳", "13900000002", "北京人民医院", "y"}}}};
-        CsvPreview preview(plan);
+        exchange::CsvImportPlan plan;
+        plan.kind = "contacts";
+        plan.header = {"姓名", "手机", "客户/单位名称", "备注2"};
+        plan.choices = {{"con_lastname", "姓名"}, {"con_mobile", "手机"}, {"acc_name", "客户/单位名称"}};
+        plan.targets = {"con_lastname", "con_mobile", "acc_name", ""};
+        plan.captions = {"姓名", "手机", "客户/单位名称", ""};
+        plan.rows = {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
+                     {3, {"李芳", "13900000002", "北京人民医院", "y"}}};
+        CsvPreview preview(&plan);
         preview.show();
         preview.grab().save(QDir(shots).filePath("form_csv_preview.png"));
     }
@@ -186,13 +190,36 @@ private slots:
         QCOMPARE(contacts(), 1);
         QVERIFY(dialogs_->shown.isEmpty());
 
+        // The user leaves the mobile out; the next file with these captions
+        // is offered the same choice.
         QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
-        prompts_->names << path;
+        prompts_->names << path << path;
         prompts_->confirmAnswer = true;
+        prompts_->retargeted = {"con_lastname", "", "acc_name"};
         click(*page_, "cmd_import_csv");
-        QCOMPARE(dialogs_->lastText(), QString("已导入联系人 1 条，新建单位 1 个"));
+        QVERIFY2(dialogs_->lastText().contains("新增 1"), qPrintable(dialogs_->lastText()));
         QCOMPARE(contacts(), 2);
+        QCOMPARE(firstValue("SELECT COUNT(*) FROM contacts WHERE con_mobile='139'").toInt(), 0);
         QCOMPARE(replaced.count(), 1);
+        prompts_->confirmAnswer = false;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(prompts_->confirmed.value(2), QStringList({"con_lastname", "", "acc_name"}));
+    }
+
+    void csvImportWithBadCellsAsksBeforeTheRest() {
+        const QString path = QDir(file_->folder()).filePath("bad.csv");
+        QFile csv(path);
+        QVERIFY(csv.open(QIODevice::WriteOnly));
+        csv.write("姓名,生日\n赵一,1990-1-1\n钱二,明年\n");
+        csv.close();
+        prompts_->names << path << path;
+        click(*page_, "cmd_import_csv");  // the question is answered No
+        QVERIFY(dialogs_->lastText().contains("第3行“生日”"));
+        QCOMPARE(contacts(), 1);
+        dialogs_->answers << true;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(contacts(), 3);
+        QVERIFY2(dialogs_->lastText().contains("新增 2"), qPrintable(dialogs_->lastText()));
     }
 
     void lastImportIsTakenBackAfterAsking() {

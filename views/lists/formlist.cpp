@@ -565,7 +565,8 @@ void FormList::exportCsv(bool withSums) {
     }
     QString path;
     RecordsetPtr rows =
-        tickedForExport(QStringLiteral(".csv"), QStringLiteral("csv文件 (*.csv)"), &path);
+        tickedForExport(QStringLiteral(".xlsx"),
+                        QStringLiteral("Excel文件 (*.xlsx);;csv文件 (*.csv)"), &path);
     if (!rows) return;
     std::unique_ptr<QProgressDialog> progress;
     const ExportProgress step = progressFor(rows->RecordCount(), progress);
