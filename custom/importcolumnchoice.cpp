@@ -35,9 +35,9 @@ QStringList ImportColumnChoice::recall() const {
 
 bool ImportColumnChoice::remember(const QStringList& targets) {
     tarveldatabase db;
-    const auto rs = db.GetWriteRs(
-        QStringLiteral("SELECT * FROM setting WHERE set_type='%1' AND set_key='%2'")
-            .arg(kSection, key_));
+    const auto rs =
+        db.GetWriteRs(QStringLiteral("SELECT * FROM setting WHERE set_type='%1' AND set_key='%2'")
+                          .arg(kSection, key_));
     if (!rs || rs->State() != adStateOpen) {
         errMsg_ = db.ErrMsg();
         return false;

@@ -124,7 +124,8 @@ bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan
     QStringList targets = ImportColumnChoice(plan->kind, plan->header).recall();
     plan->remembered = !targets.isEmpty();
     if (!plan->remembered) targets = mappedTargets(*plan);
-    if (std::all_of(targets.cbegin(), targets.cend(), [](const QString& t) { return t.isEmpty(); })) {
+    if (std::all_of(targets.cbegin(), targets.cend(),
+                    [](const QString& t) { return t.isEmpty(); })) {
         *error = QStringLiteral("%1 的第一行没有可以识别的列名").arg(path);
         return false;
     }
@@ -152,8 +153,7 @@ bool rememberTargets(const CsvImportPlan& plan, QString* error) {
 
 QString CsvImportResult::summary() const {
     QString text = tally.summary();
-    if (!problems.isEmpty())
-        text += QStringLiteral("\n以下内容没有导入：\n") + listed(problems);
+    if (!problems.isEmpty()) text += QStringLiteral("\n以下内容没有导入：\n") + listed(problems);
     return text;
 }
 

@@ -20,7 +20,7 @@ struct ImportTarget {
 // What a table file (CSV text or an Excel workbook) will bring, shown to the
 // user before anything is stored.
 struct CsvImportPlan {
-    QString kind;          // "contacts" or "accounts"
+    QString kind;  // "contacts" or "accounts"
     QString path;
     QStringList header;    // the file's first row
     QStringList targets;   // per header cell: a column, a part, or empty (not imported)

@@ -34,11 +34,12 @@ DateCell readDateCell(const QString& raw, QDate* date) {
     const QString text = raw.trimmed();
     *date = QDate();
     if (text.isEmpty()) return DateCell::Empty;
-    static const QRegularExpression ymd(
-        QStringLiteral("^(\\d{4})\\s*[-/.年]\\s*(\\d{1,2})\\s*[-/.月]\\s*(\\d{1,2})\\s*日?"
-                       "(?:[ T]\\d{1,2}:\\d{2}(?::\\d{2})?(?:\\.\\d+)?(?:Z|[+-]\\d{2}:?\\d{2})?)?$"));
+    static const QRegularExpression ymd(QStringLiteral(
+        "^(\\d{4})\\s*[-/.年]\\s*(\\d{1,2})\\s*[-/.月]\\s*(\\d{1,2})\\s*日?"
+        "(?:[ T]\\d{1,2}:\\d{2}(?::\\d{2})?(?:\\.\\d+)?(?:Z|[+-]\\d{2}:?\\d{2})?)?$"));
     static const QRegularExpression mdy(QStringLiteral(
-        "^(\\d{1,2})\\s*([/.-])\\s*(\\d{1,2})\\s*\\2\\s*(\\d{2}|\\d{4})(?:\\s+\\d{1,2}:\\d{2}(?::\\d{2})?"
+        "^(\\d{1,2})\\s*([/"
+        ".-])\\s*(\\d{1,2})\\s*\\2\\s*(\\d{2}|\\d{4})(?:\\s+\\d{1,2}:\\d{2}(?::\\d{2})?"
         "(?:\\s*[AaPp][Mm])?)?$"));
     static const QRegularExpression serial(QStringLiteral("^\\d{1,6}(?:\\.\\d+)?$"));
     static const QRegularExpression compact(QStringLiteral("^(\\d{4})(\\d{2})(\\d{2})$"));

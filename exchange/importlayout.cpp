@@ -30,22 +30,22 @@ const QHash<QString, QString>& exactContacts() {
         put("acc_name", {"company", "organization", "organisation", "organization 1 - name",
                          "organization name", "公司", "单位", "公司名称", "单位名称", "工作单位",
                          "公司/单位", "单位/公司", "客户名称", "所在单位", "company name"});
-        put(":department", {"department", "organization 1 - department",
-                            "organization department", "部门", "所在部门"});
+        put(":department", {"department", "organization 1 - department", "organization department",
+                            "部门", "所在部门"});
         put(":jobtitle", {"job title", "organization 1 - title", "organization title", "职务",
                           "职位", "头衔", "job", "position", "occupation"});
-        put("con_birthday", {"birthday", "birth date", "date of birth", "生日", "出生日期",
-                             "出生年月日", "生辰"});
+        put("con_birthday",
+            {"birthday", "birth date", "date of birth", "生日", "出生日期", "出生年月日", "生辰"});
         put(":birth.year", {"birth year", "出生年份"});
         put(":birth.month", {"birth month", "出生月份"});
         put(":birth.day", {"birth day"});
         put("con_description", {"notes", "note", "comments", "附注", "备注", "说明", "备忘"});
         put("con_tag", {"categories", "category", "group membership", "labels", "类别", "分类",
                         "标签", "分组", "群组"});
-        put("con_website", {"web page", "web page 1", "web page 2", "website", "web site",
-                            "personal web page", "personal website", "business website",
-                            "website 1 - value", "网页", "网页 1", "网页 2", "个人网址", "主页",
-                            "网址", "个人主页"});
+        put("con_website",
+            {"web page", "web page 1", "web page 2", "website", "web site", "personal web page",
+             "personal website", "business website", "website 1 - value", "网页", "网页 1",
+             "网页 2", "个人网址", "主页", "网址", "个人主页"});
         put(":im", {"screen name", "qq", "qq号", "qq号码", "微信", "微信号", "wechat", "skype",
                     "im address", "yahoo! id", "messenger id", "即时通讯", "im aim", "im icq",
                     "im jabber", "im msn", "im yahoo", "im skype"});
@@ -58,13 +58,38 @@ const QHash<QString, QString>& exactContacts() {
         put(":addr.home.city", {"城市", "city", "所在城市"});
         put(":addr.home.country", {"国家", "country"});
         // Details of other fields, not fields themselves.
-        put("", {"e-mail type", "e-mail display name", "e-mail 2 type", "e-mail 2 display name",
-                 "e-mail 3 type", "e-mail 3 display name", "电子邮件类型", "电子邮件显示名称",
-                 "电子邮件 2 类型", "电子邮件 2 显示名称", "电子邮件 3 类型",
-                 "电子邮件 3 显示名称", "gender", "性别", "priority", "sensitivity", "private",
-                 "initials", "yomi name", "given name yomi", "family name yomi", "phonetic first name",
-                 "phonetic middle name", "phonetic last name", "file as", "mileage", "billing information",
-                 "directory server", "hobby", "location", "subject", "distribution lists"});
+        put("", {"e-mail type",
+                 "e-mail display name",
+                 "e-mail 2 type",
+                 "e-mail 2 display name",
+                 "e-mail 3 type",
+                 "e-mail 3 display name",
+                 "电子邮件类型",
+                 "电子邮件显示名称",
+                 "电子邮件 2 类型",
+                 "电子邮件 2 显示名称",
+                 "电子邮件 3 类型",
+                 "电子邮件 3 显示名称",
+                 "gender",
+                 "性别",
+                 "priority",
+                 "sensitivity",
+                 "private",
+                 "initials",
+                 "yomi name",
+                 "given name yomi",
+                 "family name yomi",
+                 "phonetic first name",
+                 "phonetic middle name",
+                 "phonetic last name",
+                 "file as",
+                 "mileage",
+                 "billing information",
+                 "directory server",
+                 "hobby",
+                 "location",
+                 "subject",
+                 "distribution lists"});
         return t;
     }();
     return table;
@@ -76,9 +101,9 @@ const QHash<QString, QString>& exactAccounts() {
         auto put = [&t](const char* target, std::initializer_list<const char*> headers) {
             for (const char* h : headers) t.insert(QString::fromUtf8(h), QString::fromUtf8(target));
         };
-        put("acc_name", {"name", "company", "organization", "organisation", "公司", "单位",
-                         "公司名称", "单位名称", "客户名称", "公司/单位", "单位/公司", "名称",
-                         "客户"});
+        put("acc_name",
+            {"name", "company", "organization", "organisation", "公司", "单位", "公司名称",
+             "单位名称", "客户名称", "公司/单位", "单位/公司", "名称", "客户"});
         put("acc_description", {"notes", "note", "comments", "附注", "备注", "说明"});
         put("acc_website", {"web page", "website", "web site", "网页", "主页", "网址", "网站"});
         put("acc_industry", {"industry", "行业", "所属行业"});
@@ -110,8 +135,9 @@ QString numberedTarget(const QString& h) {
     const QString what = m.captured(1), n = m.captured(2), part = m.captured(3);
     const bool isLabel = part == QLatin1String("type") || part == QLatin1String("label");
     if (what == QLatin1String("phone"))
-        return isLabel ? QStringLiteral(":label.p") + n
-                       : part == QLatin1String("value") ? QStringLiteral(":phone.p") + n : QString();
+        return isLabel                          ? QStringLiteral(":label.p") + n
+               : part == QLatin1String("value") ? QStringLiteral(":phone.p") + n
+                                                : QString();
     if (what == QLatin1String("e-mail") || what == QLatin1String("email"))
         return part == QLatin1String("value") ? QStringLiteral(":email") : QString();
     if (what == QLatin1String("im"))
@@ -188,7 +214,8 @@ QString targetOf(const QString& header, const QString& kind) {
         if (const QString numbered = numberedTarget(h); numbered != QLatin1String("?"))
             return numbered;
         // Apple's "Phone (Mobile)", "Email (Work)".
-        static const QRegularExpression apple(QStringLiteral("^(phone|telephone|email|e-mail) ?\\((.+)\\)$"));
+        static const QRegularExpression apple(
+            QStringLiteral("^(phone|telephone|email|e-mail) ?\\((.+)\\)$"));
         if (const auto m = apple.match(h); m.hasMatch()) {
             if (m.captured(1).contains(QLatin1String("mail"))) return QStringLiteral(":email");
             return keywordTarget(m.captured(2) + QStringLiteral(" phone"), kind);
@@ -217,8 +244,9 @@ QList<Part> choosableParts(const QString& kind) {
                          {QStringLiteral(":fax"), QStringLiteral("传真(依次填入)")},
                          {QStringLiteral(":email"), QStringLiteral("电子邮件(依次填入)")},
                          {QStringLiteral(":im"), QStringLiteral("即时通讯(依次填入)")}};
-    const QList<std::pair<QString, QString>> groups = {{QStringLiteral("home"), QStringLiteral("家庭地址")},
-                                                       {QStringLiteral("work"), QStringLiteral("单位地址")}};
+    const QList<std::pair<QString, QString>> groups = {
+        {QStringLiteral("home"), QStringLiteral("家庭地址")},
+        {QStringLiteral("work"), QStringLiteral("单位地址")}};
     for (const auto& [group, caption] : groups)
         for (const Part& p : {Part{QStringLiteral("street"), QStringLiteral("街道")},
                               Part{QStringLiteral("city"), QStringLiteral("城市")},
@@ -239,10 +267,8 @@ QString partCaption(const QString& target) {
     for (const QString& kind : {QStringLiteral("contacts"), QStringLiteral("accounts")})
         for (const Part& p : choosableParts(kind))
             if (p.key == target) return p.caption;
-    if (target.startsWith(QLatin1String(":phone.")))
-        return QStringLiteral("电话(按类型列)");
-    if (target.startsWith(QLatin1String(":label.")))
-        return QStringLiteral("电话/地址的类型");
+    if (target.startsWith(QLatin1String(":phone."))) return QStringLiteral("电话(按类型列)");
+    if (target.startsWith(QLatin1String(":label."))) return QStringLiteral("电话/地址的类型");
     if (target.startsWith(QLatin1String(":addr."))) {
         static const QHash<QString, QString> groups = {
             {QStringLiteral("home"), QStringLiteral("家庭地址")},
@@ -254,7 +280,8 @@ QString partCaption(const QString& target) {
             {QStringLiteral("region"), QStringLiteral("省/州")},
             {QStringLiteral("postcode"), QStringLiteral("邮编")},
             {QStringLiteral("country"), QStringLiteral("国家")}};
-        return groups.value(target.section(QLatin1Char('.'), 1, 1), QStringLiteral("地址(按类型列)")) +
+        return groups.value(target.section(QLatin1Char('.'), 1, 1),
+                            QStringLiteral("地址(按类型列)")) +
                QLatin1Char('-') + pieces.value(target.section(QLatin1Char('.'), 2));
     }
     if (target == QLatin1String(":given")) return QStringLiteral("名");

@@ -50,7 +50,8 @@ const QHash<QString, QStringList>& slotsOf(const QString& kind) {
          {QStringLiteral("con_telephone"), QStringLiteral("con_telephone2"),
           QStringLiteral("con_telephone3")}},
         {QStringLiteral(":mobile"),
-         {QStringLiteral("con_mobile"), QStringLiteral("con_mobile2"), QStringLiteral("con_mobile3")}},
+         {QStringLiteral("con_mobile"), QStringLiteral("con_mobile2"),
+          QStringLiteral("con_mobile3")}},
         {QStringLiteral(":fax"),
          {QStringLiteral("con_fax"), QStringLiteral("con_fax2"), QStringLiteral("con_fax3")}},
         {QStringLiteral(":email"),
@@ -128,10 +129,10 @@ TableRowReader::TableRowReader(const QString& kind, const QStringList& header,
                                const QStringList& targets)
     : kind_(kind), header_(header), targets_(targets) {}
 
-bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
-                          QStringList* problems) const {
+bool TableRowReader::read(const CsvRow& row, IncomingRecord* record, QStringList* problems) const {
     const bool accounts = kind_ == QLatin1String("accounts");
-    const QString notes = accounts ? QStringLiteral("acc_description") : QStringLiteral("con_description");
+    const QString notes =
+        accounts ? QStringLiteral("acc_description") : QStringLiteral("con_description");
     QHash<QString, QVariant>& columns = record->columns;
     columns.clear();
     record->accountColumns.clear();
@@ -180,7 +181,8 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
                 if (columns.value(target).toString() != value)
                     noteLines << caption(c) + QStringLiteral("：") + value;
             } else {
-                columns.insert(target, target.endsWith(QLatin1String("_tag")) ? tags(value) : value);
+                columns.insert(target,
+                               target.endsWith(QLatin1String("_tag")) ? tags(value) : value);
             }
             continue;
         }
@@ -230,7 +232,8 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
             for (const QString& v : values(value)) {
                 const QString h = caption(c);
                 // "QQ：12345" says which network an IM address belongs to.
-                const bool named = target == QLatin1String(":im") && !h.contains(QStringLiteral("即时通讯")) &&
+                const bool named = target == QLatin1String(":im") &&
+                                   !h.contains(QStringLiteral("即时通讯")) &&
                                    !h.startsWith(QLatin1String("IM "), Qt::CaseInsensitive);
                 slotted << std::tuple(target, h, named ? h + QLatin1Char(':') + v : v);
             }
@@ -259,7 +262,8 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
     for (auto it = addresses.cbegin(); it != addresses.cend(); ++it) {
         const Address& a = it.value();
         if (a.empty()) continue;
-        const QString line = a.line() + (a.postcode.isEmpty() ? QString() : QLatin1Char(' ') + a.postcode);
+        const QString line =
+            a.line() + (a.postcode.isEmpty() ? QString() : QLatin1Char(' ') + a.postcode);
         if (accounts) {
             if (!put(QStringLiteral("acc_address"), QStringLiteral("acc_postcode"), a))
                 noteLines << QStringLiteral("地址：") + line;
@@ -267,15 +271,17 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
             record->accountColumns.insert(QStringLiteral("acc_address"), a.line());
             if (!a.postcode.isEmpty())
                 record->accountColumns.insert(QStringLiteral("acc_postcode"), a.postcode);
-        } else if (!put(QStringLiteral("con_address_family"), QStringLiteral("con_postcode_family"), a)) {
+        } else if (!put(QStringLiteral("con_address_family"), QStringLiteral("con_postcode_family"),
+                        a)) {
             noteLines << (it.key() == QLatin1String("work") ? QStringLiteral("单位地址：")
-                                                           : QStringLiteral("其他地址：")) +
+                                                            : QStringLiteral("其他地址：")) +
                              line;
         }
     }
     if (!accounts) {
         // Birthday from year, month and day columns.
-        if (!birthMonth.isEmpty() && !birthDay.isEmpty() && !columns.contains(QStringLiteral("con_birthday"))) {
+        if (!birthMonth.isEmpty() && !birthDay.isEmpty() &&
+            !columns.contains(QStringLiteral("con_birthday"))) {
             const QDate day(birthYear.toInt(), birthMonth.toInt(), birthDay.toInt());
             if (!birthYear.isEmpty() && day.isValid())
                 columns.insert(QStringLiteral("con_birthday"), jetdate::naive(day));
@@ -283,24 +289,22 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record,
                 noteLines << QStringLiteral("生日：%1月%2日").arg(birthMonth, birthDay);
         }
         const QString title = QStringList{department, jobTitle}.join(QLatin1Char(' ')).trimmed();
-        if (!title.isEmpty() && columns.value(QStringLiteral("con_department_title")).toString().isEmpty())
+        if (!title.isEmpty() &&
+            columns.value(QStringLiteral("con_department_title")).toString().isEmpty())
             columns.insert(QStringLiteral("con_department_title"), title);
         // The whole name: the file's own, else its parts, else what else names the person.
         const QString given = columns.value(QStringLiteral("con_firstname")).toString();
         QString name = columns.value(QStringLiteral("con_lastname")).toString();
         if (name.isEmpty()) name = wholeName(family, given, middle);
-        for (const char* other : {"con_email", "con_mobile", "con_telephone", "con_im"}) {
-            if (!name.isEmpty()) break;
-            name = name.isEmpty() && !record->organisation.isEmpty()
-                       ? record->organisation
-                       : columns.value(QString::fromLatin1(other)).toString();
-        }
+        if (name.isEmpty()) name = record->organisation;
+        for (const char* other : {"con_email", "con_mobile", "con_telephone", "con_im"})
+            if (name.isEmpty()) name = columns.value(QString::fromLatin1(other)).toString();
         if (name.isEmpty()) {
-            *problems << QStringLiteral("第%1行没有姓名、单位、电子邮件或电话，没有导入").arg(row.line);
+            *problems
+                << QStringLiteral("第%1行没有姓名、单位、电子邮件或电话，没有导入").arg(row.line);
             return false;
         }
         columns.insert(QStringLiteral("con_lastname"), name);
-        if (given.isEmpty() && !family.isEmpty() && name == family) columns.remove(QStringLiteral("con_firstname"));
     } else if (columns.value(QStringLiteral("acc_name")).toString().isEmpty()) {
         *problems << QStringLiteral("第%1行没有单位名称，没有导入").arg(row.line);
         return false;

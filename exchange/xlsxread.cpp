@@ -46,7 +46,9 @@ QByteArray member(zip_t* zip, const QString& name, bool* found, QString* error) 
     QByteArray bytes(qsizetype(st.size), Qt::Uninitialized);
     const zip_int64_t read = zip_fread(file, bytes.data(), st.size);
     const bool ok = read == zip_int64_t(st.size);
-    if (!ok) *error = QStringLiteral("%1 已损坏：%2").arg(name, QString::fromUtf8(zip_file_strerror(file)));
+    if (!ok)
+        *error =
+            QStringLiteral("%1 已损坏：%2").arg(name, QString::fromUtf8(zip_file_strerror(file)));
     zip_fclose(file);
     if (!ok) return {};
     *found = true;
@@ -131,7 +133,8 @@ QList<bool> dateStyles(const QByteArray& bytes) {
                 const int id = xml.attributes().value(QLatin1String("numFmtId")).toInt();
                 styles << isDateFormat(id, codes.value(id));
             }
-        } else if (token == QXmlStreamReader::EndElement && xml.name() == QLatin1String("cellXfs")) {
+        } else if (token == QXmlStreamReader::EndElement &&
+                   xml.name() == QLatin1String("cellXfs")) {
             inCellXfs = false;
         }
     }
@@ -179,14 +182,16 @@ bool readWorkbook(zip_t* zip, Workbook* book, QString* error) {
         if (error->isEmpty()) *error = QStringLiteral("没有工作簿(xl/workbook.xml)");
         return false;
     }
-    const QByteArray rels = member(zip, QStringLiteral("xl/_rels/workbook.xml.rels"), &found, error);
+    const QByteArray rels =
+        member(zip, QStringLiteral("xl/_rels/workbook.xml.rels"), &found, error);
     QHash<QString, QString> targets;
     QXmlStreamReader r(rels);
     while (!r.atEnd()) {
         if (r.readNext() == QXmlStreamReader::StartElement &&
             r.name() == QLatin1String("Relationship"))
-            targets.insert(r.attributes().value(QLatin1String("Id")).toString(),
-                           resolvedTarget(r.attributes().value(QLatin1String("Target")).toString()));
+            targets.insert(
+                r.attributes().value(QLatin1String("Id")).toString(),
+                resolvedTarget(r.attributes().value(QLatin1String("Target")).toString()));
     }
     QXmlStreamReader xml(workbook);
     int position = 0;
@@ -201,8 +206,8 @@ bool readWorkbook(zip_t* zip, Workbook* book, QString* error) {
             for (const auto& a : xml.attributes())
                 if (a.name() == QLatin1String("id")) id = a.value().toString();
             book->names << xml.attributes().value(QLatin1String("name")).toString();
-            book->paths << targets.value(
-                id, QStringLiteral("xl/worksheets/sheet%1.xml").arg(position));
+            book->paths << targets.value(id,
+                                         QStringLiteral("xl/worksheets/sheet%1.xml").arg(position));
         }
     }
     if (xml.hasError()) {
@@ -263,9 +268,9 @@ bool readSheet(const QByteArray& bytes, const QStringList& strings, const QList<
                 } else if (!value.isEmpty()) {
                     bool isNumber = false;
                     const double n = value.toDouble(&isNumber);
-                    text = !isNumber                      ? value
+                    text = !isNumber                    ? value
                            : dates.value(style.toInt()) ? dateText(n, date1904)
-                                                          : numberText(n);
+                                                        : numberText(n);
                 }
                 if (text.isEmpty()) continue;
                 while (row.fields.size() < at) row.fields << QString();
@@ -310,7 +315,8 @@ bool readXlsx(const QString& path, const QString& sheet, QList<CsvRow>* rows, QS
     if (!zip) return false;
     Workbook book;
     QString problem;
-    if (!readWorkbook(zip.get(), &book, &problem)) return (*error = brokenText(path) + problem, false);
+    if (!readWorkbook(zip.get(), &book, &problem))
+        return (*error = brokenText(path) + problem, false);
     const qsizetype index = sheet.isEmpty() ? 0 : book.names.indexOf(sheet);
     if (index < 0) {
         *error = QStringLiteral("%1 中没有名为“%2”的工作表；工作表有：%3")

@@ -18,8 +18,8 @@ constexpr int kMaxCellText = 32767;  // what one cell of a workbook holds
 lxw_datetime toLxw(const QDateTime& t) {
     const QDate d = t.date();
     const QTime time = t.time();
-    return lxw_datetime{d.year(), d.month(), d.day(), time.hour(), time.minute(),
-                        double(time.second())};
+    return lxw_datetime{d.year(),    d.month(),     d.day(),
+                        time.hour(), time.minute(), double(time.second())};
 }
 
 }  // namespace
@@ -76,13 +76,12 @@ struct XlsxTable::Impl {
 XlsxTable::XlsxTable(const QString& path, const QStringList& captions) : d(new Impl) {
     d->path = path;
     const QFileInfo target(path);
-    d->temporary.setFileTemplate(
-        target.absoluteDir().filePath(QStringLiteral(".") + target.completeBaseName() +
-                                      QStringLiteral("-XXXXXX.xlsx")));
+    d->temporary.setFileTemplate(target.absoluteDir().filePath(
+        QStringLiteral(".") + target.completeBaseName() + QStringLiteral("-XXXXXX.xlsx")));
     if (!d->temporary.open()) {
-        d->error = QStringLiteral("无法在 %1 写入文件：%2")
-                       .arg(QDir::toNativeSeparators(target.absolutePath()),
-                            d->temporary.errorString());
+        d->error =
+            QStringLiteral("无法在 %1 写入文件：%2")
+                .arg(QDir::toNativeSeparators(target.absolutePath()), d->temporary.errorString());
         return;
     }
     d->temporaryName = QFile::encodeName(d->temporary.fileName());

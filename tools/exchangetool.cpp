@@ -7,12 +7,12 @@
 
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
-#include "exchange/xlsxwrite.h"
 #include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
+#include "exchange/xlsxwrite.h"
 #include "schedule/icalendar.h"
 #include "store/connectionstring.h"
 #include "store/schema.h"
@@ -120,7 +120,8 @@ const std::map<QString, Command>& commands() {
                               (plan.targets[i].isEmpty() ? QStringLiteral("(不导入)")
                                                          : plan.captions[i]);
               *said = QStringLiteral("列：%1\n").arg(used.join(QStringLiteral("，")));
-              if (!plan.encodingProblem.isEmpty()) *said += plan.encodingProblem + QLatin1Char('\n');
+              if (!plan.encodingProblem.isEmpty())
+                  *said += plan.encodingProblem + QLatin1Char('\n');
               *said += result.summary();
               return o;
           }}},
@@ -184,7 +185,8 @@ int runExchangeTool(const QStringList& args, const QString& programFolder, QText
         rest = rest.mid(2);
     }
     sheetOption().clear();
-    if (const qsizetype at = rest.indexOf(QStringLiteral("--sheet")); at >= 0 && at + 1 < rest.size()) {
+    if (const qsizetype at = rest.indexOf(QStringLiteral("--sheet"));
+        at >= 0 && at + 1 < rest.size()) {
         sheetOption() = rest[at + 1];
         rest.remove(at, 2);
     }

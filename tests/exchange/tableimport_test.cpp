@@ -55,7 +55,9 @@ TEST(TableText, SplitsOnTheSeparatorOfTheHeaderLine) {
         {"a,b\r\nc,d\r\n", ',', {1, 2}, {{"a", "b"}, {"c", "d"}}},
         {"\"x,y\",\"say \"\"hi\"\"\"\n", ',', {1}, {{"x,y", "say \"hi\""}}},
         {"\"two\nlines\",z\n\nlast,\n", ',', {1, 4}, {{"two\nlines", "z"}, {"last", ""}}},
-        {"Name;E-mail;Note\n\"Doe, J\";j@x;\"a;b\"\n", ';', {1, 2},
+        {"Name;E-mail;Note\n\"Doe, J\";j@x;\"a;b\"\n",
+         ';',
+         {1, 2},
          {{"Name", "E-mail", "Note"}, {"Doe, J", "j@x", "a;b"}}},
         {"姓名\t手机\n张三\t138\n", '\t', {1, 2}, {{"姓名", "手机"}, {"张三", "138"}}},
         {"\"a;b;c\",d\n1,2\n", ',', {1, 2}, {{"a;b;c", "d"}, {"1", "2"}}},
@@ -111,42 +113,70 @@ TEST(TableLayout, KnownHeadersMapByThemselves) {
         const char* target;
     } cases[] = {
         // Outlook, English and Chinese
-        {"First Name", "con_firstname"},       {"Last Name", ":family"},
-        {"Middle Name", ":middle"},            {"Company", "acc_name"},
-        {"Job Title", ":jobtitle"},            {"E-mail Address", ":email"},
-        {"E-mail 2 Address", ":email"},        {"E-mail Display Name", ""},
-        {"Business Phone", ":phone"},          {"Mobile Phone", ":mobile"},
-        {"Business Fax", ":fax"},              {"Home Street", ":addr.home.street"},
+        {"First Name", "con_firstname"},
+        {"Last Name", ":family"},
+        {"Middle Name", ":middle"},
+        {"Company", "acc_name"},
+        {"Job Title", ":jobtitle"},
+        {"E-mail Address", ":email"},
+        {"E-mail 2 Address", ":email"},
+        {"E-mail Display Name", ""},
+        {"Business Phone", ":phone"},
+        {"Mobile Phone", ":mobile"},
+        {"Business Fax", ":fax"},
+        {"Home Street", ":addr.home.street"},
         {"Business Postal Code", ":addr.work.postcode"},
         {"Business Country/Region", ":addr.work.country"},
-        {"Home State", ":addr.home.region"},   {"名", "con_firstname"},
-        {"姓", ":family"},                     {"中间名", ":middle"},
-        {"电子邮件地址", ":email"},            {"商务电话", ":phone"},
-        {"移动电话", ":mobile"},               {"单位", "acc_name"},
-        {"职务", ":jobtitle"},                 {"生日", "con_birthday"},
-        {"附注", "con_description"},           {"商务地址 邮政编码", ":addr.work.postcode"},
+        {"Home State", ":addr.home.region"},
+        {"名", "con_firstname"},
+        {"姓", ":family"},
+        {"中间名", ":middle"},
+        {"电子邮件地址", ":email"},
+        {"商务电话", ":phone"},
+        {"移动电话", ":mobile"},
+        {"单位", "acc_name"},
+        {"职务", ":jobtitle"},
+        {"生日", "con_birthday"},
+        {"附注", "con_description"},
+        {"商务地址 邮政编码", ":addr.work.postcode"},
         {"住宅地址 省/市/自治区", ":addr.home.region"},
         // Google, old and current
-        {"Name", "con_lastname"},              {"Given Name", "con_firstname"},
-        {"Family Name", ":family"},            {"E-mail 1 - Value", ":email"},
-        {"E-mail 1 - Type", ""},               {"Phone 1 - Type", ":label.p1"},
-        {"Phone 2 - Label", ":label.p2"},      {"Phone 2 - Value", ":phone.p2"},
+        {"Name", "con_lastname"},
+        {"Given Name", "con_firstname"},
+        {"Family Name", ":family"},
+        {"E-mail 1 - Value", ":email"},
+        {"E-mail 1 - Type", ""},
+        {"Phone 1 - Type", ":label.p1"},
+        {"Phone 2 - Label", ":label.p2"},
+        {"Phone 2 - Value", ":phone.p2"},
         {"Address 1 - Postal Code", ":addr.a1.postcode"},
-        {"Organization 1 - Name", "acc_name"}, {"Organization Title", ":jobtitle"},
+        {"Organization 1 - Name", "acc_name"},
+        {"Organization Title", ":jobtitle"},
         {"Group Membership", "con_tag"},
         // Thunderbird, Yahoo, Apple, roundcube
-        {"Primary Email", ":email"},           {"Mobile Number", ":mobile"},
-        {"Work ZipCode", ":addr.work.postcode"}, {"Birth Month", ":birth.month"},
-        {"Display Name", "con_lastname"},      {"Screen Name", ":im"},
-        {"Alternate Email 1", ":email"},       {"Phone (Mobile)", ":mobile"},
-        {"Email Home", ":email"},              {"Home Mobile", ":mobile"},
+        {"Primary Email", ":email"},
+        {"Mobile Number", ":mobile"},
+        {"Work ZipCode", ":addr.work.postcode"},
+        {"Birth Month", ":birth.month"},
+        {"Display Name", "con_lastname"},
+        {"Screen Name", ":im"},
+        {"Alternate Email 1", ":email"},
+        {"Phone (Mobile)", ":mobile"},
+        {"Email Home", ":email"},
+        {"Home Mobile", ":mobile"},
         // The small business sheet
-        {"姓名", "con_lastname"},              {"公司", "acc_name"},
-        {"公司/单位", "acc_name"},             {"手机", ":mobile"},
-        {"座机", ":phone"},                    {"邮箱", ":email"},
-        {"地址", ":addr.home.street"},         {"邮编", ":addr.home.postcode"},
-        {"微信", ":im"},                       {"QQ", ":im"},
-        {"备注", "con_description"},           {"不认识的列", ""},
+        {"姓名", "con_lastname"},
+        {"公司", "acc_name"},
+        {"公司/单位", "acc_name"},
+        {"手机", ":mobile"},
+        {"座机", ":phone"},
+        {"邮箱", ":email"},
+        {"地址", ":addr.home.street"},
+        {"邮编", ":addr.home.postcode"},
+        {"微信", ":im"},
+        {"QQ", ":im"},
+        {"备注", "con_description"},
+        {"不认识的列", ""},
     };
     for (const auto& c : cases)
         EXPECT_EQ(layout::targetOf(QString::fromUtf8(c.header), "contacts"),
@@ -182,8 +212,9 @@ TEST_F(TableImport, OutlookWithChineseHeadersInGb18030) {
     EXPECT_TRUE(note.startsWith("老客户\n两行")) << note.toStdString();
     EXPECT_TRUE(note.contains("其他电话：010-4")) << "a fourth telephone is not dropped";
     EXPECT_EQ(contact("张三", "con_birthday").left(10), "1900-01-01") << "0/0/00 is no birthday";
-    EXPECT_EQ(column("SELECT acc_address & '|' & acc_postcode FROM accounts WHERE acc_name='华信科技'"),
-              QStringList({"北京中关村大街1号|100080"}));
+    EXPECT_EQ(
+        column("SELECT acc_address & '|' & acc_postcode FROM accounts WHERE acc_name='华信科技'"),
+        QStringList({"北京中关村大街1号|100080"}));
     EXPECT_EQ(column("SELECT acc_name FROM que_contacts_accounts WHERE con_lastname='张三'"),
               QStringList({"华信科技"}));
     EXPECT_EQ(contact("Ann Lee Smith", "con_firstname,con_birthday").left(14), "Ann|1985-03-15");
@@ -203,8 +234,9 @@ TEST_F(TableImport, GoogleLayoutsPutEachNumberInTheSlotItsLabelSays) {
                "明,,王,,--03-04,,,,,Work,010-5555,Mobile,13900000000,Work,"
                "建国路88号,北京,100022,中国,远景公司,总监\n");
     import(current);
-    EXPECT_EQ(contact("John Doe", "con_firstname,con_nickname,con_mobile,con_fax,con_email,con_email2"),
-              "John|JD|+1 555 0100|+1 555 0101|jd@home.org|jd@work.com");
+    EXPECT_EQ(
+        contact("John Doe", "con_firstname,con_nickname,con_mobile,con_fax,con_email,con_email2"),
+        "John|JD|+1 555 0100|+1 555 0101|jd@home.org|jd@work.com");
     EXPECT_EQ(contact("John Doe", "con_address_family,con_postcode_family,con_tag"),
               "5 Silicon Alley, New York, United States of America|10001|Friends");
     EXPECT_EQ(contact("王明", "con_telephone,con_mobile,con_department_title"),
@@ -223,24 +255,26 @@ TEST_F(TableImport, GoogleLayoutsPutEachNumberInTheSlotItsLabelSays) {
 }
 
 TEST_F(TableImport, SemicolonAndUtf16FilesAndTheFallbackName) {
-    writeBytes(inFolder("semi.csv"), "Display Name;First Name;Last Name;Primary Email\n"
-                                     "\"Doe; John\";John;Doe;jd@x.org\n"
-                                     ";;;only@mail.org\n");
+    writeBytes(inFolder("semi.csv"),
+               "Display Name;First Name;Last Name;Primary Email\n"
+               "\"Doe; John\";John;Doe;jd@x.org\n"
+               ";;;only@mail.org\n");
     import(inFolder("semi.csv"));
     EXPECT_EQ(contact("Doe; John", "con_email"), "jd@x.org");
     EXPECT_EQ(contact("only@mail.org", "con_email"), "only@mail.org")
         << "without a name the e-mail names the contact";
 
     writeBytes(inFolder("utf16.csv"),
-               encoded("UTF-16LE", "姓名,手机,备注\r\n欧阳娜娜,139 0000 0000,\"第一行\r\n第二行\"\r\n",
-                       true));
+               encoded("UTF-16LE",
+                       "姓名,手机,备注\r\n欧阳娜娜,139 0000 0000,\"第一行\r\n第二行\"\r\n", true));
     import(inFolder("utf16.csv"));
     EXPECT_EQ(contact("欧阳娜娜", "con_mobile,con_description"), "139 0000 0000|第一行\n第二行");
 }
 
 TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
     const QString path = inFolder("bad.csv");
-    writeBytes(path, "\xEF\xBB\xBF姓名,生日,手机\n赵,1990-1-1,1\n钱,不是日期,2\n孙,1990-13-1,3\n,,\n");
+    writeBytes(path,
+               "\xEF\xBB\xBF姓名,生日,手机\n赵,1990-1-1,1\n钱,不是日期,2\n孙,1990-13-1,3\n,,\n");
     CsvImportPlan plan;
     QString error;
     ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
@@ -293,7 +327,8 @@ TEST_F(TableImport, WpsWorkbookWithDatesNumbersAndASecondSheet) {
         "'200120',datetime.date(1985,6,7),'RICH',None,123456])\n"
         "ws.cell(row=4, column=1, value='王芳'); ws.cell(row=4, column=27, value='远处')\n"
         "ws.cell(row=4, column=9, value='0000-00-00')\n"
-        "ws2 = wb.create_sheet('供应商'); ws2.append(['姓名','手机']); ws2.append(['赵六', '139'])\n"
+        "ws2 = wb.create_sheet('供应商'); ws2.append(['姓名','手机']); ws2.append(['赵六', "
+        "'139'])\n"
         "wb.save(sys.argv[1])\n"
         // A shared string of rich text runs with a phonetic guide, as Excel and
         // WPS write them (this openpyxl writes inline strings only).
@@ -318,7 +353,8 @@ TEST_F(TableImport, WpsWorkbookWithDatesNumbersAndASecondSheet) {
     ASSERT_EQ(made.toInt(-1), 0);
     const QJsonValue readBack = python(
         "import sys, openpyxl\nprint(repr(openpyxl.load_workbook(sys.argv[1]).active['J2'].value)"
-        " != 'None' and 0)\n", path);
+        " != 'None' and 0)\n",
+        path);
     ASSERT_EQ(readBack.toInt(-1), 0) << "the changed package is still a workbook openpyxl opens";
     QList<CsvRow> sheet;
     QString error;
@@ -375,12 +411,13 @@ TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
     const QString xlsx = inFolder("out.xlsx");
     ASSERT_TRUE(exportCsv("accounts", xlsx).ok);
     const QJsonArray sheet =
-        python("import sys, json, openpyxl, datetime\n"
-               "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
-               "rows = [[(c.value.isoformat() if isinstance(c.value, datetime.datetime) else c.value,"
-               " c.data_type) for c in r] for r in ws.iter_rows()]\n"
-               "print(json.dumps(rows))\n",
-               xlsx)
+        python(
+            "import sys, json, openpyxl, datetime\n"
+            "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
+            "rows = [[(c.value.isoformat() if isinstance(c.value, datetime.datetime) else c.value,"
+            " c.data_type) for c in r] for r in ws.iter_rows()]\n"
+            "print(json.dumps(rows))\n",
+            xlsx)
             .toArray();
     ASSERT_EQ(sheet.size(), 2);
     QStringList header, cells, types;
@@ -401,9 +438,10 @@ TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
     const QString csv = inFolder("out.csv");
     ASSERT_TRUE(exportCsv("accounts", csv).ok);
     const QJsonArray rowsRead =
-        python("import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "
-               "encoding='utf-8-sig')))))",
-               csv)
+        python(
+            "import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "
+            "encoding='utf-8-sig')))))",
+            csv)
             .toArray();
     ASSERT_EQ(rowsRead.size(), 2);
     EXPECT_EQ(rowsRead[1].toArray()[name].toString(), "'=1+2公司") << "kept from running";

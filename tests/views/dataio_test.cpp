@@ -95,7 +95,8 @@ private slots:
         exchange::CsvImportPlan plan;
         plan.kind = "contacts";
         plan.header = {"姓名", "手机", "客户/单位名称", "备注2"};
-        plan.choices = {{"con_lastname", "姓名"}, {"con_mobile", "手机"}, {"acc_name", "客户/单位名称"}};
+        plan.choices = {
+            {"con_lastname", "姓名"}, {"con_mobile", "手机"}, {"acc_name", "客户/单位名称"}};
         plan.targets = {"con_lastname", "con_mobile", "acc_name", ""};
         plan.captions = {"姓名", "手机", "客户/单位名称", ""};
         plan.rows = {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},

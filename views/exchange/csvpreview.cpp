@@ -19,7 +19,8 @@ CsvPreview::CsvPreview(exchange::CsvImportPlan* plan, QWidget* parent)
     setObjectName(QStringLiteral("form_csv_preview"));
     setWindowTitle(QStringLiteral("导入表格文件"));
     auto* layout = new QVBoxLayout(this);
-    QString said = QStringLiteral("共 %1 行。请选择每一列要导入的字段（“不导入”的列灰色显示）").arg(plan->rows.size());
+    QString said = QStringLiteral("共 %1 行。请选择每一列要导入的字段（“不导入”的列灰色显示）")
+                       .arg(plan->rows.size());
     if (plan->remembered) said += QStringLiteral("；已按上次对相同列名的选择填好");
     auto* summary = new QLabel(said + QStringLiteral("："));
     summary->setObjectName(QStringLiteral("lbl_csv_summary"));
@@ -100,7 +101,8 @@ void CsvPreview::showChoice(int column) {
 
 void CsvPreview::accept() {
     QStringList targets;
-    for (const QComboBox* combo : std::as_const(choices_)) targets << combo->currentData().toString();
+    for (const QComboBox* combo : std::as_const(choices_))
+        targets << combo->currentData().toString();
     exchange::retarget(plan_, targets);
     QDialog::accept();
 }

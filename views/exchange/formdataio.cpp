@@ -23,8 +23,7 @@ namespace tarvel {
 
 namespace {
 
-const QString kTableOutFilter =
-    QStringLiteral("Excel文件 (*.xlsx)|*.xlsx|csv文件 (*.csv)|*.csv");
+const QString kTableOutFilter = QStringLiteral("Excel文件 (*.xlsx)|*.xlsx|csv文件 (*.csv)|*.csv");
 const QString kTableInFilter =
     QStringLiteral("Excel或csv文件 (*.xlsx *.csv *.txt)|*.xlsx;*.csv;*.txt");
 const QString kVCardFilter = QStringLiteral("vCard名片(*.vcf)|*.vcf");
@@ -238,9 +237,10 @@ void FormDataIO::cmd_import_csv_Click() {
     if (!exchange::rememberTargets(plan, &error)) dialogs_->info(messageTitle(), error);
     // Cells that cannot be read: the user decides whether the rest comes in.
     if (!plan.problems.isEmpty() &&
-        !dialogs_->ask(messageTitle(), QStringLiteral("文件中有%1处无法导入：\n%2\n\n导入其余的内容吗？")
-                                           .arg(plan.problems.size())
-                                           .arg(plan.problems.mid(0, 20).join(QLatin1Char('\n')))))
+        !dialogs_->ask(messageTitle(),
+                       QStringLiteral("文件中有%1处无法导入：\n%2\n\n导入其余的内容吗？")
+                           .arg(plan.problems.size())
+                           .arg(plan.problems.mid(0, 20).join(QLatin1Char('\n')))))
         return;
     exchange::CsvImportResult result;
     ProgressRun progress(this, QStringLiteral("正在导入……"));
