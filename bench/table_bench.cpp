@@ -69,6 +69,15 @@ bool cleanUp() {
            exec(cleaner, "COMMIT");
 }
 
+// cleanUp outside the timing; false (the run skipped) when it failed.
+bool cleanUpUntimed(benchmark::State& state) {
+    state.PauseTiming();
+    const bool clean = cleanUp();
+    state.ResumeTiming();
+    if (!clean) state.SkipWithError("clean-up failed");
+    return clean;
+}
+
 void importExchange(benchmark::State& state, const char* name) {
     for (auto _ : state) {
         tarvel::exchange::CsvImportPlan plan;
@@ -84,13 +93,7 @@ void importExchange(benchmark::State& state, const char* name) {
             state.SkipWithError(qPrintable(out.ok ? result.summary() : out.ErrMsg));
             break;
         }
-        state.PauseTiming();
-        const bool clean = cleanUp();
-        state.ResumeTiming();
-        if (!clean) {
-            state.SkipWithError("clean-up failed");
-            break;
-        }
+        if (!cleanUpUntimed(state)) break;
     }
 }
 
@@ -147,13 +150,7 @@ void importRaw(benchmark::State& state) {
             state.SkipWithError(sqlite3_errmsg(db));
             break;
         }
-        state.PauseTiming();
-        const bool clean = cleanUp();
-        state.ResumeTiming();
-        if (!clean) {
-            state.SkipWithError("clean-up failed");
-            break;
-        }
+        if (!cleanUpUntimed(state)) break;
     }
     for (sqlite3_stmt* s : {insert, names, addAccount, link}) sqlite3_finalize(s);
 }

@@ -13,83 +13,87 @@ QString normalised(const QString& header) {
     return h;
 }
 
+// Headers and the targets they mean.
+struct HeaderTable : QHash<QString, QString> {
+    void put(const char* target, std::initializer_list<const char*> headers) {
+        for (const char* h : headers) insert(QString::fromUtf8(h), QString::fromUtf8(target));
+    }
+};
+
 // Headers whose meaning is known word for word.
 const QHash<QString, QString>& exactContacts() {
     static const QHash<QString, QString> table = [] {
-        QHash<QString, QString> t;
-        auto put = [&t](const char* target, std::initializer_list<const char*> headers) {
-            for (const char* h : headers) t.insert(QString::fromUtf8(h), QString::fromUtf8(target));
-        };
-        put("con_lastname", {"name", "display name", "displayname", "full name", "姓名", "名字",
-                             "显示名称", "显示名", "联系人", "联系人姓名", "客户姓名", "全名"});
-        put("con_firstname", {"first name", "given name", "first", "名", "名字(名)"});
-        put(":middle", {"middle name", "additional name", "middle", "中间名"});
-        put(":family", {"last name", "family name", "surname", "last", "姓", "姓氏"});
-        put("con_nickname", {"nickname", "nick name", "short name", "昵称", "nick"});
-        put("con_title", {"title", "name prefix", "称谓", "称呼"});
-        put("acc_name", {"company", "organization", "organisation", "organization 1 - name",
-                         "organization name", "公司", "单位", "公司名称", "单位名称", "工作单位",
-                         "公司/单位", "单位/公司", "客户名称", "所在单位", "company name"});
-        put(":department", {"department", "organization 1 - department", "organization department",
-                            "部门", "所在部门"});
-        put(":jobtitle", {"job title", "organization 1 - title", "organization title", "职务",
-                          "职位", "头衔", "job", "position", "occupation"});
-        put("con_birthday",
-            {"birthday", "birth date", "date of birth", "生日", "出生日期", "出生年月日", "生辰"});
-        put(":birth.year", {"birth year", "出生年份"});
-        put(":birth.month", {"birth month", "出生月份"});
-        put(":birth.day", {"birth day"});
-        put("con_description", {"notes", "note", "comments", "附注", "备注", "说明", "备忘"});
-        put("con_tag", {"categories", "category", "group membership", "labels", "类别", "分类",
-                        "标签", "分组", "群组"});
-        put("con_website",
-            {"web page", "web page 1", "web page 2", "website", "web site", "personal web page",
-             "personal website", "business website", "website 1 - value", "网页", "网页 1",
-             "网页 2", "个人网址", "主页", "网址", "个人主页"});
-        put(":im", {"screen name", "qq", "qq号", "qq号码", "微信", "微信号", "wechat", "skype",
-                    "im address", "yahoo! id", "messenger id", "即时通讯", "im aim", "im icq",
-                    "im jabber", "im msn", "im yahoo", "im skype"});
-        put(":note", {"pager", "pager number", "寻呼机", "寻呼机号码", "suffix", "name suffix",
-                      "anniversary", "纪念日", "spouse", "配偶", "manager's name",
-                      "assistant's name", "custom 1", "custom 2", "custom 3", "custom 4"});
-        put("con_province", {"省份", "省", "地区", "所在地区", "省市"});
-        put(":addr.home.street", {"地址", "address", "联系地址", "通讯地址", "详细地址", "住址"});
-        put(":addr.home.postcode", {"邮编", "邮政编码", "postcode", "zip", "zip code"});
-        put(":addr.home.city", {"城市", "city", "所在城市"});
-        put(":addr.home.country", {"国家", "country"});
+        HeaderTable t;
+        t.put("con_lastname", {"name", "display name", "displayname", "full name", "姓名", "名字",
+                               "显示名称", "显示名", "联系人", "联系人姓名", "客户姓名", "全名"});
+        t.put("con_firstname", {"first name", "given name", "first", "名", "名字(名)"});
+        t.put(":middle", {"middle name", "additional name", "middle", "中间名"});
+        t.put(":family", {"last name", "family name", "surname", "last", "姓", "姓氏"});
+        t.put("con_nickname", {"nickname", "nick name", "short name", "昵称", "nick"});
+        t.put("con_title", {"title", "name prefix", "称谓", "称呼"});
+        t.put("acc_name", {"company", "organization", "organisation", "organization 1 - name",
+                           "organization name", "公司", "单位", "公司名称", "单位名称", "工作单位",
+                           "公司/单位", "单位/公司", "客户名称", "所在单位", "company name"});
+        t.put(":department", {"department", "organization 1 - department",
+                              "organization department", "部门", "所在部门"});
+        t.put(":jobtitle", {"job title", "organization 1 - title", "organization title", "职务",
+                            "职位", "头衔", "job", "position", "occupation"});
+        t.put("con_birthday", {"birthday", "birth date", "date of birth", "生日", "出生日期",
+                               "出生年月日", "生辰"});
+        t.put(":birth.year", {"birth year", "出生年份"});
+        t.put(":birth.month", {"birth month", "出生月份"});
+        t.put(":birth.day", {"birth day"});
+        t.put("con_description", {"notes", "note", "comments", "附注", "备注", "说明", "备忘"});
+        t.put("con_tag", {"categories", "category", "group membership", "labels", "类别", "分类",
+                          "标签", "分组", "群组"});
+        t.put("con_website",
+              {"web page", "web page 1", "web page 2", "website", "web site", "personal web page",
+               "personal website", "business website", "website 1 - value", "网页", "网页 1",
+               "网页 2", "个人网址", "主页", "网址", "个人主页"});
+        t.put(":im", {"screen name", "qq", "qq号", "qq号码", "微信", "微信号", "wechat", "skype",
+                      "im address", "yahoo! id", "messenger id", "即时通讯", "im aim", "im icq",
+                      "im jabber", "im msn", "im yahoo", "im skype"});
+        t.put(":note", {"pager", "pager number", "寻呼机", "寻呼机号码", "suffix", "name suffix",
+                        "anniversary", "纪念日", "spouse", "配偶", "manager's name",
+                        "assistant's name", "custom 1", "custom 2", "custom 3", "custom 4"});
+        t.put("con_province", {"省份", "省", "地区", "所在地区", "省市"});
+        t.put(":addr.home.street", {"地址", "address", "联系地址", "通讯地址", "详细地址", "住址"});
+        t.put(":addr.home.postcode", {"邮编", "邮政编码", "postcode", "zip", "zip code"});
+        t.put(":addr.home.city", {"城市", "city", "所在城市"});
+        t.put(":addr.home.country", {"国家", "country"});
         // Details of other fields, not fields themselves.
-        put("", {"e-mail type",
-                 "e-mail display name",
-                 "e-mail 2 type",
-                 "e-mail 2 display name",
-                 "e-mail 3 type",
-                 "e-mail 3 display name",
-                 "电子邮件类型",
-                 "电子邮件显示名称",
-                 "电子邮件 2 类型",
-                 "电子邮件 2 显示名称",
-                 "电子邮件 3 类型",
-                 "电子邮件 3 显示名称",
-                 "gender",
-                 "性别",
-                 "priority",
-                 "sensitivity",
-                 "private",
-                 "initials",
-                 "yomi name",
-                 "given name yomi",
-                 "family name yomi",
-                 "phonetic first name",
-                 "phonetic middle name",
-                 "phonetic last name",
-                 "file as",
-                 "mileage",
-                 "billing information",
-                 "directory server",
-                 "hobby",
-                 "location",
-                 "subject",
-                 "distribution lists"});
+        t.put("", {"e-mail type",
+                   "e-mail display name",
+                   "e-mail 2 type",
+                   "e-mail 2 display name",
+                   "e-mail 3 type",
+                   "e-mail 3 display name",
+                   "电子邮件类型",
+                   "电子邮件显示名称",
+                   "电子邮件 2 类型",
+                   "电子邮件 2 显示名称",
+                   "电子邮件 3 类型",
+                   "电子邮件 3 显示名称",
+                   "gender",
+                   "性别",
+                   "priority",
+                   "sensitivity",
+                   "private",
+                   "initials",
+                   "yomi name",
+                   "given name yomi",
+                   "family name yomi",
+                   "phonetic first name",
+                   "phonetic middle name",
+                   "phonetic last name",
+                   "file as",
+                   "mileage",
+                   "billing information",
+                   "directory server",
+                   "hobby",
+                   "location",
+                   "subject",
+                   "distribution lists"});
         return t;
     }();
     return table;
@@ -97,22 +101,19 @@ const QHash<QString, QString>& exactContacts() {
 
 const QHash<QString, QString>& exactAccounts() {
     static const QHash<QString, QString> table = [] {
-        QHash<QString, QString> t;
-        auto put = [&t](const char* target, std::initializer_list<const char*> headers) {
-            for (const char* h : headers) t.insert(QString::fromUtf8(h), QString::fromUtf8(target));
-        };
-        put("acc_name",
-            {"name", "company", "organization", "organisation", "公司", "单位", "公司名称",
-             "单位名称", "客户名称", "公司/单位", "单位/公司", "名称", "客户"});
-        put("acc_description", {"notes", "note", "comments", "附注", "备注", "说明"});
-        put("acc_website", {"web page", "website", "web site", "网页", "主页", "网址", "网站"});
-        put("acc_industry", {"industry", "行业", "所属行业"});
-        put("acc_province", {"省份", "省", "地区", "所在地区"});
-        put("acc_tag", {"categories", "category", "类别", "分类", "标签"});
-        put(":addr.work.street", {"地址", "address", "联系地址", "通讯地址", "详细地址"});
-        put(":addr.work.postcode", {"邮编", "邮政编码", "postcode", "zip", "zip code"});
-        put(":addr.work.city", {"城市", "city"});
-        put(":addr.work.country", {"国家", "country"});
+        HeaderTable t;
+        t.put("acc_name",
+              {"name", "company", "organization", "organisation", "公司", "单位", "公司名称",
+               "单位名称", "客户名称", "公司/单位", "单位/公司", "名称", "客户"});
+        t.put("acc_description", {"notes", "note", "comments", "附注", "备注", "说明"});
+        t.put("acc_website", {"web page", "website", "web site", "网页", "主页", "网址", "网站"});
+        t.put("acc_industry", {"industry", "行业", "所属行业"});
+        t.put("acc_province", {"省份", "省", "地区", "所在地区"});
+        t.put("acc_tag", {"categories", "category", "类别", "分类", "标签"});
+        t.put(":addr.work.street", {"地址", "address", "联系地址", "通讯地址", "详细地址"});
+        t.put(":addr.work.postcode", {"邮编", "邮政编码", "postcode", "zip", "zip code"});
+        t.put(":addr.work.city", {"城市", "city"});
+        t.put(":addr.work.country", {"国家", "country"});
         return t;
     }();
     return table;
