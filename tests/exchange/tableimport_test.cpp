@@ -295,6 +295,23 @@ TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
     EXPECT_EQ(contact("赵", "con_birthday").left(10), "1990-01-01");
 }
 
+TEST_F(TableImport, AccountsFromTheSheetSmallBusinessesKeep) {
+    writeBytes(inFolder("accounts.csv"),
+               "公司,电话,传真,地址,城市,邮编,网址,备注\n"
+               "远景公司,010-1,010-2,建国路88号,北京,100022,y.cn,老客户\n"
+               ",010-9,,,,,,\n");
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(inFolder("accounts.csv"), "accounts", &plan, &error));
+    ASSERT_EQ(plan.problems.size(), 1) << "a row without a name is named";
+    EXPECT_TRUE(plan.problems[0].contains("第3行"));
+    ASSERT_TRUE(importCsv(plan, true).ok);
+    EXPECT_EQ(column("SELECT acc_telephone & '|' & acc_fax & '|' & acc_address & '|' & "
+                     "acc_postcode & '|' & acc_website & '|' & acc_description FROM accounts "
+                     "WHERE acc_name='远景公司'"),
+              QStringList({"010-1|010-2|北京建国路88号|100022|y.cn|老客户"}));
+}
+
 TEST_F(TableImport, ChosenColumnsAreRememberedForTheSameHeader) {
     const QString path = inFolder("sheet.csv");
     writeBytes(path, "客户,联系电话,自定义\n甲,010-1,x\n");

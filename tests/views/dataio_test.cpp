@@ -207,6 +207,34 @@ private slots:
         QCOMPARE(prompts_->confirmed.value(2), QStringList({"con_lastname", "", "acc_name"}));
     }
 
+    void previewOffersAChoicePerColumn() {
+        const QString path = QDir(file_->folder()).filePath("sheet.csv");
+        QFile csv(path);
+        QVERIFY(csv.open(QIODevice::WriteOnly));
+        csv.write("姓名,手机,不认识\n王五,139,x\n");
+        csv.close();
+        exchange::CsvImportPlan plan;
+        QString error;
+        QVERIFY(exchange::planCsvImport(path, "contacts", &plan, &error));
+        CsvPreview preview(&plan);
+        QCOMPARE(preview.choices().size(), 3);
+        for (int c = 0; c < 3; ++c) {
+            auto* combo =
+                child<QComboBox>(preview, qPrintable(QString("cbo_csv_column_%1").arg(c)));
+            QCOMPARE(
+                child<QLabel>(preview, qPrintable(QString("lbl_csv_column_%1").arg(c)))->buddy(),
+                combo);
+            QVERIFY(combo->focusPolicy() & Qt::TabFocus);
+        }
+        QCOMPARE(preview.choices()[1]->currentData().toString(), QString("con_mobile"));
+        QCOMPARE(preview.choices()[2]->currentText(), QString("不导入"));
+        preview.choices()[1]->setCurrentIndex(0);
+        preview.choices()[2]->setCurrentIndex(preview.choices()[2]->findData("con_nickname"));
+        QVERIFY(preview.table()->horizontalHeaderItem(2)->text().contains("昵称"));
+        preview.accept();
+        QCOMPARE(plan.targets, QStringList({"con_lastname", "", "con_nickname"}));
+    }
+
     void csvImportWithBadCellsAsksBeforeTheRest() {
         const QString path = QDir(file_->folder()).filePath("bad.csv");
         QFile csv(path);
