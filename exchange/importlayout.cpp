@@ -53,6 +53,8 @@ const QHash<QString, QString>& exactContacts() {
         t.put(":im", {"screen name", "qq", "qq号", "qq号码", "微信", "微信号", "wechat", "skype",
                       "im address", "yahoo! id", "messenger id", "即时通讯", "im aim", "im icq",
                       "im jabber", "im msn", "im yahoo", "im skype"});
+        // Yahoo names its telephone columns by place alone.
+        t.put(":phone", {"home", "work", "other", "primary", "yahoo! phone"});
         t.put(":note", {"pager", "pager number", "寻呼机", "寻呼机号码", "suffix", "name suffix",
                         "anniversary", "纪念日", "spouse", "配偶", "manager's name",
                         "assistant's name", "custom 1", "custom 2", "custom 3", "custom 4"});

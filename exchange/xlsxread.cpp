@@ -262,8 +262,10 @@ bool readSheet(const QByteArray& bytes, const QStringList& strings, const QList<
                 } else if (type == QLatin1String("b")) {
                     text = value.trimmed() == QLatin1String("1") ? QStringLiteral("TRUE")
                                                                  : QStringLiteral("FALSE");
+                } else if (type == QLatin1String("e")) {
+                    // "#N/A", "#REF!": a formula that failed holds no value.
                 } else if (type == QLatin1String("inlineStr") || type == QLatin1String("str") ||
-                           type == QLatin1String("e") || type == QLatin1String("d")) {
+                           type == QLatin1String("d")) {
                     text = type == QLatin1String("d") ? value.left(10) : value;
                 } else if (!value.isEmpty()) {
                     bool isNumber = false;

@@ -161,6 +161,7 @@ TEST(TableLayout, KnownHeadersMapByThemselves) {
         {"Display Name", "con_lastname"},
         {"Screen Name", ":im"},
         {"Alternate Email 1", ":email"},
+        {"Work", ":phone"},
         {"Phone (Mobile)", ":mobile"},
         {"Email Home", ":email"},
         {"Home Mobile", ":mobile"},
@@ -397,6 +398,25 @@ TEST_F(TableImport, WpsWorkbookWithDatesNumbersAndASecondSheet) {
     CsvImportPlan plan;
     EXPECT_FALSE(planCsvImport(path, "contacts", &plan, &error, "没有这个表"));
     EXPECT_TRUE(error.contains("供应商")) << error.toStdString();
+}
+
+TEST_F(TableImport, WorkbooksCountingFrom1904ReadTheSameDay) {
+    const QString path = inFolder("mac.xlsx");
+    ASSERT_EQ(
+        python("import sys, datetime, openpyxl\n"
+               "from openpyxl.utils.datetime import CALENDAR_MAC_1904\n"
+               "wb = openpyxl.Workbook(); wb.epoch = CALENDAR_MAC_1904; ws = wb.active\n"
+               "ws.append(['姓名', '生日', '到期']); ws.append(['甲', datetime.date(1985, 6, 7),"
+               " datetime.datetime(2024, 2, 29, 18, 30)])\n"
+               "wb.save(sys.argv[1]); print(0)\n",
+               path)
+            .toInt(-1),
+        0);
+    QList<CsvRow> sheet;
+    QString error;
+    ASSERT_TRUE(readXlsx(path, {}, &sheet, &error)) << error.toStdString();
+    ASSERT_EQ(sheet.size(), 2);
+    EXPECT_EQ(sheet[1].fields, QStringList({"甲", "1985-06-07", "2024-02-29 18:30:00"}));
 }
 
 TEST_F(TableImport, BrokenWorkbooksAreRefusedWithAReason) {
