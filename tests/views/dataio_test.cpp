@@ -49,6 +49,14 @@ public:
     bool confirmAnswer = true;
 };
 
+// A file named `name` in `folder` holding `bytes`; its path.
+QString inFolderOf(const QString& folder, const QString& name, const QByteArray& bytes) {
+    const QString path = QDir(folder).filePath(name);
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly)) f.write(bytes);
+    return path;
+}
+
 int contacts() {
     return firstValue("SELECT COUNT(*) FROM contacts").toInt();
 }
@@ -178,11 +186,8 @@ private slots:
     }
 
     void csvImportAsksFirst() {
-        const QString path = QDir(file_->folder()).filePath("in.csv");
-        QFile csv(path);
-        QVERIFY(csv.open(QIODevice::WriteOnly));
-        csv.write("姓名,手机,客户/单位名称\n王五,139,乙公司\n");
-        csv.close();
+        const QString path =
+            inFolderOf(file_->folder(), "in.csv", "姓名,手机,客户/单位名称\n王五,139,乙公司\n");
         prompts_->names << path;
         prompts_->confirmAnswer = false;
         click(*page_, "cmd_import_csv");
@@ -208,11 +213,8 @@ private slots:
     }
 
     void previewOffersAChoicePerColumn() {
-        const QString path = QDir(file_->folder()).filePath("sheet.csv");
-        QFile csv(path);
-        QVERIFY(csv.open(QIODevice::WriteOnly));
-        csv.write("姓名,手机,不认识\n王五,139,x\n");
-        csv.close();
+        const QString path =
+            inFolderOf(file_->folder(), "sheet.csv", "姓名,手机,不认识\n王五,139,x\n");
         exchange::CsvImportPlan plan;
         QString error;
         QVERIFY(exchange::planCsvImport(path, "contacts", &plan, &error));
@@ -236,11 +238,8 @@ private slots:
     }
 
     void csvImportWithBadCellsAsksBeforeTheRest() {
-        const QString path = QDir(file_->folder()).filePath("bad.csv");
-        QFile csv(path);
-        QVERIFY(csv.open(QIODevice::WriteOnly));
-        csv.write("姓名,生日\n赵一,1990-1-1\n钱二,明年\n");
-        csv.close();
+        const QString path =
+            inFolderOf(file_->folder(), "bad.csv", "姓名,生日\n赵一,1990-1-1\n钱二,明年\n");
         prompts_->names << path << path;
         click(*page_, "cmd_import_csv");  // the question is answered No
         QVERIFY(dialogs_->lastText().contains("第3行“生日”"));
