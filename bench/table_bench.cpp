@@ -9,6 +9,8 @@
 //                the import session (recognising records already there, the
 //                journal), all in one transaction.
 //   xlsx_import  the same rows from an .xlsx workbook (libzip + XML reader).
+//   csv_plan     (no raw pair) planCsvImport alone: how much of csv_import is
+//                reading the file rather than storing the rows.
 //   The raw side inserts the same rows, already in memory, with prepared
 //   statements in one transaction: contact, account looked up in memory or
 //   added, link.
@@ -94,6 +96,21 @@ void importExchange(benchmark::State& state, const char* name) {
             break;
         }
         if (!cleanUpUntimed(state)) break;
+    }
+}
+
+// Reading, decoding, mapping and checking the CSV file alone: the share of
+// csv_import that is not storing.
+void csvPlan(benchmark::State& state) {
+    for (auto _ : state) {
+        tarvel::exchange::CsvImportPlan plan;
+        QString error;
+        if (!tarvel::exchange::planCsvImport(file("contacts.csv"), QStringLiteral("contacts"),
+                                             &plan, &error) ||
+            plan.rows.size() != kRows) {
+            state.SkipWithError(qPrintable(error));
+            break;
+        }
     }
 }
 
@@ -227,7 +244,8 @@ int main(int argc, char** argv) {
                               {{"csv_import/exchange", csvExchange, benchmark::kMillisecond},
                                {"csv_import/raw", importRaw, benchmark::kMillisecond},
                                {"xlsx_import/exchange", xlsxExchange, benchmark::kMillisecond},
-                               {"xlsx_import/raw", importRaw, benchmark::kMillisecond}},
+                               {"xlsx_import/raw", importRaw, benchmark::kMillisecond},
+                               {"csv_plan/exchange", csvPlan, benchmark::kMillisecond}},
                               {"exchange",
                                Layout::MillisecondsWallClock,
                                {{"csv_import", 8.0}, {"xlsx_import", 10.0}},

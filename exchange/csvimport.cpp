@@ -90,6 +90,10 @@ QStringList mappedTargets(const CsvImportPlan& plan) {
         if (target.isEmpty()) target = layout::targetOf(cell, plan.kind);
         targets << target;
     }
+    // Beside year and month columns (Thunderbird), a "date of birth" is the day.
+    if (targets.contains(QStringLiteral(":birth.month")))
+        for (QString& t : targets)
+            if (t == QLatin1String("con_birthday")) t = QStringLiteral(":birth.day");
     return targets;
 }
 

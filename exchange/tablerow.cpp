@@ -259,14 +259,13 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record, QStringList
             columns.insert(postcode, a.postcode);
         return true;
     };
-    // An address column of this program's own beside city or postcode columns
-    // is the street of that address.
+    // An address column of this program's own beside street, city or postcode
+    // columns is the first line of that address.
     const QString ownAddress =
         accounts ? QStringLiteral("acc_address") : QStringLiteral("con_address_family");
     const QString ownGroup = accounts ? QStringLiteral("work") : QStringLiteral("home");
-    if (addresses.contains(ownGroup) && addresses[ownGroup].street.isEmpty() &&
-        columns.contains(ownAddress))
-        addresses[ownGroup].street << columns.take(ownAddress).toString();
+    if (addresses.contains(ownGroup) && columns.contains(ownAddress))
+        addresses[ownGroup].street.prepend(columns.take(ownAddress).toString());
     for (auto it = addresses.cbegin(); it != addresses.cend(); ++it) {
         const Address& a = it.value();
         if (a.empty()) continue;

@@ -272,6 +272,20 @@ TEST_F(TableImport, SemicolonAndUtf16FilesAndTheFallbackName) {
     EXPECT_EQ(contact("欧阳娜娜", "con_mobile,con_description"), "139 0000 0000|第一行\n第二行");
 }
 
+TEST_F(TableImport, LocalisedThunderbirdKeepsItsAddressAndBirthdayTogether) {
+    writeBytes(inFolder("tb.csv"),
+               "名,姓,显示名称,主要电子邮件,移动电话号码,家庭地址,家庭地址 2,家庭所在城市,"
+               "家庭邮政编码,出生年份,出生月份,出生日期\n"
+               "小明,李,李小明,xm@x.cn,13700000000,朝阳路1号,3单元,北京,100020,1990,7,15\n");
+    const CsvImportResult result = import(inFolder("tb.csv"));
+    EXPECT_TRUE(result.problems.isEmpty()) << result.summary().toStdString();
+    EXPECT_EQ(contact("李小明", "con_mobile,con_address_family,con_postcode_family"),
+              "13700000000|北京朝阳路1号3单元|100020");
+    EXPECT_EQ(rows("contacts WHERE con_description IS NULL AND con_lastname='李小明'"), 1)
+        << "nothing left over for the note";
+    EXPECT_EQ(contact("李小明", "con_birthday").left(10), "1990-07-15");
+}
+
 TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
     const QString path = inFolder("bad.csv");
     writeBytes(path,
