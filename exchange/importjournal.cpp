@@ -69,11 +69,13 @@ void ImportJournal::changed(const QString& table, qint64 key, const QString& col
 
 bool ImportJournal::externalId(const QString& source, const QString& id, const QString& table,
                                qint64 key, QString* error) {
-    tarveldatabase db;
-    const auto rs = db.GetWriteRs(QStringLiteral(
-        "SELECT ext_source, ext_id, ext_table, ext_key, ext_import FROM external_ids WHERE "
-        "ext_key=0 AND ext_import=0"));
-    return insertRow(rs, {source, id, table, key, id_}, error);
+    if (!externalIds_) {
+        tarveldatabase db;
+        externalIds_ = db.GetWriteRs(QStringLiteral(
+            "SELECT ext_source, ext_id, ext_table, ext_key, ext_import FROM external_ids WHERE "
+            "ext_key=0 AND ext_import=0"));
+    }
+    return insertRow(externalIds_, {source, id, table, key, id_}, error);
 }
 
 QString ImportJournal::text(const QVariant& value) {

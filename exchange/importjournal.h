@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariant>
 
+#include "store/recordset.h"
+
 namespace tarvel::exchange {
 
 // The journal of the import under way: what it added, linked and changed,
@@ -46,6 +48,9 @@ public:
 private:
     qint64 id_ = 0;
     QList<Entry> entries_;
+    // One write recordset for every external id of the import: opening one per
+    // id would read the growing table again each time.
+    RecordsetPtr externalIds_;
 };
 
 }  // namespace tarvel::exchange

@@ -1,30 +1,34 @@
 #pragma once
 
-#include <QHash>
+#include <QByteArray>
 #include <QList>
 #include <QString>
-#include <QVariant>
+#include <QStringList>
 
+#include "exchange/importsession.h"
 #include "exchange/progress.h"
+#include "exchange/vcardcontact.h"
+#include "exchange/vcardwriter.h"
 
 namespace tarvel::exchange {
 
-// A contact as a vCard carries it: contact columns by name, and the name of
-// its organisation (the account it belongs to).
-struct VCardContact {
-    QHash<QString, QVariant> columns;
-    QString organisation;
+// What an import of a .vcf file did.
+struct VCardImport {
+    ImportTally tally;
+    VCardReading reading;  // without its contacts
+    // "新增 N，更新 M，跳过 K…" and the broken cards, damaged lines and values
+    // moved into notes.
+    QString summary() const;
 };
 
-// vCard 4.0 (RFC 6350) text of contacts, CR LF line ends, long lines folded.
-QString writeVCards(const QList<VCardContact>& contacts);
-// The contacts of vCard 3.0 or 4.0 text.
-QList<VCardContact> readVCards(const QString& text);
-
 // Writes the ticked contacts to a .vcf file (UTF-8).
-Outcome exportVCards(const QString& path, int* written = nullptr, const Progress& progress = {});
-// Adds the contacts of a .vcf file in one transaction, linking each to its
-// organisation's account (added when missing).
-Outcome importVCards(const QString& path, int* added = nullptr, const Progress& progress = {});
+Outcome exportVCards(const QString& path, VCardVersion version = VCardVersion::Four,
+                     int* written = nullptr, const Progress& progress = {});
+// Imports the contacts of a .vcf file in one transaction: a contact already
+// there (same UID, or same name with the same mobile or e-mail) is brought up
+// to date instead of added again; broken cards are skipped and named. A file
+// without a single readable card is refused.
+Outcome importVCards(const QString& path, VCardImport* result = nullptr,
+                     const Progress& progress = {});
 
 }  // namespace tarvel::exchange

@@ -8,8 +8,8 @@
 #include "shell/globals.h"
 #include "store/encode.h"
 #include "store/transaction.h"
-#include "views/common/savefailure.h"
 #include "views/common/page.h"
+#include "views/common/savefailure.h"
 
 namespace tarvel {
 

@@ -8,11 +8,9 @@ namespace tarvel {
 
 // Program-wide state that start-up sets and the main window and screens read.
 struct AppGlobals {
-    QString appPath;           // the program folder, trimmed
-    QString appPathNoSep;      // the same less one trailing separator
-    bool passed = false;       // a correct password, or a password chosen on first run
-    bool busy = false;         // the main window has a routine queued for its timer
-    bool secondTimer = false;  // the home page wants its periodic routine run
+    QString appPath;       // the program folder, trimmed
+    QString appPathNoSep;  // the same less one trailing separator
+    bool passed = false;   // a correct password, or a password chosen on first run
 };
 
 AppGlobals& appGlobals();

@@ -5,7 +5,6 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
-#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 
@@ -14,22 +13,11 @@
 #include "shell/updatecheck.h"
 #include "store/clock.h"
 #include "views/common/unsaved.h"
-#include "views/common/windowplacement.h"
-#include "views/details/formaccdetail.h"
-#include "views/details/formcondetail.h"
-#include "views/details/formdocdetail.h"
-#include "views/details/formoppdetail.h"
-#include "views/exchange/formdataio.h"
-#include "views/exchange/reportexportflow.h"
-#include "views/settings/formappsetting.h"
 #include "views/home/formhome.h"
-#include "views/schedule/formschremind.h"
-#include "views/schedule/formschstat.h"
-#include "views/lists/formemail.h"
 #include "views/lists/formlist.h"
 #include "views/related/formrelated.h"
-#include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
+#include "views/schedule/formschremind.h"
 
 namespace tarvel {
 
@@ -85,9 +73,9 @@ QIcon badgeIcon(const QString& text, const QColor& color) {
 TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
     : QMainWindow(parent),
       options_(std::move(options)),
-      dialogs_(std::make_shared<MessageBoxDialogs>(this)),
-      opener_(std::make_shared<DesktopShellOpener>()),
-      files_(std::make_shared<QtFileDialogs>(this)) {
+      dialogs_(options_.dialogs ? options_.dialogs : std::make_shared<MessageBoxDialogs>(this)),
+      opener_(options_.opener ? options_.opener : std::make_shared<DesktopShellOpener>()),
+      files_(options_.files ? options_.files : std::make_shared<QtFileDialogs>(this)) {
     setObjectName(QStringLiteral("tarvel_main"));
 
     mdi_ = new QMdiArea(this);
@@ -122,14 +110,27 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
         emit updateChecked(newer, date);
     });
 
+    reminders_ = new ReminderWindows(today_, this);
+    reminders_->setPageSwitch([this](qint16 code, const QString& condition, qint32 recordId) {
+        if (!OpenPage(code, condition, recordId)) return;
+        // The task shows in the main window, which may sit in the tray.
+        if (isMinimized()) showNormal();
+        show();
+        raise();
+        activateWindow();
+    });
+    connect(reminders_, &ReminderWindows::entryChanged, this, [this] {
+        if (FormHome* home = homePage()) home->showToday();
+    });
+
     // Loading.
-    appGlobals().busy = false;
     history_.Init();
     lastDay_ = Clock::today();
     setWindowTitle(productCaption());
     setWindowIcon(badgeIcon(QStringLiteral("T"), QColor(0x1a, 0x5f, 0xb4)));
     RebuildToolbar();
     buildTray();
+    reminders_->setTray(tray_);
     statusDate_->setText(longDate(lastDay_));
     statusBar()->showMessage(QStringLiteral("就绪"));
     showHistoryEntry();
@@ -141,29 +142,6 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
 
 TarvelMain::~TarvelMain() {
     if (tray_) tray_->hide();
-    // They work on today_, which goes before the child windows would.
-    for (const QPointer<FormSchRemind>& w : std::as_const(reminders_)) delete w.data();
-}
-
-void TarvelMain::setDialogs(std::shared_ptr<Dialogs> dialogs) {
-    dialogs_ = std::move(dialogs);
-    if (auto* settings = qobject_cast<FormAppSetting*>(pages_.value(page::Settings)))
-        settings->setDialogs(dialogs_);
-    if (auto* statistics = qobject_cast<FormSchStat*>(pages_.value(page::ScheduleStatistics)))
-        statistics->setDialogs(dialogs_);
-    if (auto* calendar = qobject_cast<FormSchAll*>(pages_.value(page::Schedule)))
-        calendar->setDialogs(dialogs_);
-    if (auto* task = qobject_cast<FormSchDetail*>(pages_.value(page::TaskDetail)))
-        task->setDialogs(dialogs_);
-    for (PageWidget* page : std::as_const(pages_))
-        if (auto* list = qobject_cast<lists::FormList*>(page))
-            list->setDialogs(dialogs_);
-        else if (auto* detail = qobject_cast<FormDetail*>(page)) {
-            detail->setDialogs(dialogs_);
-            for (FormRelated* panel : detail->findChildren<FormRelated*>())
-                panel->setDialogs(dialogs_);
-        } else if (auto* email = qobject_cast<lists::FormEmail*>(page))
-            email->setDialogs(dialogs_);
 }
 
 QString TarvelMain::moduleCaption(const QString& key) const {
@@ -223,155 +201,40 @@ void TarvelMain::ApplyLayout() {
         const PageInfo* info = pageInfo(it.key());
         const QString caption = pageCaption(*info);
         it.value()->setWindowTitle(caption);
-        if (auto* placeholder = qobject_cast<ModulePage*>(it.value()))
-            placeholder->setCaption(caption);
         it.value()->rebuildLayout();
         for (FormRelated* panel : it.value()->findChildren<FormRelated*>()) panel->rebuildLayout();
     }
     if (const PageInfo* info = pageInfo(currentCode_)) statusPage_->setText(pageCaption(*info));
 }
 
-PageWidget* TarvelMain::createSettingsPage() {
-    auto* form = new FormAppSetting;
-    form->setDialogs(dialogs_);
-    LayoutHost host;
-    host.previewToolbar = [this](const QList<AppSetting>& entries) { PreviewToolbar(entries); };
-    host.rebuildScreens = [this] { ApplyLayout(); };
-    form->setLayoutHost(std::move(host));
-    return form;
-}
-
-PageSwitch TarvelMain::pageSwitch() {
-    return [this](qint16 code, const QString& condition, qint32 recordId) {
+PageServices TarvelMain::pageServices() {
+    PageServices s;
+    s.dialogs = dialogs_;
+    s.opener = opener_;
+    s.files = files_;
+    s.history = &history_;
+    s.today = &today_;
+    s.openPage = [this](qint16 code, const QString& condition, qint32 recordId) {
         OpenPage(code, condition, recordId);
     };
-}
-
-PageWidget* TarvelMain::createHomePage() {
-    auto* home = new FormHome(today_);
-    home->setPageSwitch(pageSwitch());
-    return home;
-}
-
-PageWidget* TarvelMain::createListPage(qint16 code) {
-    if (code == page::Email) {
-        auto* email = new lists::FormEmail;
-        email->setDialogs(dialogs_);
-        email->setShellOpener(opener_);
-        return email;
-    }
-    const lists::ListKind* kind = lists::listKindForPage(code);
-    if (!kind) return nullptr;
-    auto* form = new lists::FormList(*kind);
-    form->setDialogs(dialogs_);
-    form->setFileDialogs(files_);
-    form->setPageSwitch(pageSwitch());
-    form->setHistoryUpdate([this](const QString& condition) {
-        history_.setC_StrCondition(condition);
-        history_.Update();
-    });
-    // The related button opens the record's page with its related panel in view.
-    form->setRelatedOpener([this, kind](int id) {
-        ShowPage(kind->detailPage, QStringLiteral("WHERE %1=%2").arg(kind->key).arg(id), id,
-                 QDate(), 1, PageMode::Normal);
-    });
-    auto prompts = std::make_shared<DialogDataIoPrompts>(form);
-    form->setReportExport([this, form, prompts](qint16 recordKind) {
-        return exportReportFromList(recordKind, form, *dialogs_, *prompts, pageSwitch());
-    });
-    return form;
-}
-
-PageWidget* TarvelMain::createStatisticsPage() {
-    auto* form = new FormSchStat;
-    form->setDialogs(dialogs_);
-    form->setPageSwitch(pageSwitch());
-    return form;
-}
-
-PageWidget* TarvelMain::createCalendarPage() {
-    auto* form = new FormSchAll;
-    form->setDialogs(dialogs_);
-    form->setFileDialogs(files_);
-    form->setPageSwitch(pageSwitch());
-    form->setTaskOpener(
-        [this](int taskId, const QDate& day, const QTime& time) { OpenTask(taskId, day, time); });
-    connect(form, &FormSchAll::tasksImported, this, &TarvelMain::refreshHomePage);
-    // Moving through dates, views and categories changes the entry in place.
-    form->setHistoryUpdate([this](const QDate& day, qint16 pageNo, const QString& condition) {
-        if (history_.c_RelatedPage() != page::Schedule) return;
-        history_.setC_Date(day);
-        history_.setC_PageNo(pageNo);
-        history_.setC_StrCondition(condition);
-        history_.Update();
-    });
-    return form;
-}
-
-PageWidget* TarvelMain::createDataExchangePage() {
-    auto* form = new FormDataIO;
-    form->setDialogs(dialogs_);
-    form->setPageSwitch(pageSwitch());
-    // After a restore or an import every open page reads the data file again.
-    connect(form, &FormDataIO::dataReplaced, this, [this] {
+    s.showPage = [this](qint16 code, const QString& condition, qint32 recordId, qint16 pageNo) {
+        ShowPage(code, condition, recordId, Clock::today(), pageNo, PageMode::Normal);
+    };
+    s.openTask = [this](int taskId, const QDate& day, const QTime& time) {
+        OpenTask(taskId, day, time);
+    };
+    s.openTaskFor = [this](qint16 recordKind, int recordId) { OpenTaskFor(recordKind, recordId); };
+    s.openRecord = [this](qint16 relationKind, int id) { OpenRecord(relationKind, id); };
+    s.openedPage = [this](qint16 code) { return pages_.value(code); };
+    s.todayChanged = [this] { refreshHomePage(); };
+    s.dataReplaced = [this] {
         for (PageWidget* page : std::as_const(pages_)) page->refresh();
-    });
-    return form;
-}
-
-PageWidget* TarvelMain::createTaskPage() {
-    auto* form = new FormSchDetail;
-    form->setDialogs(dialogs_);
-    form->setPageSwitch([this](qint16 code, const QString& condition, qint32 recordId) {
-        ShowPage(code, condition, recordId, Clock::today(), -1, PageMode::Normal);
-    });
-    // A task saved for today belongs on the home page's list at once, so its
-    // reminder fires without waiting for the next day.
-    connect(form, &FormSchDetail::todayChanged, this, &TarvelMain::refreshHomePage);
-    return form;
-}
-
-PageWidget* TarvelMain::createDetailPage(qint16 code) {
-    FormDetail* form = nullptr;
-    if (code == page::ContactDetail) form = new FormConDetail;
-    if (code == page::AccountDetail) form = new FormAccDetail;
-    if (code == page::OpportunityDetail) form = new FormOppDetail;
-    if (code == page::DocumentDetail) {
-        auto* document = new FormDocDetail;
-        document->setFileDialogs(files_);
-        form = document;
-    }
-    if (!form) return nullptr;
-    form->setDialogs(dialogs_);
-    form->setShellOpener(opener_);
-    form->setList([this, listCode = form->listPage()] {
-        return qobject_cast<lists::FormList*>(pages_.value(listCode));
-    });
-    form->setHistoryUpdate([this, code](const QString& condition, int id) {
-        if (history_.c_RelatedPage() != code) return;
-        history_.setC_StrCondition(condition);
-        history_.setC_RecordID(id);
-        history_.Update();
-    });
-    addRelatedPanel(form, lists::listKindForPage(form->listPage())->fieldType);
-    return form;
-}
-
-void TarvelMain::addRelatedPanel(FormDetail* form, qint16 owner) {
-    auto* panel = new FormRelated(owner, form->relatedArea());
-    form->relatedArea()->layout()->addWidget(panel);
-    panel->setDialogs(dialogs_);
-    panel->setFileDialogs(files_);
-    panel->setShellOpener(opener_);
-    panel->setRecordOpener([this](qint16 relationKind, int id) { OpenRecord(relationKind, id); });
-    panel->setNewTaskOpener(
-        [this](qint16 ownerKind, int ownerId) { OpenTaskFor(ownerKind, ownerId); });
-    connect(form, &FormDetail::recordShown, panel, &FormRelated::showRecord);
-    // A link changed from the panel may change the page's own record (a
-    // contact's account); an edit in progress is not thrown away for it.
-    connect(panel, &FormRelated::linksChanged, form, [form] {
-        if (!form->isModified()) form->reload();
-    });
+    };
+    s.layoutHost.previewToolbar = [this](const QList<AppSetting>& entries) {
+        PreviewToolbar(entries);
+    };
+    s.layoutHost.rebuildScreens = [this] { ApplyLayout(); };
+    return s;
 }
 
 bool TarvelMain::OpenRecord(qint16 relationKind, int id) {
@@ -457,24 +320,14 @@ PageWidget* TarvelMain::ShowPage(qint16 code, const QString& condition, qint32 r
     const QString caption = pageCaption(*info);
     PageWidget* page = pages_.value(code);
     if (!page) {
-        if (factory_) page = factory_(code, caption);
-        if (!page && code == page::Settings) page = createSettingsPage();
-        if (!page && code == page::Home) page = createHomePage();
-        if (!page && code == page::ScheduleStatistics) page = createStatisticsPage();
-        if (!page && code == page::Schedule) page = createCalendarPage();
-        if (!page && code == page::TaskDetail) page = createTaskPage();
-        if (!page) page = createDetailPage(code);
-        if (!page && code == page::DataExchange) page = createDataExchangePage();
-        if (!page) page = createListPage(code);
-        if (!page) page = new ModulePage(QLatin1String(info->formName), caption);
+        page = makePage(code, pageServices());
+        if (!page) return nullptr;
         if (page->objectName().isEmpty()) page->setObjectName(QLatin1String(info->formName));
         page->setWindowTitle(caption);
         // Frameless and maximized, the child windows read as pages of one window.
         QMdiSubWindow* sub = mdi_->addSubWindow(page, Qt::FramelessWindowHint);
         sub->setObjectName(QLatin1String(info->formName) + QStringLiteral("_window"));
         pages_.insert(code, page);
-    } else if (auto* placeholder = qobject_cast<ModulePage*>(page)) {
-        placeholder->setCaption(caption);
     }
 
     PageRequest request;
@@ -541,30 +394,15 @@ void TarvelMain::Toolbar1ButtonClick(const QString& key) {
     }
 }
 
-void TarvelMain::setPendingRoutine(std::function<void()> routine) {
-    pending_ = std::move(routine);
-    appGlobals().busy = true;
-}
-
 void TarvelMain::Timer1Timer() {
-    AppGlobals& g = appGlobals();
-    if (g.busy) {
-        g.busy = false;
-        if (auto routine = std::exchange(pending_, nullptr)) routine();
-    }
     if (Clock::today() != lastDay_) {
         // Yesterday's reminders are over; answered now, they would act on
         // today's entries (a repeating one would be stamped as seen today).
-        for (const QPointer<FormSchRemind>& w : std::as_const(reminders_))
-            if (w) w->close();
+        reminders_->closeAll();
         refreshHomePage();
         lastDay_ = Clock::today();
     }
     fireReminders();
-    if (g.secondTimer) {
-        ++periodicRuns_;
-        emit homePagePeriodic();
-    }
 }
 
 void TarvelMain::refreshHomePage() {
@@ -578,50 +416,12 @@ void TarvelMain::refreshHomePage() {
 }
 
 void TarvelMain::fireReminders() {
-    const QList<TodayTask> due = today_.fire(Clock::now());
-    if (due.isEmpty()) return;
-    for (const TodayTask& entry : due) openReminder(entry);
+    if (!reminders_->fireDue()) return;
     if (FormHome* home = homePage()) home->showToday();
 }
 
-void TarvelMain::openReminder(const TodayTask& entry) {
-    auto* window = new FormSchRemind(entry.id, today_, this);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->setPageSwitch([this](qint16 code, const QString& condition, qint32 recordId) {
-        if (!OpenPage(code, condition, recordId)) return;
-        // The task shows in the main window, which may sit in the tray.
-        if (isMinimized()) showNormal();
-        show();
-        raise();
-        activateWindow();
-    });
-    connect(window, &FormSchRemind::entryChanged, this, [this] {
-        if (FormHome* home = homePage()) home->showToday();
-    });
-    window->load();
-    reminders_.removeAll(nullptr);
-    // On the main window's screen while it shows, else on the primary one;
-    // never where the main window itself may stick out of the screen.
-    QScreen* screen =
-        isVisible() && this->screen() ? this->screen() : QGuiApplication::primaryScreen();
-    if (screen)
-        window->setGeometry(
-            popupGeometry(window->size(), screen->availableGeometry(), int(reminders_.size())));
-    reminders_ << window;
-    window->show();
-    window->raise();
-    window->activateWindow();
-    QApplication::beep();
-    if (tray_ && !isVisible())
-        tray_->showMessage(QStringLiteral("日程提醒"),
-                           entry.timeText + QLatin1Char(' ') + entry.subject);
-}
-
 QList<FormSchRemind*> TarvelMain::reminderWindows() const {
-    QList<FormSchRemind*> open;
-    for (const QPointer<FormSchRemind>& w : reminders_)
-        if (w) open << w.data();
-    return open;
+    return reminders_->windows();
 }
 
 void TarvelMain::closeEvent(QCloseEvent* event) {
@@ -632,8 +432,7 @@ void TarvelMain::closeEvent(QCloseEvent* event) {
     }
     timer_->stop();
     if (tray_) tray_->hide();
-    for (const QPointer<FormSchRemind>& w : std::as_const(reminders_))
-        if (w) w->close();
+    reminders_->closeAll();
     event->accept();
 }
 

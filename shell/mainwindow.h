@@ -15,8 +15,10 @@
 
 #include "custom/appsetting.h"
 #include "schedule/reminders.h"
+#include "shell/pagefactory.h"
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
+#include "shell/reminderwindows.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 
@@ -25,13 +27,16 @@ namespace tarvel {
 class UpdateCheck;
 class FormHome;
 class FormSchRemind;
-class FormDetail;
 
 struct MainWindowOptions {
     // Whether the desktop has a notification area to put the tray icon in.
     std::function<bool()> trayAvailable = &QSystemTrayIcon::isSystemTrayAvailable;
-    int timerInterval = 1000;  // ms; a tick only compares dates unless work is queued
+    int timerInterval = 1000;  // ms; a tick only compares dates and times
     bool checkForUpdate = true;
+    // The seams the window and every page it makes use; null: the real ones.
+    std::shared_ptr<Dialogs> dialogs;
+    std::shared_ptr<ShellOpener> opener;
+    std::shared_ptr<FileDialogs> files;
 };
 
 // The main window: module pages in an MDI area, the toolbar that switches
@@ -41,22 +46,9 @@ class TarvelMain : public QMainWindow {
     Q_OBJECT
 public:
     enum class PageMode { Normal, History };
-    using PageFactory = std::function<PageWidget*(qint16 code, const QString& caption)>;
 
     explicit TarvelMain(MainWindowOptions options = {}, QWidget* parent = nullptr);
     ~TarvelMain() override;
-
-    // Also serves the pages that ask through the main window (settings).
-    void setDialogs(std::shared_ptr<Dialogs> dialogs);
-    void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
-    Dialogs& dialogs() const { return *dialogs_; }
-    ShellOpener& shellOpener() const { return *opener_; }
-    // The file dialogs of the pages that read or write files (exports, backups).
-    void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
-    FileDialogs& fileDialogs() const { return *files_; }
-
-    // Screens of later modules register here; codes without one get a placeholder page.
-    void setPageFactory(PageFactory factory) { factory_ = std::move(factory); }
 
     // The page-switching routine: creates or shows the page's child window and
     // fills it. Normal mode records the visit in the history; history mode
@@ -112,16 +104,12 @@ public:
 
     QDate lastDaySeen() const { return lastDay_; }
     int homeRefreshCount() const { return homeRefreshes_; }
-    int periodicRunCount() const { return periodicRuns_; }
-    // Queues a routine for the next tick and sets the busy flag.
-    void setPendingRoutine(std::function<void()> routine);
 
 public slots:
     void Timer1Timer();
 
 signals:
     void homePageRefreshed(const QDate& day);
-    void homePagePeriodic();
     void updateChecked(bool newer, const QDate& serverDate);
 
 protected:
@@ -130,23 +118,10 @@ protected:
 private:
     void buildTray();
     void buildToolbar(const QList<AppSetting>& entries);
-    PageWidget* createSettingsPage();
-    PageWidget* createHomePage();
-    PageWidget* createStatisticsPage();
-    PageWidget* createCalendarPage();
-    PageWidget* createTaskPage();
-    // The contact, account, opportunity and document pages; null for other codes.
-    PageWidget* createDetailPage(qint16 code);
-    // The related panel below a detail page, wired to the page and the main window.
-    void addRelatedPanel(FormDetail* form, qint16 ownerKind);
-    // The record lists and the e-mail window; null for other codes.
-    PageWidget* createListPage(qint16 code);
-    PageWidget* createDataExchangePage();
-    PageSwitch pageSwitch();
+    PageServices pageServices();
     bool keepUnsavedEdits();
     // Opens a reminder window for each entry of the today list whose time has come.
     void fireReminders();
-    void openReminder(const TodayTask& entry);
     void showHistoryEntry();
     void refreshHomePage();
     QString pageCaption(const PageInfo& info) const;
@@ -156,7 +131,6 @@ private:
     std::shared_ptr<Dialogs> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
     std::shared_ptr<FileDialogs> files_;
-    PageFactory factory_;
     PageHistory history_;
     QMdiArea* mdi_;
     QToolBar* toolbar_;
@@ -170,10 +144,8 @@ private:
     qint16 currentCode_ = 0;
     QDate lastDay_;
     int homeRefreshes_ = 0;
-    int periodicRuns_ = 0;
-    std::function<void()> pending_;
     TodayList today_;
-    QList<QPointer<FormSchRemind>> reminders_;
+    ReminderWindows* reminders_;
 };
 
 // The window caption and tray tip of the program.

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QLabel>
 #include <QString>
-#include <QVBoxLayout>
-#include <functional>
 
 #include "views/common/page.h"
 
@@ -22,27 +19,5 @@ struct PageInfo {
 const PageInfo* pageInfo(qint16 code);
 // The list page a module's toolbar key opens; 0 for keys that are not pages.
 qint16 pageForKey(const QString& key);
-
-// Stands in for a module screen until its list, detail or calendar screen
-// exists: shows the module caption and what the page was asked to show.
-class ModulePage : public PageWidget {
-    Q_OBJECT
-public:
-    ModulePage(const QString& formName, const QString& caption, QWidget* parent = nullptr);
-    void fill(const PageRequest& request) override;
-    void refresh() override;
-    void setCaption(const QString& caption);
-    // A button below the caption that leads on from this page (the schedule
-    // module's way to its statistics page).
-    void addLink(const QString& name, const QString& text, std::function<void()> action);
-    PageRequest request() const { return request_; }
-
-private:
-    QVBoxLayout* links_ = nullptr;
-    QLabel* caption_;
-    QLabel* condition_;
-    QLabel* details_;
-    PageRequest request_;
-};
 
 }  // namespace tarvel

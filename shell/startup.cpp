@@ -15,9 +15,9 @@
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
 #include "store/connectionstring.h"
-#include "views/settings/formappsetting.h"
 #include "views/options/formoption.h"
 #include "views/schedule/formschremind.h"
+#include "views/settings/formappsetting.h"
 
 namespace tarvel {
 

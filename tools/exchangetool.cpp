@@ -33,7 +33,7 @@ const char* kUsage =
     "  export-csv 类别 文件     把选定的记录导出到CSV文件(文件名以.xlsx结尾时为Excel文件)\n"
     "  import-csv 类别 文件 [--sheet 工作表]\n"
     "                           从CSV或Excel文件导入联系人或单位\n"
-    "  export-vcard 文件        把选定的联系人导出到vCard文件\n"
+    "  export-vcard 文件 [--v3] 把选定的联系人导出到vCard文件（--v3：3.0版，给旧手机）\n"
     "  import-vcard 文件        从vCard文件导入联系人\n"
     "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
     "  import-ics 文件          从iCalendar日历文件导入日程\n"
@@ -45,13 +45,8 @@ const char* kUsage =
 struct Command {
     int arguments;
     std::function<Outcome(const QStringList&, QString*)> run;
+    int optional = 0;  // arguments that may follow
 };
-
-// The sheet of a workbook that import-csv reads (--sheet), empty for the first.
-QString& sheetOption() {
-    static QString sheet;
-    return sheet;
-}
 
 const RecordKind* kindOf(const QString& word, Outcome* failure) {
     const RecordKind* k = recordKind(word);
@@ -107,9 +102,12 @@ const std::map<QString, Command>& commands() {
         {QStringLiteral("import-csv"),
          {2,
           [](const QStringList& a, QString* said) {
+              // The sheet of a workbook: --sheet NAME, else the first.
+              if (a.size() > 2 && (a.size() != 4 || a[2] != QStringLiteral("--sheet")))
+                  return Outcome::failure(QStringLiteral("未知的选项：%1").arg(a.mid(2).join(' ')));
               CsvImportPlan plan;
               QString error;
-              if (!planCsvImport(a[1], a[0], &plan, &error, sheetOption()))
+              if (!planCsvImport(a[1], a[0], &plan, &error, a.value(3)))
                   return Outcome::failure(error);
               // The rest of the file comes in; what could not is printed.
               CsvImportResult result;
@@ -124,21 +122,26 @@ const std::map<QString, Command>& commands() {
                   *said += plan.encodingProblem + QLatin1Char('\n');
               *said += result.summary();
               return o;
-          }}},
+          },
+          2}},
         {QStringLiteral("export-vcard"),
          {1,
           [](const QStringList& a, QString* said) {
+              if (a.size() > 1 && a[1] != QStringLiteral("--v3"))
+                  return Outcome::failure(QStringLiteral("未知的选项：%1").arg(a[1]));
               int written = 0;
-              const Outcome o = exportVCards(a[0], &written);
+              const Outcome o = exportVCards(
+                  a[0], a.size() > 1 ? VCardVersion::Three : VCardVersion::Four, &written);
               *said = QStringLiteral("已导出 %1 个联系人到 %2").arg(written).arg(o.path);
               return o;
-          }}},
+          },
+          1}},
         {QStringLiteral("import-vcard"),
          {1,
           [](const QStringList& a, QString* said) {
-              int added = 0;
-              const Outcome o = importVCards(a[0], &added);
-              *said = QStringLiteral("已导入 %1 个联系人").arg(added);
+              VCardImport done;
+              const Outcome o = importVCards(a[0], &done);
+              *said = done.summary();
               return o;
           }}},
         {QStringLiteral("export-ics"),
@@ -184,14 +187,9 @@ int runExchangeTool(const QStringList& args, const QString& programFolder, QText
         db = rest[1];
         rest = rest.mid(2);
     }
-    sheetOption().clear();
-    if (const qsizetype at = rest.indexOf(QStringLiteral("--sheet"));
-        at >= 0 && at + 1 < rest.size()) {
-        sheetOption() = rest[at + 1];
-        rest.remove(at, 2);
-    }
     const auto command = rest.isEmpty() ? commands().end() : commands().find(rest[0]);
-    if (command == commands().end() || rest.size() != command->second.arguments + 1) {
+    if (command == commands().end() || rest.size() < command->second.arguments + 1 ||
+        rest.size() > command->second.arguments + command->second.optional + 1) {
         err << QString::fromUtf8(kUsage);
         return 2;
     }

@@ -15,7 +15,6 @@
 #include "exchange/filetools.h"
 #include "exchange/reportexport.h"
 #include "exchange/textfile.h"
-#include "exchange/vcard.h"
 #include "store/connectionstring.h"
 #include "store/sqlitehandle.h"
 #include "tests/exchange/exchangefixture.h"
@@ -83,7 +82,15 @@ protected:
         QDir(file.folder()).mkdir("in");
         ASSERT_TRUE(backupTo(inFolder("in/b.tbk")).ok);
         ASSERT_TRUE(exportReport(3, inFolder("in/r.tvr3")).ok);
-        ASSERT_TRUE(exportVCards(inFolder("in/v.vcf")).ok);
+        // Cards of people not yet there (the file's own contacts would be recognised).
+        QString cards;
+        for (int i = 0; i < 2000; ++i)
+            cards += QString(
+                         "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:名片%1\r\nTEL;TYPE=CELL:137%1\r\n"
+                         "ORG:新单位%2\r\nUID:crash-%1\r\nEND:VCARD\r\n")
+                         .arg(i)
+                         .arg(i % 300);
+        ASSERT_TRUE(writeTextFile(inFolder("in/v.vcf"), cards, false, &error));
         QString csv = csvLine({"姓名", "手机", "客户/单位名称"});
         for (int i = 0; i < 3000; ++i)
             csv += csvLine({QString("导入%1").arg(i), "139", QString("新单位%1").arg(i % 300)});
@@ -138,7 +145,7 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
     ASSERT_TRUE(problem.isEmpty()) << problem.toStdString();
     const quint32 seed = QRandomGenerator::global()->generate();
     QRandomGenerator random(seed);
-    int kills = 0;
+    int killedWorking = 0, runs = 0;
     for (const Operation& op : kOperations) {
         // The whole run once, for the state after it and how long it takes.
         const QString reference = freshCopy(QString("%1-done").arg(op.name));
@@ -163,7 +170,9 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
             QThread::msleep(random.bounded(int(duration * 11 / 10) + 1));
             child.kill();  // SIGKILL
             child.waitForFinished();
-            ++kills;
+            ++runs;
+            // A run that had already finished proves nothing about a kill.
+            if (child.exitStatus() == QProcess::CrashExit) ++killedWorking;
             problem.clear();
             const QString state = fingerprint(live, &problem);
             EXPECT_TRUE(problem.isEmpty()) << where.toStdString() << ": " << problem.toStdString();
@@ -174,7 +183,8 @@ TEST_F(Crash, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
                 expectWholeOrAbsent(QDir(QFileInfo(live).path()).filePath(op.writes), where);
         }
     }
-    EXPECT_GE(kills, 50);
+    // The kill moments spread over the whole run, so most land while it works.
+    EXPECT_GE(killedWorking, runs / 2) << "seed " << seed;
 }
 
 TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {

@@ -46,7 +46,8 @@ inline QStringList sqlcipherRows(const QString& path, const QString& sql) {
 // What a python3 script prints as JSON about the file named by argv[1].
 inline QJsonValue python(const QString& script, const QString& path) {
     QProcess p;
-    // Debian's interpreter, where python3-vobject and python3-openpyxl are installed.
+    // Debian's interpreter, where python3-vobject, python3-openpyxl and the other
+    // readers are installed.
     p.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, path});
     if (!p.waitForFinished(30000) || p.exitCode() != 0) {
         ADD_FAILURE() << p.readAllStandardError().toStdString();

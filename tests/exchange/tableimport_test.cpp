@@ -433,9 +433,15 @@ TEST_F(TableImport, WorkbooksCountingFrom1904ReadTheSameDay) {
     EXPECT_EQ(sheet[1].fields, QStringList({"甲", "1985-06-07", "2024-02-29 18:30:00"}));
 }
 
-TEST_F(TableImport, BrokenWorkbooksAreRefusedWithAReason) {
+TEST_F(TableImport, FilesThatCannotBeReadAreRefusedWithAReason) {
     CsvImportPlan plan;
     QString error;
+    EXPECT_FALSE(planCsvImport(inFolder("missing.csv"), "contacts", &plan, &error));
+    EXPECT_FALSE(planCsvImport(inFolder("x.csv"), "tasks", &plan, &error));
+    EXPECT_TRUE(error.contains("只能从CSV文件导入联系人或单位"));
+    writeBytes(inFolder("odd.csv"), "foo,bar\n1,2\n");
+    EXPECT_FALSE(planCsvImport(inFolder("odd.csv"), "accounts", &plan, &error));
+    EXPECT_TRUE(error.contains("没有可以识别的列名"));
     writeBytes(inFolder("text.xlsx"), "姓名,手机\n张三,1\n");
     EXPECT_FALSE(planCsvImport(inFolder("text.xlsx"), "contacts", &plan, &error));
     EXPECT_TRUE(error.contains("不是可以读取的Excel文件")) << error.toStdString();

@@ -24,12 +24,12 @@
 #include "tests/views/helpers.h"
 #include "tests/views/listrecords.h"
 #include "views/common/unsaved.h"
-#include "views/settings/formappsetting.h"
 #include "views/home/formhome.h"
-#include "views/schedule/formschremind.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/formlist.h"
 #include "views/lists/tickmodel.h"
+#include "views/schedule/formschremind.h"
+#include "views/settings/formappsetting.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;
@@ -87,9 +87,9 @@ private slots:
 
 private:
     TarvelMain& start(MainWindowOptions options = quiet()) {
+        options.dialogs = dialogs_;
+        options.opener = opener_;
         main_ = std::make_unique<TarvelMain>(options);
-        main_->setDialogs(dialogs_);
-        main_->setShellOpener(opener_);
         main_->Timer1()->stop();  // ticks come from the test
         main_->show();
         return *main_;

@@ -13,6 +13,7 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "views/settings/formappsetting.h"
+#include "views/settings/relatedpage.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;
@@ -63,7 +64,7 @@ private slots:
     void pagesShowTheStoredLayout();
     void savingWritesOnlyThePageShownThenAsks();
     void toolbarMovesFollowTheFirstLastRuleAndPreview();
-    void relatedPanelsSaveAllTwenty();
+    void relatedPanelsSaveOnlyThePageShown();
     void fieldReorderedAndHiddenIsStillSelected();
     void failedSaveSaysSoAndAsksNothing();
     void moduleNamesCannotBeEmpty();
@@ -208,21 +209,25 @@ void SettingTest::toolbarMovesFollowTheFirstLastRuleAndPreview() {
     QCOMPARE(stored(1, QStringLiteral("sepline2")).ObjVisible(), qint16(0));
 }
 
-void SettingTest::relatedPanelsSaveAllTwenty() {
+// Each record kind's page saves its own four panels, as the hint says.
+void SettingTest::relatedPanelsSaveOnlyThePageShown() {
     auto form = makeForm();
     indexed<QLineEdit>(*form, "txt_con_related", 2)->setText(QStringLiteral("相关项目"));
     child<QCheckBox>(*form, "chk_con_related_e")->setChecked(false);
     child<QCheckBox>(*form, "chk_sch_related_v")->setChecked(false);
-    save(*form, FormAppSetting::RelatedFirst, false);  // from the accounts' page
-    for (const QString& owner : FormAppSetting::relatedOwners()) {
-        for (const QString& panel : FormAppSetting::relatedPanels(owner)) {
+    const QStringList owners = RelatedPage::owners();
+    save(*form, FormAppSetting::RelatedFirst + int(owners.indexOf("con")), false);
+    for (const QString& owner : owners) {
+        for (const QString& panel : RelatedPage::panels(owner)) {
             const AppSetting e = stored(2, panel);
-            QCOMPARE(e.ObjVisible(), qint16(owner == QLatin1String("sch") ? 0 : -1));
+            QCOMPARE(e.ObjVisible(), qint16(-1));  // the tasks' page was not saved
             QCOMPARE(e.ObjEditType(), qint16(owner == QLatin1String("con") ? 0 : -1));
         }
     }
     QCOMPARE(stored(2, QStringLiteral("con_opp")).ObjDesc(), QStringLiteral("相关项目"));
-    QCOMPARE(stored(2, QStringLiteral("acc_opp")).ObjDesc(), QStringLiteral("项目机会"));
+    save(*form, FormAppSetting::RelatedFirst + int(owners.indexOf("sch")), false);
+    for (const QString& panel : RelatedPage::panels("sch"))
+        QCOMPARE(stored(2, panel).ObjVisible(), qint16(0));
 }
 
 void SettingTest::fieldReorderedAndHiddenIsStillSelected() {

@@ -250,6 +250,36 @@ private slots:
         QVERIFY2(dialogs_->lastText().contains("新增 2"), qPrintable(dialogs_->lastText()));
     }
 
+    void vcardExportsTheChosenVersionAndImportSaysWhatItDid() {
+        const QString path = QDir(file_->folder()).filePath("out.vcf");
+        child<QComboBox>(*page_, "cbo_vcard_version")->setCurrentIndex(1);  // 3.0, older phones
+        prompts_->names << path;
+        click(*page_, "cmd_export_vcard");
+        QCOMPARE(dialogs_->lastText(), QString("已导出 1 个联系人到 %1").arg(path));
+        QFile out(path);
+        QVERIFY(out.open(QIODevice::ReadOnly));
+        QVERIFY(out.readAll().contains("\r\nVERSION:3.0\r\nFN:张三\r\n"));
+
+        const QString in = QDir(file_->folder()).filePath("in.vcf");
+        QFile card(in);
+        QVERIFY(card.open(QIODevice::WriteOnly));
+        card.write(
+            "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:王五\r\nEND:VCARD\r\n"
+            "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:半张\r\n");
+        card.close();
+        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
+        prompts_->names << in;
+        click(*page_, "cmd_import_vcard");
+        QVERIFY2(dialogs_->lastText().startsWith("新增 1，更新 0，跳过 0"),
+                 qPrintable(dialogs_->lastText()));
+        QVERIFY(dialogs_->lastText().contains("第2张名片"));
+        QCOMPARE(contacts(), 2);
+        QCOMPARE(replaced.count(), 1);
+        // The import can be taken back now.
+        QVERIFY(child<QPushButton>(*page_, "cmd_undo_import")->isEnabled());
+        QVERIFY(child<QLabel>(*page_, "lbl_lastimport")->text().contains("in.vcf"));
+    }
+
     void lastImportIsTakenBackAfterAsking() {
         auto* undo = child<QPushButton>(*page_, "cmd_undo_import");
         QVERIFY(!undo->isEnabled());

@@ -11,8 +11,8 @@ inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Dialogs> dialogs) {
     MainWindowOptions o;
     o.trayAvailable = [] { return false; };
     o.checkForUpdate = false;
+    o.dialogs = std::move(dialogs);
     auto main = std::make_unique<TarvelMain>(o);
-    main->setDialogs(std::move(dialogs));
     main->Timer1()->stop();
     main->show();
     return main;

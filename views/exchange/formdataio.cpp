@@ -91,13 +91,22 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     });
 
     auto* vcard = new QGridLayout(section(QStringLiteral("vCard名片（手机、邮件程序）"), page));
+    auto* vcardVersion = new QLabel(QStringLiteral("导出格式(&V)"));
+    cboVCardVersion_ = new QComboBox;
+    cboVCardVersion_->setObjectName(QStringLiteral("cbo_vcard_version"));
+    cboVCardVersion_->addItem(QStringLiteral("vCard 4.0"), int(exchange::VCardVersion::Four));
+    cboVCardVersion_->addItem(QStringLiteral("vCard 3.0（旧手机）"),
+                              int(exchange::VCardVersion::Three));
+    vcardVersion->setBuddy(cboVCardVersion_);
+    vcard->addWidget(vcardVersion, 0, 0);
+    vcard->addWidget(cboVCardVersion_, 0, 1);
     vcard->addWidget(button("cmd_export_vcard", QStringLiteral("导出选定联系人到vCard..."),
                             &FormDataIO::cmd_export_vcard_Click),
-                     0, 0);
+                     0, 2);
     vcard->addWidget(button("cmd_import_vcard", QStringLiteral("从vCard文件导入联系人..."),
                             &FormDataIO::cmd_import_vcard_Click),
-                     0, 1);
-    vcard->setColumnStretch(2, 1);
+                     0, 3);
+    vcard->setColumnStretch(4, 1);
 
     auto* undo = new QGridLayout(section(QStringLiteral("导入的记录"), page));
     cmdUndoImport_ = button("cmd_undo_import", QStringLiteral("撤销上次导入..."),
@@ -256,17 +265,20 @@ void FormDataIO::cmd_export_vcard_Click() {
     if (chosen.isEmpty()) return;
     int written = 0;
     ProgressRun progress(this, QStringLiteral("正在导出……"));
-    const exchange::Outcome out = exchange::exportVCards(chosen, &written, progress.callback());
+    const auto version = exchange::VCardVersion(cboVCardVersion_->currentData().toInt());
+    const exchange::Outcome out =
+        exchange::exportVCards(chosen, version, &written, progress.callback());
     report(out, QStringLiteral("已导出 %1 个联系人到 %2").arg(written).arg(chosen));
 }
 
 void FormDataIO::cmd_import_vcard_Click() {
     const QString chosen = openName(QStringLiteral("从vCard文件导入联系人"), kVCardFilter);
     if (chosen.isEmpty()) return;
-    int added = 0;
+    exchange::VCardImport done;
     ProgressRun progress(this, QStringLiteral("正在导入……"));
-    const exchange::Outcome out = exchange::importVCards(chosen, &added, progress.callback());
-    if (report(out, QStringLiteral("已导入 %1 个联系人").arg(added))) emit dataReplaced();
+    const exchange::Outcome out = exchange::importVCards(chosen, &done, progress.callback());
+    if (report(out, done.summary())) emit dataReplaced();
+    refresh();
 }
 
 void FormDataIO::cmd_undo_import_Click() {

@@ -57,6 +57,7 @@ private:
     QPushButton* cmdUndoImport_;
     QComboBox* cboReportKind_;
     QComboBox* cboCsvKind_;
+    QComboBox* cboVCardVersion_;
     QPushButton* cmdImportCsv_ = nullptr;
 };
 
