@@ -41,10 +41,6 @@ bool ImportJournal::ensureTables(QString* error) {
 
 bool ImportJournal::begin(const QString& source, const QString& file, QString* error) {
     tarveldatabase db;
-    for (const char* statement : {"DELETE FROM import_changes", "DELETE FROM import_journal"}) {
-        db.Execute(QLatin1String(statement));
-        if (!db.ErrMsg().isEmpty()) return (*error = db.ErrMsg(), false);
-    }
     const auto rs = db.GetWriteRs(QStringLiteral(
         "SELECT ijn_date, ijn_source, ijn_file, ijn_summary, ijn_id FROM import_journal WHERE "
         "ijn_id=0"));
@@ -109,13 +105,25 @@ bool ImportJournal::fingerprints(const QString& table, const QList<qint64>& keys
 }
 
 bool ImportJournal::finish(const QString& summary, QString* error) {
+    tarveldatabase db;
+    // An import that changed nothing leaves the one before it to be taken back.
+    const QStringList drops =
+        entries_.isEmpty()
+            ? QStringList{QStringLiteral("DELETE FROM import_journal WHERE ijn_id=%1").arg(id_)}
+            : QStringList{
+                  QStringLiteral("DELETE FROM import_journal WHERE ijn_id<>%1").arg(id_),
+                  QStringLiteral("DELETE FROM import_changes WHERE ijc_import<>%1").arg(id_)};
+    for (const QString& statement : drops) {
+        db.Execute(statement);
+        if (!db.ErrMsg().isEmpty()) return (*error = db.ErrMsg(), false);
+    }
+    if (entries_.isEmpty()) return true;
     QHash<QString, QList<qint64>> addedByTable;
     for (const Entry& e : std::as_const(entries_))
         if (e.column.isEmpty()) addedByTable[e.table] << e.key;
     QHash<QString, QHash<qint64, QString>> prints;
     for (auto it = addedByTable.cbegin(); it != addedByTable.cend(); ++it)
         if (!fingerprints(it.key(), it.value(), &prints[it.key()], error)) return false;
-    tarveldatabase db;
     const auto rs = db.GetWriteRs(
         QStringLiteral("SELECT ijc_import, ijc_table, ijc_key, ijc_column, ijc_old, ijc_new FROM "
                        "import_changes WHERE ijc_import=0"));

@@ -16,7 +16,8 @@ class ImportJournal {
 public:
     // Adds the journal's tables to a data file made before they existed.
     static bool ensureTables(QString* error);
-    // Starts a new journal, dropping the one of the import before.
+    // Starts a new journal; finish drops the one of the import before when
+    // this one changed anything.
     bool begin(const QString& source, const QString& file, QString* error);
     void added(const QString& table, qint64 key);
     void linked(const QString& linkTable, qint64 first, qint64 second);

@@ -47,6 +47,23 @@ bool wholeNumberIn(const QString& text, int low, int high) {
 
 }  // namespace
 
+QDate openEndDate() {
+    return QDate(9999, 12, 31);
+}
+
+bool isOpenEnded(const QDateTime& closeDate) {
+    return closeDate.isValid() && closeDate.date() >= openEndDate();
+}
+
+QString openEndedText() {
+    return QStringLiteral("无结束日期");
+}
+
+QString closeDateText(const QDateTime& closeDate) {
+    if (isOpenEnded(closeDate)) return openEndedText();
+    return closeDate.isValid() ? closeDate.date().toString(QStringLiteral("yyyy-M-d")) : QString();
+}
+
 QString taskDateCondition(const QDate& day) {
     static const ConditionStyle shared{" WHERE (( tas_cycle = 0  AND tas_date=#", "))", " AND "};
     return conditionText(day, shared);

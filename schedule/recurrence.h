@@ -26,6 +26,15 @@ inline constexpr qint16 Monthly = 30;  // same day of month; never rolled to a s
 inline constexpr qint16 Yearly = 365;  // same month and day; a 29 February start only in leap years
 }  // namespace cycle
 
+// A recurring task without end keeps this close date: the task-date
+// condition (tas_closedate >= the day) then selects it on every later day,
+// and every screen shows it as "无结束日期".
+QDate openEndDate();
+bool isOpenEnded(const QDateTime& closeDate);
+QString openEndedText();
+// A close date as the screens write it: "无结束日期" for an open end.
+QString closeDateText(const QDateTime& closeDate);
+
 // The WHERE clause that selects the tasks occurring on `day`, to be appended
 // to "SELECT ... FROM tasks". The whole clause sits in one pair of
 // parentheses, so callers may append " AND ..." and an ORDER BY. Its text,

@@ -7,13 +7,15 @@
 
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
+#include "exchange/icalexport.h"
+#include "exchange/icalimport.h"
 #include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
 #include "exchange/xlsxwrite.h"
-#include "schedule/icalendar.h"
+#include "schedule/agenda.h"
 #include "store/connectionstring.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
@@ -37,6 +39,7 @@ const char* kUsage =
     "  import-vcard 文件        从vCard文件导入联系人\n"
     "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
     "  import-ics 文件          从iCalendar日历文件导入日程\n"
+    "  agenda 起始日 截止日     列出两天之间（含）的每次日程，日期写作yyyy-MM-dd\n"
     "  undo-import              撤销上次导入\n"
     "类别: contacts, accounts, opportunities, tasks, documents\n";
 
@@ -159,10 +162,25 @@ const std::map<QString, Command>& commands() {
         {QStringLiteral("import-ics"),
          {1,
           [](const QStringList& a, QString* said) {
-              const ICalendarImport i = importTasksFromICalendar(a[0]);
+              const ICalendarImport i = importICalendarFile(a[0]);
               if (!i.ok) return Outcome::failure(i.ErrMsg);
               *said = i.summary();
               return Outcome{true, false, a[0], {}};
+          }}},
+        {QStringLiteral("agenda"),
+         {2,
+          [](const QStringList& a, QString* said) {
+              const QDate from = QDate::fromString(a[0], QStringLiteral("yyyy-MM-dd"));
+              const QDate to = QDate::fromString(a[1], QStringLiteral("yyyy-MM-dd"));
+              if (!from.isValid() || !to.isValid() || to < from)
+                  return Outcome::failure(
+                      QStringLiteral("日期应写作yyyy-MM-dd，且截止日不早于起始日：%1 %2")
+                          .arg(a[0], a[1]));
+              QStringList lines;
+              QString error;
+              if (!agendaLines(from, to, &lines, &error)) return Outcome::failure(error);
+              *said = lines.join(QLatin1Char('\n'));
+              return Outcome{true, false, {}, {}};
           }}},
         {QStringLiteral("undo-import"),
          {0,
@@ -205,7 +223,7 @@ int runExchangeTool(const QStringList& args, const QString& programFolder, QText
         err << outcome.ErrMsg << Qt::endl;
         return 1;
     }
-    out << said << Qt::endl;
+    if (!said.isEmpty()) out << said << Qt::endl;
     return 0;
 }
 

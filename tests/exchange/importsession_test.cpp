@@ -141,6 +141,17 @@ TEST_F(ImportSessionTest, UndoTakesTheImportBackButNotTheUsersChanges) {
     EXPECT_TRUE(lastImportDescription().isEmpty());
 }
 
+// A second run of the same file changes nothing, so the first can still be
+// taken back.
+TEST_F(ImportSessionTest, AnImportThatChangedNothingLeavesTheOneBeforeToUndo) {
+    const QList<IncomingRecord> people = {contact("王一明", "13800138000"),
+                                          contact("李四", "13700000000")};
+    import(people);
+    EXPECT_EQ(import(people).skipped, 2);
+    ASSERT_TRUE(undoLastImport().ok);
+    EXPECT_EQ(rows("contacts"), 0);
+}
+
 TEST_F(ImportSessionTest, ChangedEventsAreOverwrittenAndTheUndoPutsThemBack) {
     IncomingRecord task;
     task.externalId = "event-1";

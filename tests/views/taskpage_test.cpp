@@ -10,12 +10,15 @@
 #include <QtTest>
 
 #include "records/recordbase.h"
+#include "schedule/recurrence.h"
 #include "shell/mainwindow.h"
 #include "store/clock.h"
+#include "store/jetdate.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
 #include "views/common/unsaved.h"
+#include "views/lists/tickmodel.h"
 #include "views/schedule/formschdetail.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -65,6 +68,7 @@ private slots:
     void typedTimesAreChecked();
     void outlayThatIsNoNumberIsRefused();
     void savesEveryFieldAndTheRecurrence();
+    void openEndIsStoredSelectedAndShown();
     void nextScheduleIsLinkedLikeTheTask();
     void savingForTodayRefreshesTheHomePage();
     void taskFromAContactIsNamedAndLinked();
@@ -172,6 +176,43 @@ void TaskPageTest::savesEveryFieldAndTheRecurrence() {
     click(*form_, "cmd_sch_delete");
     QCOMPARE(tasks(), 0);
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts_tasks")), 0);
+}
+
+// 无结束日期 beside the end date: stored as the open end the task-date
+// condition selects on any later day, shown again when the task is opened,
+// and in the lists as words.
+void TaskPageTest::openEndIsStoredSelectedAndShown() {
+    auto* noEnd = child<QCheckBox>(*form_, "chk_sch_noend");
+    auto* close = child<QDateEdit>(*form_, "DT_sch_closedate");
+    QVERIFY(!noEnd->isEnabled());  // a one-off task has no end to leave open
+    type("txt_sch_subject", QStringLiteral("周例会"));
+    child<QComboBox>(*form_, "cbo_sch_cycle")->setCurrentText(QStringLiteral("每周"));
+    QVERIFY(noEnd->isEnabled());
+    close->setDate(QDate(2024, 4, 1));  // before the start: no matter once the end is open
+    noEnd->setChecked(true);
+    QVERIFY(!close->isEnabled());
+    QVERIFY(form_->cmdSaveClick());
+    QCOMPARE(text(QStringLiteral("SELECT 'end ' || tas_closedate FROM tasks")),
+             QStringLiteral("end 9999-12-31 00:00:00"));
+    const QDate farMonday = QDate(2024, 5, 6).addDays(7 * 1000);
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM tasks") + taskDateCondition(farMonday)), 1);
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM tasks") +
+                   taskDateCondition(farMonday.addDays(1))),
+             0);
+
+    PageRequest again;
+    again.recordId = form_->taskId();
+    form_->fill(again);
+    QVERIFY(noEnd->isChecked());
+    QVERIFY(!close->isEnabled());
+    QCOMPARE(lists::cellText(jetdate::naive(openEndDate())), QStringLiteral("无结束日期"));
+
+    // Cleared: the date typed is the end again.
+    noEnd->setChecked(false);
+    close->setDate(QDate(2024, 6, 30));
+    QVERIFY(form_->cmdSaveClick());
+    QCOMPARE(text(QStringLiteral("SELECT 'end ' || tas_closedate FROM tasks")),
+             QStringLiteral("end 2024-06-30 00:00:00"));
 }
 
 void TaskPageTest::nextScheduleIsLinkedLikeTheTask() {

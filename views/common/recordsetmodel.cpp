@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "schedule/recurrence.h"
+
 namespace tarvel {
 
 void RecordsetModel::setRecordset(RecordsetPtr recordset) {
@@ -67,7 +69,12 @@ int RecordsetModel::columnCount(const QModelIndex& parent) const {
 QVariant RecordsetModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return QVariant();
     if ((role != Qt::DisplayRole && role != Qt::EditRole) || !recordset_) return QVariant();
-    return recordset_->valueAt(recordsetRow(index.row()), index.column());
+    const QVariant value = recordset_->valueAt(recordsetRow(index.row()), index.column());
+    // A recurring task's open end reads as words, not as the far date that holds it.
+    if (role == Qt::DisplayRole && value.typeId() == QMetaType::QDateTime &&
+        isOpenEnded(value.toDateTime()))
+        return openEndedText();
+    return value;
 }
 
 QVariant RecordsetModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include "schedule/recurrence.h"
+
 namespace tarvel::lists {
 
 TickModel::TickModel(QObject* parent) : QIdentityProxyModel(parent) {
@@ -13,6 +15,7 @@ QString cellText(const QVariant& value) {
     if (value.isNull()) return QString();
     if (value.typeId() == QMetaType::QDateTime) {
         const QDateTime dt = value.toDateTime();
+        if (isOpenEnded(dt)) return openEndedText();
         return dt.time() == QTime(0, 0) ? dt.date().toString(QStringLiteral("yyyy-MM-dd"))
                                         : dt.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
     }

@@ -5,7 +5,8 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
-#include "schedule/icalendar.h"
+#include "exchange/icalexport.h"
+#include "exchange/icalimport.h"
 #include "schedule/taskcategories.h"
 #include "store/clock.h"
 
@@ -288,9 +289,9 @@ QString calendarFilter() {
 
 void FormSchAll::exportICalendar(bool tickedOnly) {
     const QString path = files_->getSaveFileName(QStringLiteral("导出日历"),
-                                              QStringLiteral("日程.ics"), calendarFilter());
+                                                 QStringLiteral("日程.ics"), calendarFilter());
     if (path.isEmpty()) return;
-    const ICalendarExport result = exportTasksToICalendar(path, tickedOnly);
+    const exchange::ICalendarExport result = exchange::exportTasksToICalendar(path, tickedOnly);
     if (!result.ok) {
         dialogs_->info(messageTitle(), QStringLiteral("日历没有导出。\n") + result.ErrMsg);
         return;
@@ -306,9 +307,10 @@ void FormSchAll::exportICalendar(bool tickedOnly) {
 }
 
 void FormSchAll::importICalendar() {
-    const QString path = files_->getOpenFileName(QStringLiteral("导入日历"), QString(), calendarFilter());
+    const QString path =
+        files_->getOpenFileName(QStringLiteral("导入日历"), QString(), calendarFilter());
     if (path.isEmpty()) return;
-    const ICalendarImport result = importTasksFromICalendar(path);
+    const exchange::ICalendarImport result = exchange::importICalendarFile(path);
     if (!result.ok) {
         dialogs_->info(messageTitle(),
                        QStringLiteral("日历没有导入，日程没有任何改变。\n") + result.ErrMsg);

@@ -99,6 +99,7 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     cboCycle_ = named<QComboBox>(this, "cbo_sch_cycle");
     cboCycle_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     dtCloseDate_ = datePicker(this, "DT_sch_closedate");
+    chkNoEnd_ = checkBox(this, "chk_sch_noend", openEndedText() + QStringLiteral("(&U)"));
     rtxtMemo_ = named<QPlainTextEdit>(this, "rtxt_sch_memo");
     chkNextDate_ = checkBox(this, "chk_sch_nextdate", QStringLiteral("安排下次日程(&N)"));
     dtNextDate_ = datePicker(this, "DT_sch_nextdate");
@@ -108,8 +109,10 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     addRow(fields, QStringLiteral("主题(&S)："), txtSubject_);
     addRow(fields, QStringLiteral("日期(&E)："), dtDate_,
            pairRow(dtDate_, QStringLiteral("时间(&T)："), cboTime_));
-    addRow(fields, QStringLiteral("重复(&C)："), cboCycle_,
-           pairRow(cboCycle_, QStringLiteral("结束日期(&Z)："), dtCloseDate_));
+    QHBoxLayout* cycleRow = pairRow(cboCycle_, QStringLiteral("结束日期(&Z)："), dtCloseDate_);
+    // Beside the end date, before the row's closing stretch.
+    cycleRow->insertWidget(cycleRow->count() - 1, chkNoEnd_);
+    addRow(fields, QStringLiteral("重复(&C)："), cboCycle_, cycleRow);
     addRow(fields, QStringLiteral("类型(&Y)："), cboType_);
     addRow(fields, QStringLiteral("重要性(&I)："), cboImportance_);
     addRow(fields, QStringLiteral("标签(&G)："), cboTag_);
@@ -160,10 +163,11 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     layout->addLayout(left, 3);
     layout->addWidget(related_, 2);
 
-    QWidget* order[] = {txtSubject_, dtDate_,        cboTime_,    cboCycle_,  dtCloseDate_,
-                        cboType_,    cboImportance_, cboTag_,     txtOutlay_, chkRemind_,
-                        chkAgain_,   chkCompleted_,  chkPrivate_, rtxtMemo_,  chkNextDate_,
-                        dtNextDate_, cboNextTime_,   cmdNew,      cmdSave,    cmdDelete_};
+    QWidget* order[] = {txtSubject_,  dtDate_,     cboTime_,       cboCycle_,   dtCloseDate_,
+                        chkNoEnd_,    cboType_,    cboImportance_, cboTag_,     txtOutlay_,
+                        chkRemind_,   chkAgain_,   chkCompleted_,  chkPrivate_, rtxtMemo_,
+                        chkNextDate_, dtNextDate_, cboNextTime_,   cmdNew,      cmdSave,
+                        cmdDelete_};
     for (size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
     rtxtMemo_->setTabChangesFocus(true);
 
@@ -177,12 +181,14 @@ FormSchDetail::FormSchDetail(QWidget* parent)
         connect(d, &QDateEdit::dateChanged, this, edited);
     for (QComboBox* c : {cboTime_, cboType_, cboImportance_, cboTag_, cboCycle_, cboNextTime_})
         connect(c, &QComboBox::currentTextChanged, this, edited);
-    for (QCheckBox* c : {chkPrivate_, chkRemind_, chkAgain_, chkCompleted_, chkNextDate_})
+    for (QCheckBox* c :
+         {chkPrivate_, chkRemind_, chkAgain_, chkCompleted_, chkNextDate_, chkNoEnd_})
         connect(c, &QCheckBox::toggled, this, edited);
     connect(rtxtMemo_, &QPlainTextEdit::textChanged, this, edited);
     connect(cboCycle_, &QComboBox::currentTextChanged, this,
             &FormSchDetail::updateRecurrenceControls);
     connect(chkRemind_, &QCheckBox::toggled, this, &FormSchDetail::updateRecurrenceControls);
+    connect(chkNoEnd_, &QCheckBox::toggled, this, &FormSchDetail::updateRecurrenceControls);
     connect(chkNextDate_, &QCheckBox::toggled, this, &FormSchDetail::updateNextControls);
     connect(cmdSave, &QPushButton::clicked, this, &FormSchDetail::cmdSaveClick);
     connect(cmdDelete_, &QPushButton::clicked, this, &FormSchDetail::cmdDeleteClick);
@@ -208,7 +214,8 @@ void FormSchDetail::setEditing(bool value) {
 
 void FormSchDetail::updateRecurrenceControls() {
     const bool recurring = cycleOfItem(cboCycle_->currentText()) != cycle::Once;
-    dtCloseDate_->setEnabled(recurring);
+    chkNoEnd_->setEnabled(recurring);
+    dtCloseDate_->setEnabled(recurring && !chkNoEnd_->isChecked());
     chkAgain_->setEnabled(recurring && chkRemind_->isChecked());
 }
 
@@ -241,7 +248,11 @@ void FormSchDetail::showTask(int taskId, const QDate& day, const QTime& time) {
         cboNextTime_->setEditText(timeText(t.time()));
     cboCycle_->setCurrentText(itemOfCycle(task.Cycle()).isEmpty() ? itemOfCycle(cycle::Once)
                                                                   : itemOfCycle(task.Cycle()));
-    dtCloseDate_->setDate(task.CloseDate().isValid() ? task.CloseDate().date() : dtDate_->date());
+    // An open end shows the start date, greyed, until the box is cleared.
+    const bool open = task.Cycle() != cycle::Once && isOpenEnded(task.CloseDate());
+    chkNoEnd_->setChecked(open);
+    dtCloseDate_->setDate(task.CloseDate().isValid() && !open ? task.CloseDate().date()
+                                                              : dtDate_->date());
     chkAgain_->setChecked(task.Again() == 1);
     if (taskId_ == 0) txtOutlay_->clear();
     setOriginLinks(0, 0);
@@ -320,7 +331,7 @@ bool FormSchDetail::checkInput() {
         txtOutlay_->selectAll();
         return false;
     }
-    if (cycleOfItem(cboCycle_->currentText()) != cycle::Once &&
+    if (cycleOfItem(cboCycle_->currentText()) != cycle::Once && !chkNoEnd_->isChecked() &&
         dtCloseDate_->date() < dtDate_->date()) {
         dialogs_->info(messageTitle(), QStringLiteral("重复日程的结束日期不能早于开始日期！"));
         dtCloseDate_->setFocus();
@@ -340,8 +351,9 @@ bool FormSchDetail::saveTask(Task& task, bool isNew) {
     const qint16 cycleValue = cycleOfItem(cboCycle_->currentText());
     task.setCycle(cycleValue);
     // A one-off task's close date plays no part; it keeps its own date.
-    task.setCloseDate(
-        jetdate::naive(cycleValue == cycle::Once ? dtDate_->date() : dtCloseDate_->date()));
+    task.setCloseDate(jetdate::naive(cycleValue == cycle::Once ? dtDate_->date()
+                                     : chkNoEnd_->isChecked()  ? openEndDate()
+                                                               : dtCloseDate_->date()));
     task.setAgain(chkAgain_->isEnabled() && chkAgain_->isChecked() ? 1 : 0);
     return isNew ? task.AddToList() : task.Update();
 }

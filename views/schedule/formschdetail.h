@@ -11,9 +11,9 @@
 #include "schedule/task.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
+#include "views/common/page.h"
 #include "views/common/widgetform.h"
 #include "views/common/windowmessages.h"
-#include "views/common/page.h"
 
 namespace tarvel {
 
@@ -90,6 +90,7 @@ private:
     QCheckBox* chkCompleted_;
     QComboBox* cboCycle_;
     QDateEdit* dtCloseDate_;
+    QCheckBox* chkNoEnd_;  // 无结束日期: the close date is the open end
     QPlainTextEdit* rtxtMemo_;
     QCheckBox* chkNextDate_;
     QDateEdit* dtNextDate_;
