@@ -2,8 +2,14 @@
 
 namespace tarvel::exchange {
 
+QString spreadsheetText(const QString& value) {
+    if (value.isEmpty()) return value;
+    static const QString risky = QStringLiteral("=+-@\t\r");
+    return risky.contains(value.front()) ? QLatin1Char('\'') + value : value;
+}
+
 QString csvField(const QString& value) {
-    QString quoted = value;
+    QString quoted = spreadsheetText(value);
     quoted.replace(QLatin1Char('"'), QStringLiteral("\"\""));
     return QLatin1Char('"') + quoted + QLatin1Char('"');
 }
@@ -14,7 +20,29 @@ QString csvLine(const QStringList& values) {
     return fields.join(QLatin1Char(',')) + QStringLiteral("\r\n");
 }
 
-QList<CsvRow> parseCsv(const QString& text) {
+QChar detectSeparator(const QString& text) {
+    int comma = 0, semicolon = 0, tab = 0;
+    bool quoted = false;
+    for (const QChar c : text) {
+        if (c == QLatin1Char('"'))
+            quoted = !quoted;
+        else if (quoted)
+            continue;
+        else if (c == QLatin1Char('\n') || c == QLatin1Char('\r'))
+            break;
+        else if (c == QLatin1Char(','))
+            ++comma;
+        else if (c == QLatin1Char(';'))
+            ++semicolon;
+        else if (c == QLatin1Char('\t'))
+            ++tab;
+    }
+    if (tab > comma && tab >= semicolon) return QLatin1Char('\t');
+    if (semicolon > comma) return QLatin1Char(';');
+    return QLatin1Char(',');
+}
+
+QList<CsvRow> parseCsv(const QString& text, QChar separator) {
     QList<CsvRow> rows;
     CsvRow row{1, {}};
     QString field;
@@ -42,7 +70,7 @@ QList<CsvRow> parseCsv(const QString& text) {
             }
         } else if (c == QLatin1Char('"')) {
             quoted = rowHasText = true;
-        } else if (c == QLatin1Char(',')) {
+        } else if (c == separator) {
             row.fields << field;
             field.clear();
             rowHasText = true;

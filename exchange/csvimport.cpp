@@ -1,19 +1,26 @@
 #include "exchange/csvimport.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QHash>
 
 #include "custom/fsettings.h"
+#include "custom/importcolumnchoice.h"
+#include "exchange/importlayout.h"
 #include "exchange/recordwriter.h"
+#include "exchange/tablerow.h"
 #include "exchange/tables.h"
 #include "exchange/textdecode.h"
 #include "exchange/textfile.h"
-#include "store/jetdate.h"
+#include "exchange/xlsxread.h"
+#include "exchange/xlsxwrite.h"
 #include "store/tarveldatabase.h"
-#include "store/transaction.h"
 
 namespace tarvel::exchange {
 
 namespace {
+
+constexpr int kListedProblems = 20;
 
 // The list's columns of a kind: name -> caption, in list order.
 QList<std::pair<QString, QString>> listColumns(int code) {
@@ -33,95 +40,155 @@ QString cellText(const QVariant& value) {
     return value.toString();
 }
 
+QString listed(const QStringList& lines) {
+    QString text = lines.mid(0, kListedProblems).join(QLatin1Char('\n'));
+    if (lines.size() > kListedProblems) text += QStringLiteral("\n……共%1处").arg(lines.size());
+    return text;
+}
+
+// Fields a column may fill: the table's writable columns under the list's
+// captions (the account's name for contacts too), then the parts.
+QList<ImportTarget> choicesFor(const RecordKind& k) {
+    QList<ImportTarget> choices;
+    const QStringList writable = RecordWriter(k.table).columns();
+    const bool contacts = k.word == QStringLiteral("contacts");
+    QStringList seen;
+    for (const auto& [name, caption] : listColumns(k.code)) {
+        const bool usable = writable.contains(name, Qt::CaseInsensitive) ||
+                            (contacts && name == CsvImportPlan::accountColumn());
+        if (!usable || seen.contains(name) || name.endsWith(QLatin1String("create_date")) ||
+            name.endsWith(QLatin1String("recent_contact_date")))
+            continue;
+        seen << name;
+        choices << ImportTarget{name, caption.trimmed()};
+    }
+    for (const auto& p : layout::choosableParts(k.word)) choices << ImportTarget{p.key, p.caption};
+    return choices;
+}
+
+QString captionOf(const CsvImportPlan& plan, const QString& target) {
+    if (target.isEmpty()) return QString();
+    for (const ImportTarget& t : plan.choices)
+        if (t.key == target) return t.caption;
+    const QString part = layout::partCaption(target);
+    return part.isEmpty() ? target : part;
+}
+
+// Header cells to targets: the list's captions and column names first (what
+// this program writes), then the layouts of other programs.
+QStringList mappedTargets(const CsvImportPlan& plan) {
+    QHash<QString, QString> byCaption;
+    for (const ImportTarget& t : plan.choices) {
+        if (t.key.startsWith(QLatin1Char(':'))) continue;
+        byCaption.insert(t.key.toLower(), t.key);
+        byCaption.insert(t.caption.toLower(), t.key);
+    }
+    QStringList targets;
+    for (const QString& cell : plan.header) {
+        const QString h = cell.trimmed().toLower();
+        QString target = byCaption.value(h);
+        if (target.isEmpty()) target = layout::targetOf(cell, plan.kind);
+        targets << target;
+    }
+    // Beside year and month columns (Thunderbird), a "date of birth" is the day.
+    if (targets.contains(QStringLiteral(":birth.month")))
+        for (QString& t : targets)
+            if (t == QLatin1String("con_birthday")) t = QStringLiteral(":birth.day");
+    return targets;
+}
+
+bool readRows(const QString& path, const QString& sheet, CsvImportPlan* plan, QString* error) {
+    if (isXlsxName(path)) return readXlsx(path, sheet, &plan->rows, error);
+    DecodedText text;
+    if (!readTextFile(path, &text, error)) return false;
+    plan->encodingProblem = text.problem();
+    plan->rows = parseCsv(text.text, detectSeparator(text.text));
+    return true;
+}
+
 }  // namespace
 
-bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan, QString* error) {
+bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan, QString* error,
+                   const QString& sheet) {
     const RecordKind* k = recordKind(kind);
     if (!k || (k->word != QStringLiteral("contacts") && k->word != QStringLiteral("accounts"))) {
         *error = QStringLiteral("只能从CSV文件导入联系人或单位");
         return false;
     }
-    DecodedText text;
-    if (!readTextFile(path, &text, error)) return false;
-    QList<CsvRow> rows = parseCsv(text.text);
-    if (rows.isEmpty()) {
+    *plan = CsvImportPlan{};
+    plan->kind = k->word;
+    plan->path = path;
+    if (!readRows(path, sheet, plan, error)) return false;
+    if (plan->rows.isEmpty()) {
         *error = QStringLiteral("%1 中没有数据").arg(path);
         return false;
     }
-    // Header cells match a caption of the list or a column name.
-    QHash<QString, std::pair<QString, QString>> known;
-    const QStringList writable = RecordWriter(k->table).columns();
-    for (const QString& c : writable) known.insert(c.toLower(), {c, c});
-    for (const auto& [name, caption] : listColumns(k->code)) {
-        const bool usable =
-            writable.contains(name, Qt::CaseInsensitive) ||
-            (k->word == QStringLiteral("contacts") && name == CsvImportPlan::accountColumn());
-        if (!usable) continue;
-        known.insert(name.toLower(), {name, caption});
-        known.insert(caption.trimmed().toLower(), {name, caption});
-    }
-    plan->kind = k->word;
-    plan->header = rows.takeFirst().fields;
-    plan->targets.clear();
-    plan->captions.clear();
-    QStringList taken;
-    for (const QString& cell : std::as_const(plan->header)) {
-        const auto match = known.value(cell.trimmed().toLower());
-        const bool fresh = !match.first.isEmpty() && !taken.contains(match.first);
-        plan->targets << (fresh ? match.first : QString());
-        plan->captions << (fresh ? match.second : QString());
-        if (fresh) taken << match.first;
-    }
-    if (taken.isEmpty()) {
+    plan->header = plan->rows.takeFirst().fields;
+    plan->choices = choicesFor(*k);
+    QStringList targets = ImportColumnChoice(plan->kind, plan->header).recall();
+    plan->remembered = !targets.isEmpty();
+    if (!plan->remembered) targets = mappedTargets(*plan);
+    if (std::all_of(targets.cbegin(), targets.cend(),
+                    [](const QString& t) { return t.isEmpty(); })) {
         *error = QStringLiteral("%1 的第一行没有可以识别的列名").arg(path);
         return false;
     }
-    plan->rows = rows;
+    retarget(plan, targets);
     return true;
 }
 
-Outcome importCsv(const CsvImportPlan& plan, int* added, int* accountsAdded,
+void retarget(CsvImportPlan* plan, const QStringList& targets) {
+    plan->targets = targets;
+    while (plan->targets.size() < plan->header.size()) plan->targets << QString();
+    plan->captions.clear();
+    for (const QString& t : std::as_const(plan->targets)) plan->captions << captionOf(*plan, t);
+    plan->problems.clear();
+    const TableRowReader reader(plan->kind, plan->header, plan->targets);
+    IncomingRecord record;
+    for (const CsvRow& row : std::as_const(plan->rows)) reader.read(row, &record, &plan->problems);
+}
+
+bool rememberTargets(const CsvImportPlan& plan, QString* error) {
+    ImportColumnChoice choice(plan.kind, plan.header);
+    if (choice.remember(plan.targets)) return true;
+    *error = QStringLiteral("没有记住列的选择：") + choice.ErrMsg();
+    return false;
+}
+
+QString CsvImportResult::summary() const {
+    QString text = tally.summary();
+    if (!problems.isEmpty()) text += QStringLiteral("\n以下内容没有导入：\n") + listed(problems);
+    return text;
+}
+
+Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* result,
                   const Progress& progress) {
     const RecordKind* k = recordKind(plan.kind);
     if (!k) return Outcome::failure(QStringLiteral("未知的记录类别"));
-    Transaction transaction;
-    RecordWriter writer(k->table);
-    std::optional<AccountLinker> linker;
-    if (k->word == QStringLiteral("contacts")) linker.emplace();
-    if (!transaction.isActive() || !writer.isOpen())
-        return Outcome::failure(importFailed() + transaction.error() + writer.ErrMsg());
-    QStringList bad;
-    int stored = 0;
+    if (!plan.problems.isEmpty() && !importRest)
+        return Outcome::failure(QStringLiteral("文件中有无法导入的内容，没有导入任何记录：\n") +
+                                listed(plan.problems));
+    ImportSession session(k->table, QStringLiteral("csv"), plan.path);
+    if (!session.isOpen()) return Outcome::failure(importFailed() + session.ErrMsg());
+    const TableRowReader reader(plan.kind, plan.header, plan.targets);
+    QStringList problems;
+    IncomingRecord record;
     for (qsizetype r = 0; r < plan.rows.size(); ++r) {
         const CsvRow& row = plan.rows[r];
-        QHash<QString, QVariant> values;
-        QString account;
-        for (qsizetype c = 0; c < plan.targets.size() && c < row.fields.size(); ++c) {
-            if (plan.targets[c].isEmpty()) continue;
-            if (linker && plan.targets[c] == CsvImportPlan::accountColumn())
-                account = row.fields[c];
-            else
-                values.insert(plan.targets[c], row.fields[c].trimmed());
+        if (reader.read(row, &record, &problems)) {
+            QString error;
+            if (!session.put(record, &error))
+                return Outcome::failure(importFailed() +
+                                        QStringLiteral("第%1行：%2").arg(row.line).arg(error));
         }
-        QString error;
-        const qint64 id = writer.add(values, &error);
-        if (!id || (linker && !linker->link(id, account, &error)))
-            bad << QStringLiteral("第%1行：%2").arg(row.line).arg(error);
-        else
-            ++stored;
         if (progress && (r % 100 == 0 || r + 1 == plan.rows.size()) &&
             !progress(int((r + 1) * 100 / plan.rows.size())))
             return Outcome::cancel();
     }
-    if (!bad.isEmpty())
-        return Outcome::failure(
-            QStringLiteral("以下行无法导入，没有导入任何记录：\n") +
-            bad.mid(0, 20).join(QLatin1Char('\n')) +
-            (bad.size() > 20 ? QStringLiteral("\n……共%1行").arg(bad.size()) : QString()));
-    if (!transaction.commit()) return Outcome::failure(importFailed() + transaction.error());
-    if (added) *added = stored;
-    if (accountsAdded) *accountsAdded = linker ? linker->accountsAdded() : 0;
-    return Outcome{true, false, {}, {}};
+    QString error;
+    if (!session.commit(&error)) return Outcome::failure(importFailed() + error);
+    if (result) *result = CsvImportResult{session.tally(), problems};
+    return Outcome{true, false, plan.path, {}};
 }
 
 Outcome exportCsv(const QString& kind, const QString& path, const Progress& progress) {
@@ -135,17 +202,26 @@ Outcome exportCsv(const QString& kind, const QString& path, const Progress& prog
                                      .arg(names.join(QLatin1Char(',')), k->listSource, k->check));
     if (!rs || rs->State() != adStateOpen)
         return Outcome::failure(QStringLiteral("导出没有完成：") + db.ErrMsg());
-    QString text = csvLine(captions);
+    const bool workbook = isXlsxName(path);
+    std::optional<XlsxTable> table;
+    if (workbook) table.emplace(path, captions);
+    QString text = workbook ? QString() : csvLine(captions);
     const int total = qMax(1, rs->RecordCount());
     int done = 0;
     for (bool more = !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof()) {
         QStringList values;
-        for (int i = 0; i < rs->FieldCount(); ++i) values << cellText(rs->value(i));
-        text += csvLine(values);
+        QVariantList cells;
+        for (int i = 0; i < rs->FieldCount(); ++i) {
+            if (workbook)
+                cells << rs->value(i);
+            else
+                values << cellText(rs->value(i));
+        }
+        if (workbook ? !table->addRow(cells) : (text += csvLine(values), false)) break;
         if (progress && !progress(++done * 100 / total)) return Outcome::cancel();
     }
     QString error;
-    if (!writeTextFile(path, text, true, &error))
+    if (workbook ? !table->finish(&error) : !writeTextFile(path, text, true, &error))
         return Outcome::failure(QStringLiteral("导出没有完成：") + error);
     return Outcome{true, false, path, {}};
 }

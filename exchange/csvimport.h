@@ -5,35 +5,73 @@
 #include <QStringList>
 
 #include "exchange/csv.h"
+#include "exchange/importsession.h"
 #include "exchange/progress.h"
 
 namespace tarvel::exchange {
 
-// What a CSV file will bring, shown to the user before anything is stored:
-// each header cell and the column it fills (empty: ignored), and the rows.
+// A field a column of the file may fill: a column of the table or a part the
+// record is put together from (see importlayout.h).
+struct ImportTarget {
+    QString key;
+    QString caption;
+};
+
+// What a table file (CSV text or an Excel workbook) will bring, shown to the
+// user before anything is stored.
 struct CsvImportPlan {
-    QString kind;          // "contacts" or "accounts"
+    QString kind;  // "contacts" or "accounts"
+    QString path;
     QStringList header;    // the file's first row
-    QStringList targets;   // per header cell: a column name, or empty
-    QStringList captions;  // per header cell: the column's caption, or empty
+    QStringList targets;   // per header cell: a column, a part, or empty (not imported)
+    QStringList captions;  // per header cell: the target's caption, or empty
     QList<CsvRow> rows;    // the data rows
+    // Cells that cannot be read and rows that give no record, by row and
+    // header; filled by planning and by retarget().
+    QStringList problems;
+    // Damaged bytes of a text file, named by line; empty when none.
+    QString encodingProblem;
+    // True when the targets are the user's earlier choice for this header row.
+    bool remembered = false;
+    // Every field a column may be set to fill, in the order offered.
+    QList<ImportTarget> choices;
     // The column that names a contact's account.
     static QString accountColumn() { return QStringLiteral("acc_name"); }
 };
 
-// Reads a CSV file of contacts or accounts (UTF-8 with or without a
-// byte-order mark, or GB18030) and maps its header row to columns by caption
-// or column name. False with the reason in `error`.
-bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan, QString* error);
+// Reads a .csv/.txt file (encoding told from its bytes; comma, semicolon or
+// tab) or an .xlsx workbook (its first sheet, or `sheet`) of contacts or
+// accounts, and maps its header row to fields: by the user's earlier choice
+// for the same header row, else by the known layouts of address books and
+// spreadsheets, the list's captions and the column names. False with the
+// reason in `error`.
+bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan, QString* error,
+                   const QString& sheet = {});
 
-// Stores every row of the plan in one transaction: all rows or none. Rows
-// that cannot be stored are reported by line number. `added` receives the
-// number of records and accounts added.
-Outcome importCsv(const CsvImportPlan& plan, int* added = nullptr, int* accountsAdded = nullptr,
+// Sets what each column fills (one target per header cell) and checks the
+// rows again.
+void retarget(CsvImportPlan* plan, const QStringList& targets);
+
+// Remembers the plan's targets for files with the same header row.
+bool rememberTargets(const CsvImportPlan& plan, QString* error);
+
+// What an import did.
+struct CsvImportResult {
+    ImportTally tally;
+    QStringList problems;
+    // The tally's summary and, when there were any, the problems.
+    QString summary() const;
+};
+
+// Stores the rows through one ImportSession (one transaction). When the plan
+// has problems nothing is stored unless `importRest`: then the rest of the
+// file comes in and the problems are reported with it.
+Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* result = nullptr,
                   const Progress& progress = {});
 
-// Writes the ticked records of a kind, one line per record under a header of
-// the list's captions, as UTF-8 with a byte-order mark.
+// Writes the ticked records of a kind under a header of the list's captions:
+// an Excel workbook when `path` ends in .xlsx, else CSV in UTF-8 with a
+// byte-order mark.
 Outcome exportCsv(const QString& kind, const QString& path, const Progress& progress = {});
 
 }  // namespace tarvel::exchange

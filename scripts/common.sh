@@ -3,7 +3,8 @@ set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 PACKAGES=(qt6-base-dev libsqlcipher-dev libgtest-dev libbenchmark-dev pkg-config cmake g++ make
           fonts-noto-cjk xvfb ccache libgl1-mesa-dev python3 python3-icalendar python3-dateutil
-          sqlcipher python3-vobject libicu-dev libical-dev)
+          sqlcipher python3-vobject libicu-dev libical-dev libzip-dev libxlsxwriter-dev
+          python3-openpyxl)
 
 install_missing() {
   local missing=()

@@ -14,6 +14,7 @@
 #include "exchange/reportimport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
+#include "exchange/xlsxwrite.h"
 #include "schedule/agenda.h"
 #include "store/connectionstring.h"
 #include "store/schema.h"
@@ -31,8 +32,9 @@ const char* kUsage =
     "  restore 文件             用备份文件恢复数据文件\n"
     "  export-report 类别 文件  把选定的记录导出到Tarvel报表\n"
     "  import-report 文件       导入Tarvel报表\n"
-    "  export-csv 类别 文件     把选定的记录导出到CSV文件\n"
-    "  import-csv 类别 文件     从CSV文件导入联系人或单位\n"
+    "  export-csv 类别 文件     把选定的记录导出到CSV文件(文件名以.xlsx结尾时为Excel文件)\n"
+    "  import-csv 类别 文件 [--sheet 工作表]\n"
+    "                           从CSV或Excel文件导入联系人或单位\n"
     "  export-vcard 文件 [--v3] 把选定的联系人导出到vCard文件（--v3：3.0版，给旧手机）\n"
     "  import-vcard 文件        从vCard文件导入联系人\n"
     "  export-ics 文件          把全部日程导出到iCalendar日历文件\n"
@@ -95,28 +97,36 @@ const std::map<QString, Command>& commands() {
          {2,
           [](const QStringList& a, QString* said) {
               const Outcome o = exportCsv(a[0], a[1]);
-              *said = QStringLiteral("已导出到CSV文件：%1").arg(o.path);
+              *said = (isXlsxName(a[1]) ? QStringLiteral("已导出到Excel文件：%1")
+                                        : QStringLiteral("已导出到CSV文件：%1"))
+                          .arg(o.path);
               return o;
           }}},
         {QStringLiteral("import-csv"),
          {2,
           [](const QStringList& a, QString* said) {
+              // The sheet of a workbook: --sheet NAME, else the first.
+              if (a.size() > 2 && (a.size() != 4 || a[2] != QStringLiteral("--sheet")))
+                  return Outcome::failure(QStringLiteral("未知的选项：%1").arg(a.mid(2).join(' ')));
               CsvImportPlan plan;
               QString error;
-              if (!planCsvImport(a[1], a[0], &plan, &error)) return Outcome::failure(error);
-              int added = 0, accounts = 0;
-              const Outcome o = importCsv(plan, &added, &accounts);
+              if (!planCsvImport(a[1], a[0], &plan, &error, a.value(3)))
+                  return Outcome::failure(error);
+              // The rest of the file comes in; what could not is printed.
+              CsvImportResult result;
+              const Outcome o = importCsv(plan, true, &result);
               QStringList used;
               for (qsizetype i = 0; i < plan.header.size(); ++i)
                   used << plan.header[i] + QStringLiteral("→") +
                               (plan.targets[i].isEmpty() ? QStringLiteral("(不导入)")
                                                          : plan.captions[i]);
-              *said = QStringLiteral("列：%1\n已导入 %2 条记录，新建单位 %3 个")
-                          .arg(used.join(QStringLiteral("，")))
-                          .arg(added)
-                          .arg(accounts);
+              *said = QStringLiteral("列：%1\n").arg(used.join(QStringLiteral("，")));
+              if (!plan.encodingProblem.isEmpty())
+                  *said += plan.encodingProblem + QLatin1Char('\n');
+              *said += result.summary();
               return o;
-          }}},
+          },
+          2}},
         {QStringLiteral("export-vcard"),
          {1,
           [](const QStringList& a, QString* said) {

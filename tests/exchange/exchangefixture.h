@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QProcess>
 
 #include "custom/userprofile.h"
@@ -44,7 +46,8 @@ inline QStringList sqlcipherRows(const QString& path, const QString& sql) {
 // What a python3 script prints as JSON about the file named by argv[1].
 inline QJsonValue python(const QString& script, const QString& path) {
     QProcess p;
-    // Debian's interpreter, where python3-vobject and the other readers are installed.
+    // Debian's interpreter, where python3-vobject, python3-openpyxl and the other
+    // readers are installed.
     p.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, path});
     if (!p.waitForFinished(30000) || p.exitCode() != 0) {
         ADD_FAILURE() << p.readAllStandardError().toStdString();
@@ -53,6 +56,12 @@ inline QJsonValue python(const QString& script, const QString& path) {
     return QJsonDocument::fromJson("{\"v\":" + p.readAllStandardOutput() + "}")
         .object()
         .value(QStringLiteral("v"));
+}
+
+inline void writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
 }
 
 // A fresh data file with the clock on 2026-8-5 9:07 (one-digit month, day,

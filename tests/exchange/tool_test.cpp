@@ -44,6 +44,7 @@ TEST_F(Tool, RunsEachExchangeOnTheDataFile) {
         {{"backup", "b.tbk"}, "备份成功!", "b.tbk"},
         {{"export-report", "contacts", "r.tvr3"}, "已导出Tarvel报表", "r.tvr3"},
         {{"export-csv", "contacts", "c.csv"}, "已导出到CSV文件", "c.csv"},
+        {{"export-csv", "contacts", "c.xlsx"}, "已导出到Excel文件", "c.xlsx"},
         {{"export-vcard", "v.vcf"}, "已导出 2 个联系人", "v.vcf"},
         {{"export-vcard", "v3.vcf", "--v3"}, "已导出 2 个联系人", "v3.vcf"},
         {{"import-vcard", "v.vcf"}, "新增 2", nullptr},
@@ -96,4 +97,28 @@ TEST_F(Tool, ExplainsWhatWentWrong) {
         EXPECT_EQ(r.code, c.code) << c.args.join(' ').toStdString();
         EXPECT_TRUE(r.err.contains(QString::fromUtf8(c.says))) << r.err.toStdString();
     }
+}
+
+TEST_F(Tool, TableImportTakesWorkbooksAndPrintsWhatDidNotComeIn) {
+    QDir::setCurrent(file.folder());
+    run("INSERT INTO contacts (con_lastname, con_birthday, con_check) VALUES ('表中人', "
+        "#1980-2-3#, true)");
+    ASSERT_EQ(tool({"export-csv", "contacts", "c.xlsx"}).code, 0);
+    run("DELETE FROM contacts");
+    const ToolRun workbook = tool({"import-csv", "contacts", "c.xlsx", "--sheet", "Sheet1"});
+    EXPECT_EQ(workbook.code, 0) << workbook.err.toStdString();
+    EXPECT_TRUE(workbook.out.contains("新增 1")) << workbook.out.toStdString();
+    EXPECT_EQ(
+        column("SELECT con_birthday FROM contacts WHERE con_lastname='表中人'").value(0).left(10),
+        "1980-02-03")
+        << "a date cell comes back as the same day";
+    const ToolRun noSheet = tool({"import-csv", "contacts", "c.xlsx", "--sheet", "无此表"});
+    EXPECT_EQ(noSheet.code, 1);
+    EXPECT_TRUE(noSheet.err.contains("无此表")) << noSheet.err.toStdString();
+
+    exchange_test::writeBytes(inFolder("bad.csv"), "姓名,生日\n好,1990-1-1\n坏,下个月\n");
+    const ToolRun bad = tool({"import-csv", "contacts", "bad.csv"});
+    EXPECT_EQ(bad.code, 0) << bad.err.toStdString();
+    EXPECT_TRUE(bad.out.contains("新增 2")) << bad.out.toStdString();
+    EXPECT_TRUE(bad.out.contains("第3行“生日”列")) << bad.out.toStdString();
 }

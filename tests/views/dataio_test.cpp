@@ -38,14 +38,24 @@ public:
         asked << QStringLiteral("save|%1|%2|%3").arg(caption, proposed, filter);
         return names.isEmpty() ? QString() : names.takeFirst();
     }
-    bool confirmCsvImport(const exchange::CsvImportPlan& plan) override {
-        confirmed << plan.targets;
+    bool confirmCsvImport(exchange::CsvImportPlan* plan) override {
+        confirmed << plan->targets;
+        if (!retargeted.isEmpty()) exchange::retarget(plan, retargeted);
         return confirmAnswer;
     }
     QStringList names, asked;
     QList<QStringList> confirmed;
+    QStringList retargeted;  // the user's choice of fields, when set
     bool confirmAnswer = true;
 };
+
+// A file named `name` in `folder` holding `bytes`; its path.
+QString inFolderOf(const QString& folder, const QString& name, const QByteArray& bytes) {
+    const QString path = QDir(folder).filePath(name);
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly)) f.write(bytes);
+    return path;
+}
 
 int contacts() {
     return firstValue("SELECT COUNT(*) FROM contacts").toInt();
@@ -90,13 +100,16 @@ private slots:
         const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
         if (shots.isEmpty()) return;
         page_->grab().save(QDir(shots).filePath("form_dataio.png"));
-        exchange::CsvImportPlan plan{"contacts",
-                                     {"姓名", "手机", "客户/单位名称", "备注2"},
-                                     {"con_lastname", "con_mobile", "acc_name", ""},
-                                     {"姓名", "手机", "客户/单位名称", ""},
-                                     {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
-                                      {3, {"李芳", "13900000002", "北京人民医院", "y"}}}};
-        CsvPreview preview(plan);
+        exchange::CsvImportPlan plan;
+        plan.kind = "contacts";
+        plan.header = {"姓名", "手机", "客户/单位名称", "备注2"};
+        plan.choices = {
+            {"con_lastname", "姓名"}, {"con_mobile", "手机"}, {"acc_name", "客户/单位名称"}};
+        plan.targets = {"con_lastname", "con_mobile", "acc_name", ""};
+        plan.captions = {"姓名", "手机", "客户/单位名称", ""};
+        plan.rows = {{2, {"王明", "13800000001", "华信科技有限公司", "x"}},
+                     {3, {"李芳", "13900000002", "北京人民医院", "y"}}};
+        CsvPreview preview(&plan);
         preview.show();
         preview.grab().save(QDir(shots).filePath("form_csv_preview.png"));
     }
@@ -173,11 +186,8 @@ private slots:
     }
 
     void csvImportAsksFirst() {
-        const QString path = QDir(file_->folder()).filePath("in.csv");
-        QFile csv(path);
-        QVERIFY(csv.open(QIODevice::WriteOnly));
-        csv.write("姓名,手机,客户/单位名称\n王五,139,乙公司\n");
-        csv.close();
+        const QString path =
+            inFolderOf(file_->folder(), "in.csv", "姓名,手机,客户/单位名称\n王五,139,乙公司\n");
         prompts_->names << path;
         prompts_->confirmAnswer = false;
         click(*page_, "cmd_import_csv");
@@ -186,13 +196,58 @@ private slots:
         QCOMPARE(contacts(), 1);
         QVERIFY(dialogs_->shown.isEmpty());
 
+        // The user leaves the mobile out; the next file with these captions
+        // is offered the same choice.
         QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
-        prompts_->names << path;
+        prompts_->names << path << path;
         prompts_->confirmAnswer = true;
+        prompts_->retargeted = {"con_lastname", "", "acc_name"};
         click(*page_, "cmd_import_csv");
-        QCOMPARE(dialogs_->lastText(), QString("已导入联系人 1 条，新建单位 1 个"));
+        QVERIFY2(dialogs_->lastText().contains("新增 1"), qPrintable(dialogs_->lastText()));
         QCOMPARE(contacts(), 2);
+        QCOMPARE(firstValue("SELECT COUNT(*) FROM contacts WHERE con_mobile='139'").toInt(), 0);
         QCOMPARE(replaced.count(), 1);
+        prompts_->confirmAnswer = false;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(prompts_->confirmed.value(2), QStringList({"con_lastname", "", "acc_name"}));
+    }
+
+    void previewOffersAChoicePerColumn() {
+        const QString path =
+            inFolderOf(file_->folder(), "sheet.csv", "姓名,手机,不认识\n王五,139,x\n");
+        exchange::CsvImportPlan plan;
+        QString error;
+        QVERIFY(exchange::planCsvImport(path, "contacts", &plan, &error));
+        CsvPreview preview(&plan);
+        QCOMPARE(preview.choices().size(), 3);
+        for (int c = 0; c < 3; ++c) {
+            auto* combo =
+                child<QComboBox>(preview, qPrintable(QString("cbo_csv_column_%1").arg(c)));
+            QCOMPARE(
+                child<QLabel>(preview, qPrintable(QString("lbl_csv_column_%1").arg(c)))->buddy(),
+                combo);
+            QVERIFY(combo->focusPolicy() & Qt::TabFocus);
+        }
+        QCOMPARE(preview.choices()[1]->currentData().toString(), QString("con_mobile"));
+        QCOMPARE(preview.choices()[2]->currentText(), QString("不导入"));
+        preview.choices()[1]->setCurrentIndex(0);
+        preview.choices()[2]->setCurrentIndex(preview.choices()[2]->findData("con_nickname"));
+        QVERIFY(preview.table()->horizontalHeaderItem(2)->text().contains("昵称"));
+        preview.accept();
+        QCOMPARE(plan.targets, QStringList({"con_lastname", "", "con_nickname"}));
+    }
+
+    void csvImportWithBadCellsAsksBeforeTheRest() {
+        const QString path =
+            inFolderOf(file_->folder(), "bad.csv", "姓名,生日\n赵一,1990-1-1\n钱二,明年\n");
+        prompts_->names << path << path;
+        click(*page_, "cmd_import_csv");  // the question is answered No
+        QVERIFY(dialogs_->lastText().contains("第3行“生日”"));
+        QCOMPARE(contacts(), 1);
+        dialogs_->answers << true;
+        click(*page_, "cmd_import_csv");
+        QCOMPARE(contacts(), 3);
+        QVERIFY2(dialogs_->lastText().contains("新增 2"), qPrintable(dialogs_->lastText()));
     }
 
     void vcardExportsTheChosenVersionAndImportSaysWhatItDid() {

@@ -51,7 +51,8 @@ namespace {
 // Runs python3 on `script` with the file as argument; its standard output.
 QString python(const QString& script, const QString& file) {
     QProcess p;
-    p.start(QStringLiteral("python3"), {QStringLiteral("-c"), script, file});
+    // Debian's interpreter, where python3-openpyxl is installed.
+    p.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, file});
     if (!p.waitForFinished(30000) || p.exitCode() != 0)
         qFatal("python3 failed: %s", p.readAllStandardError().constData());
     return QString::fromUtf8(p.readAllStandardOutput());
@@ -89,6 +90,7 @@ private slots:
     void everyBulkOperationRefusesWithoutTicks();
     void deleteLeavesNoLinkRows();
     void csvReadsBackWithQuotesCommasBreaksAndChinese();
+    void xlsxReadsBackWithTheSameCells();
     void expenseTableAddsTheSums();
     void htmlHoldsEveryCaptionedField();
     void relatedOpensTheOpportunitiesOfTheTicked();
@@ -379,6 +381,28 @@ void ListTest::csvReadsBackWithQuotesCommasBreaksAndChinese() {
                     .hasMatch());
     }
     QVERIFY(found);
+}
+
+void ListTest::xlsxReadsBackWithTheSameCells() {
+    run(
+        QStringLiteral("UPDATE contacts SET con_lastname='=HYPERLINK(\"x\")', "
+                       "con_recent_contact_date=#2024-2-29 13:45# WHERE con_id=1"));
+    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id<=3"));
+    child<QCheckBox>(form, "chk_select")->click();
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.xlsx"));
+    files_->names = {path};
+    form.runOperation(QStringLiteral("导出到Excel/CSV表"));
+    const QString out =
+        python(QStringLiteral("import sys, json, openpyxl\n"
+                              "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
+                              "rows = [[c.value for c in r] for r in ws.iter_rows()]\n"
+                              "h = rows[0]; n = h.index('姓名'); d = h.index('最近联系日期')\n"
+                              "r = [x for x in rows[1:] if x[n] and x[n].startswith('=')][0]\n"
+                              "c = ws.cell(row=rows.index(r) + 1, column=n + 1)\n"
+                              "print(len(rows), r[n], c.data_type, r[d].isoformat())"),
+               path);
+    QCOMPARE(out.trimmed(), QStringLiteral("4 =HYPERLINK(\"x\") s 2024-02-29T13:45:00"));
 }
 
 void ListTest::expenseTableAddsTheSums() {

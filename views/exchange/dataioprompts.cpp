@@ -25,7 +25,7 @@ QString DialogDataIoPrompts::getSaveFileName(const QString& caption, const QStri
                                         QFileDialog::DontConfirmOverwrite);
 }
 
-bool DialogDataIoPrompts::confirmCsvImport(const exchange::CsvImportPlan& plan) {
+bool DialogDataIoPrompts::confirmCsvImport(exchange::CsvImportPlan* plan) {
     CsvPreview preview(plan, parent_);
     return preview.exec() == QDialog::Accepted;
 }

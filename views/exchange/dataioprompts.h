@@ -17,7 +17,8 @@ namespace tarvel {
 class DataIoPrompts : public FileDialogs {
 public:
     // Shows how the file's columns map to fields and its first rows; true to go on.
-    virtual bool confirmCsvImport(const exchange::CsvImportPlan& plan) = 0;
+    // Lets the user change what each column fills (the plan takes the choice).
+    virtual bool confirmCsvImport(exchange::CsvImportPlan* plan) = 0;
 };
 
 // QFileDialog and the CSV preview dialog over the window that owns the instance.
@@ -28,7 +29,7 @@ public:
                             const QString& filter) override;
     QString getSaveFileName(const QString& caption, const QString& proposed,
                             const QString& filter) override;
-    bool confirmCsvImport(const exchange::CsvImportPlan& plan) override;
+    bool confirmCsvImport(exchange::CsvImportPlan* plan) override;
 
 private:
     QPointer<QWidget> parent_;

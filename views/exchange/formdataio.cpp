@@ -23,7 +23,9 @@ namespace tarvel {
 
 namespace {
 
-const QString kCsvFilter = QStringLiteral("csv文件(*.csv)|*.csv");
+const QString kTableOutFilter = QStringLiteral("Excel文件 (*.xlsx)|*.xlsx|csv文件 (*.csv)|*.csv");
+const QString kTableInFilter =
+    QStringLiteral("Excel或csv文件 (*.xlsx *.csv *.txt)|*.xlsx;*.csv;*.txt");
 const QString kVCardFilter = QStringLiteral("vCard名片(*.vcf)|*.vcf");
 
 QGroupBox* section(const QString& title, QVBoxLayout* page) {
@@ -75,10 +77,10 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     csvKind->setBuddy(cboCsvKind_);
     csv->addWidget(csvKind, 0, 0);
     csv->addWidget(cboCsvKind_, 0, 1);
-    csv->addWidget(button("cmd_export_csv", QStringLiteral("导出选定记录到CSV..."),
+    csv->addWidget(button("cmd_export_csv", QStringLiteral("导出选定记录到Excel/CSV..."),
                           &FormDataIO::cmd_export_csv_Click),
                    0, 2);
-    cmdImportCsv_ = button("cmd_import_csv", QStringLiteral("从CSV文件导入..."),
+    cmdImportCsv_ = button("cmd_import_csv", QStringLiteral("从Excel/CSV文件导入..."),
                            &FormDataIO::cmd_import_csv_Click);
     csv->addWidget(cmdImportCsv_, 0, 3);
     csv->setColumnStretch(4, 1);
@@ -217,8 +219,9 @@ void FormDataIO::cmd_export_csv_Click() {
     const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
     const QString proposed =
         QDir(exchange::dataFolder())
-            .filePath(QStringLiteral("output-") + kind->word + QStringLiteral(".csv"));
-    const QString chosen = saveName(QStringLiteral("请选择要生成的文件名"), proposed, kCsvFilter);
+            .filePath(QStringLiteral("output-") + kind->word + QStringLiteral(".xlsx"));
+    const QString chosen =
+        saveName(QStringLiteral("请选择要生成的文件名"), proposed, kTableOutFilter);
     if (chosen.isEmpty()) return;
     ProgressRun progress(this, QStringLiteral("正在导出……"));
     report(exchange::exportCsv(kind->word, chosen, progress.callback()),
@@ -227,7 +230,8 @@ void FormDataIO::cmd_export_csv_Click() {
 
 void FormDataIO::cmd_import_csv_Click() {
     const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
-    const QString chosen = openName(QStringLiteral("从CSV文件导入") + kind->caption, kCsvFilter);
+    const QString chosen =
+        openName(QStringLiteral("从Excel/CSV文件导入") + kind->caption, kTableInFilter);
     if (chosen.isEmpty()) return;
     exchange::CsvImportPlan plan;
     QString error;
@@ -235,13 +239,23 @@ void FormDataIO::cmd_import_csv_Click() {
         dialogs_->info(messageTitle(), error);
         return;
     }
-    if (!prompts_->confirmCsvImport(plan)) return;
-    int added = 0, accounts = 0;
+    if (!plan.encodingProblem.isEmpty() &&
+        !dialogs_->ask(messageTitle(), plan.encodingProblem + QStringLiteral("\n仍然导入吗？")))
+        return;
+    if (!prompts_->confirmCsvImport(&plan)) return;
+    if (!exchange::rememberTargets(plan, &error)) dialogs_->info(messageTitle(), error);
+    // Cells that cannot be read: the user decides whether the rest comes in.
+    if (!plan.problems.isEmpty() &&
+        !dialogs_->ask(messageTitle(),
+                       QStringLiteral("文件中有%1处无法导入：\n%2\n\n导入其余的内容吗？")
+                           .arg(plan.problems.size())
+                           .arg(plan.problems.mid(0, 20).join(QLatin1Char('\n')))))
+        return;
+    exchange::CsvImportResult result;
     ProgressRun progress(this, QStringLiteral("正在导入……"));
-    const exchange::Outcome out = exchange::importCsv(plan, &added, &accounts, progress.callback());
-    QString done = QStringLiteral("已导入%1 %2 条").arg(kind->caption).arg(added);
-    if (accounts) done += QStringLiteral("，新建单位 %1 个").arg(accounts);
-    if (report(out, done)) emit dataReplaced();
+    const exchange::Outcome out = exchange::importCsv(plan, true, &result, progress.callback());
+    if (report(out, QStringLiteral("导入%1完成：").arg(kind->caption) + result.summary()))
+        emit dataReplaced();
 }
 
 void FormDataIO::cmd_export_vcard_Click() {

@@ -21,6 +21,7 @@
 #include "views/common/filedialogs.h"
 #include "views/common/flatbutton.h"
 #include "views/common/memocolumn.h"
+#include "views/common/recordsetmodel.h"
 #include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -28,7 +29,6 @@
 #include "views/lists/listexport.h"
 #include "views/lists/listsql.h"
 #include "views/lists/tickmodel.h"
-#include "views/common/recordsetmodel.h"
 
 namespace tarvel::lists {
 
@@ -564,8 +564,8 @@ void FormList::exportCsv(bool withSums) {
                           QStringLiteral("如果您选择的记录比较多,计算速度会比较慢,请耐心等候。"));
     }
     QString path;
-    RecordsetPtr rows =
-        tickedForExport(QStringLiteral(".csv"), QStringLiteral("csv文件 (*.csv)"), &path);
+    RecordsetPtr rows = tickedForExport(
+        QStringLiteral(".xlsx"), QStringLiteral("Excel文件 (*.xlsx);;csv文件 (*.csv)"), &path);
     if (!rows) return;
     std::unique_ptr<QProgressDialog> progress;
     const ExportProgress step = progressFor(rows->RecordCount(), progress);

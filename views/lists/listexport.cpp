@@ -4,6 +4,7 @@
 
 #include "custom/fsettings.h"
 #include "exchange/csv.h"
+#include "exchange/xlsxwrite.h"
 #include "views/lists/tickmodel.h"
 
 namespace tarvel::lists {
@@ -53,9 +54,40 @@ QList<ExportColumn> exportColumns(const ListKind& kind, bool visibleOnly) {
     return columns;
 }
 
+bool writeXlsx(const QString& path, const QList<ExportColumn>& columns, Recordset& rows,
+               const QString& headerTail, const RowTail& tail, const ExportProgress& progress,
+               QString* error) {
+    QStringList captions;
+    for (const ExportColumn& c : columns) captions << c.caption;
+    if (!headerTail.isEmpty())
+        for (const QString& t : headerTail.split(QLatin1Char(','))) captions << t.trimmed();
+    exchange::XlsxTable table(path, captions);
+    QVector<int> at;
+    for (const ExportColumn& c : columns) at << rows.fieldIndex(c.name);
+    const int total = rows.RecordCount();
+    int done = 0;
+    if (total > 0) rows.MoveFirst();
+    for (; !rows.Eof(); rows.MoveNext()) {
+        QVariantList cells;
+        for (const int i : at) cells << (i < 0 ? QVariant() : rows.value(i));
+        // The sums are numbers, and a workbook keeps them as numbers.
+        if (tail)
+            for (const QString& sum : tail(rows).split(QLatin1Char(',')))
+                cells << QVariant(sum.trimmed().toDouble());
+        if (!table.addRow(cells)) break;
+        if (progress && !progress(++done, total)) {
+            *error = QStringLiteral("导出已取消。");
+            return false;
+        }
+    }
+    return table.finish(error);
+}
+
 bool writeCsv(const QString& path, const QList<ExportColumn>& columns, Recordset& rows,
               const QString& headerTail, const RowTail& tail, const ExportProgress& progress,
               QString* error) {
+    if (exchange::isXlsxName(path))
+        return writeXlsx(path, columns, rows, headerTail, tail, progress, error);
     QStringList header;
     for (const ExportColumn& c : columns) header << exchange::csvField(c.caption);
     QString head = header.join(QLatin1Char(','));

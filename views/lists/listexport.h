@@ -23,8 +23,9 @@ using ExportProgress = std::function<bool(int done, int total)>;
 using RowTail = std::function<QString(const Recordset& row)>;
 
 // A CSV file in UTF-8 with a byte-order mark: the captions as its first line,
-// then one line per row. Written to a temporary file that takes the name only
-// when complete, so a failed or cancelled export leaves nothing under it.
+// then one line per row; an Excel workbook with the same rows when `path`
+// ends in .xlsx (dates as dates, numbers as numbers). Written to a temporary file that takes the
+// name only when complete, so a failed or cancelled export leaves nothing under it.
 bool writeCsv(const QString& path, const QList<ExportColumn>& columns, Recordset& rows,
               const QString& headerTail, const RowTail& tail, const ExportProgress& progress,
               QString* error);

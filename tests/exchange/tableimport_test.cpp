@@ -1,0 +1,538 @@
+#include <QDirIterator>
+#include <QJsonArray>
+#include <QStringEncoder>
+
+#include "exchange/csvimport.h"
+#include "exchange/importdate.h"
+#include "exchange/importlayout.h"
+#include "exchange/xlsxread.h"
+#include "tests/exchange/exchangefixture.h"
+
+using namespace tarvel;
+using namespace tarvel::exchange;
+using exchange_test::ExchangeFixture;
+using exchange_test::python;
+using exchange_test::writeBytes;
+
+namespace {
+
+QByteArray encoded(const char* encoding, const QString& text, bool byteOrderMark = false) {
+    QStringEncoder encoder(encoding, byteOrderMark ? QStringConverter::Flag::WriteBom
+                                                   : QStringConverter::Flag::Default);
+    return encoder.encode(text);
+}
+
+class TableImport : public ExchangeFixture {
+protected:
+    // Plans and imports a file, failing the test when either does not work.
+    CsvImportResult import(const QString& path, const QString& kind = "contacts",
+                           bool importRest = false, const QString& sheet = {}) {
+        CsvImportPlan plan;
+        QString error;
+        EXPECT_TRUE(planCsvImport(path, kind, &plan, &error, sheet)) << error.toStdString();
+        CsvImportResult result;
+        const Outcome out = importCsv(plan, importRest, &result);
+        EXPECT_TRUE(out.ok) << out.ErrMsg.toStdString();
+        return result;
+    }
+    // One contact's columns joined by '|'.
+    QString contact(const QString& name, const QString& columns) {
+        return column(QStringLiteral("SELECT %1 FROM contacts WHERE con_lastname='%2'")
+                          .arg(columns.split(',').join(" & '|' & "), name))
+            .value(0);
+    }
+};
+
+}  // namespace
+
+TEST(TableText, SplitsOnTheSeparatorOfTheHeaderLine) {
+    const struct {
+        const char* text;
+        QChar separator;
+        QList<int> lines;
+        QList<QStringList> rows;
+    } cases[] = {
+        {"a,b\r\nc,d\r\n", ',', {1, 2}, {{"a", "b"}, {"c", "d"}}},
+        {"\"x,y\",\"say \"\"hi\"\"\"\n", ',', {1}, {{"x,y", "say \"hi\""}}},
+        {"\"two\nlines\",z\n\nlast,\n", ',', {1, 4}, {{"two\nlines", "z"}, {"last", ""}}},
+        {"Name;E-mail;Note\n\"Doe, J\";j@x;\"a;b\"\n",
+         ';',
+         {1, 2},
+         {{"Name", "E-mail", "Note"}, {"Doe, J", "j@x", "a;b"}}},
+        {"姓名\t手机\n张三\t138\n", '\t', {1, 2}, {{"姓名", "手机"}, {"张三", "138"}}},
+        {"\"a;b;c\",d\n1,2\n", ',', {1, 2}, {{"a;b;c", "d"}, {"1", "2"}}},
+    };
+    for (const auto& c : cases) {
+        const QString text = QString::fromUtf8(c.text);
+        EXPECT_EQ(detectSeparator(text), c.separator) << c.text;
+        const QList<CsvRow> rows = parseCsv(text, detectSeparator(text));
+        ASSERT_EQ(rows.size(), c.rows.size()) << c.text;
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            EXPECT_EQ(rows[i].fields, c.rows[i]) << c.text;
+            EXPECT_EQ(rows[i].line, c.lines[i]) << c.text;
+        }
+    }
+}
+
+TEST(TableText, DateCellsInTheirUsualFormsAndPlaceholders) {
+    const struct {
+        const char* text;
+        DateCell read;
+        QDate day;
+    } cases[] = {
+        {"1980-5-6", DateCell::Date, {1980, 5, 6}},
+        {"1980/05/06 00:00:00", DateCell::Date, {1980, 5, 6}},
+        {"5/6/1980", DateCell::Date, {1980, 5, 6}},
+        {"25/12/1980", DateCell::Date, {1980, 12, 25}},
+        {"6.5.1980", DateCell::Date, {1980, 5, 6}},
+        {"1980年5月6日", DateCell::Date, {1980, 5, 6}},
+        {"29221", DateCell::Date, {1980, 1, 1}},
+        {"15", DateCell::Bad, {}},
+        {"0/0/00", DateCell::Empty, {}},
+        {"--03-04", DateCell::NoYear, {2000, 3, 4}},
+        {"0000-00-00", DateCell::Empty, {}},
+        {"00:00:00", DateCell::Empty, {}},
+        {"1/1/1601", DateCell::Empty, {}},
+        {"  ", DateCell::Empty, {}},
+        {"1990-13-1", DateCell::Bad, {}},
+        {"不是日期", DateCell::Bad, {}},
+    };
+    for (const auto& c : cases) {
+        QDate day;
+        EXPECT_EQ(readDateCell(QString::fromUtf8(c.text), &day), c.read) << c.text;
+        EXPECT_EQ(day, c.day) << c.text;
+    }
+    EXPECT_EQ(excelSerialDate(60, false), QDate(1900, 2, 28)) << "Excel's 29 February 1900";
+    EXPECT_EQ(excelSerialDate(61, false), QDate(1900, 3, 1));
+    EXPECT_EQ(excelSerialDate(0, true), QDate(1904, 1, 1));
+}
+
+TEST(TableLayout, KnownHeadersMapByThemselves) {
+    const struct {
+        const char* header;
+        const char* target;
+    } cases[] = {
+        // Outlook, English and Chinese
+        {"First Name", "con_firstname"},
+        {"Last Name", ":family"},
+        {"Middle Name", ":middle"},
+        {"Company", "acc_name"},
+        {"Job Title", ":jobtitle"},
+        {"E-mail Address", ":email"},
+        {"E-mail 2 Address", ":email"},
+        {"E-mail Display Name", ""},
+        {"Business Phone", ":phone"},
+        {"Mobile Phone", ":mobile"},
+        {"Business Fax", ":fax"},
+        {"Home Street", ":addr.home.street"},
+        {"Business Postal Code", ":addr.work.postcode"},
+        {"Business Country/Region", ":addr.work.country"},
+        {"Home State", ":addr.home.region"},
+        {"名", "con_firstname"},
+        {"姓", ":family"},
+        {"中间名", ":middle"},
+        {"电子邮件地址", ":email"},
+        {"商务电话", ":phone"},
+        {"移动电话", ":mobile"},
+        {"单位", "acc_name"},
+        {"职务", ":jobtitle"},
+        {"生日", "con_birthday"},
+        {"附注", "con_description"},
+        {"商务地址 邮政编码", ":addr.work.postcode"},
+        {"住宅地址 省/市/自治区", ":addr.home.region"},
+        // Google, old and current
+        {"Name", "con_lastname"},
+        {"Given Name", "con_firstname"},
+        {"Family Name", ":family"},
+        {"E-mail 1 - Value", ":email"},
+        {"E-mail 1 - Type", ""},
+        {"Phone 1 - Type", ":label.p1"},
+        {"Phone 2 - Label", ":label.p2"},
+        {"Phone 2 - Value", ":phone.p2"},
+        {"Address 1 - Postal Code", ":addr.a1.postcode"},
+        {"Organization 1 - Name", "acc_name"},
+        {"Organization Title", ":jobtitle"},
+        {"Group Membership", "con_tag"},
+        // Thunderbird, Yahoo, Apple, roundcube
+        {"Primary Email", ":email"},
+        {"Mobile Number", ":mobile"},
+        {"Work ZipCode", ":addr.work.postcode"},
+        {"Birth Month", ":birth.month"},
+        {"Display Name", "con_lastname"},
+        {"Screen Name", ":im"},
+        {"Alternate Email 1", ":email"},
+        {"Work", ":phone"},
+        {"Phone (Mobile)", ":mobile"},
+        {"Email Home", ":email"},
+        {"Home Mobile", ":mobile"},
+        // The small business sheet
+        {"姓名", "con_lastname"},
+        {"公司", "acc_name"},
+        {"公司/单位", "acc_name"},
+        {"手机", ":mobile"},
+        {"座机", ":phone"},
+        {"邮箱", ":email"},
+        {"地址", ":addr.home.street"},
+        {"邮编", ":addr.home.postcode"},
+        {"微信", ":im"},
+        {"QQ", ":im"},
+        {"备注", "con_description"},
+        {"不认识的列", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(layout::targetOf(QString::fromUtf8(c.header), "contacts"),
+                  QString::fromUtf8(c.target))
+            << c.header;
+    EXPECT_EQ(layout::targetOf("公司", "accounts"), "acc_name");
+    EXPECT_EQ(layout::targetOf("地址", "accounts"), ":addr.work.street");
+    EXPECT_EQ(layout::targetOf("电话", "accounts"), ":phone");
+}
+
+TEST_F(TableImport, OutlookWithChineseHeadersInGb18030) {
+    const QString path = inFolder("outlook.csv");
+    writeBytes(path, encoded("GB18030",
+                             "名,中间名,姓,单位,部门,职务,商务地址 街道,商务地址 市/县,"
+                             "商务地址 邮政编码,商务电话,商务电话 2,住宅电话,其他电话,移动电话,"
+                             "电子邮件地址,电子邮件显示名称,生日,附注\r\n"
+                             "三,,张,华信科技,销售部,经理,中关村大街1号,北京,100080,010-1,010-2,"
+                             "010-3,010-4,13800000000,zs@hx.cn,张三 (zs@hx.cn),0/0/00,\"老客户\r\n"
+                             "两行\"\r\n"
+                             "Ann,Lee,Smith,,,,,,,,,,,,ann@x.org,,3/15/1985,\r\n"));
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error)) << error.toStdString();
+    EXPECT_TRUE(plan.problems.isEmpty()) << plan.problems.join('\n').toStdString();
+    EXPECT_EQ(plan.rows.size(), 2);
+    CsvImportResult result;
+    ASSERT_TRUE(importCsv(plan, false, &result).ok);
+    EXPECT_EQ(result.tally.added, 2);
+    EXPECT_EQ(contact("张三", "con_firstname,con_department_title,con_mobile,con_email"),
+              "三|销售部 经理|13800000000|zs@hx.cn");
+    EXPECT_EQ(contact("张三", "con_telephone,con_telephone2,con_telephone3"), "010-1|010-2|010-3");
+    const QString note = contact("张三", "con_description");
+    EXPECT_TRUE(note.startsWith("老客户\n两行")) << note.toStdString();
+    EXPECT_TRUE(note.contains("其他电话：010-4")) << "a fourth telephone is not dropped";
+    EXPECT_EQ(contact("张三", "con_birthday").left(10), "1900-01-01") << "0/0/00 is no birthday";
+    EXPECT_EQ(
+        column("SELECT acc_address & '|' & acc_postcode FROM accounts WHERE acc_name='华信科技'"),
+        QStringList({"北京中关村大街1号|100080"}));
+    EXPECT_EQ(column("SELECT acc_name FROM que_contacts_accounts WHERE con_lastname='张三'"),
+              QStringList({"华信科技"}));
+    EXPECT_EQ(contact("Ann Lee Smith", "con_firstname,con_birthday").left(14), "Ann|1985-03-15");
+}
+
+TEST_F(TableImport, GoogleLayoutsPutEachNumberInTheSlotItsLabelSays) {
+    const QString current = inFolder("google.csv");
+    writeBytes(current,
+               "First Name,Middle Name,Last Name,Nickname,Birthday,Notes,Labels,"
+               "E-mail 1 - Label,E-mail 1 - Value,Phone 1 - Label,Phone 1 - Value,"
+               "Phone 2 - Label,Phone 2 - Value,Address 1 - Label,Address 1 - Street,"
+               "Address 1 - City,Address 1 - Postal Code,Address 1 - Country,"
+               "Organization Name,Organization Title\n"
+               "John,,Doe,JD,1979-02-03,,* myContacts ::: Friends,* Home,"
+               "jd@home.org ::: jd@work.com,Mobile,+1 555 0100,Work Fax,+1 555 0101,Home,"
+               "5 Silicon Alley,New York,10001,United States of America,,\n"
+               "明,,王,,--03-04,,,,,Work,010-5555,Mobile,13900000000,Work,"
+               "建国路88号,北京,100022,中国,远景公司,总监\n");
+    import(current);
+    EXPECT_EQ(
+        contact("John Doe", "con_firstname,con_nickname,con_mobile,con_fax,con_email,con_email2"),
+        "John|JD|+1 555 0100|+1 555 0101|jd@home.org|jd@work.com");
+    EXPECT_EQ(contact("John Doe", "con_address_family,con_postcode_family,con_tag"),
+              "5 Silicon Alley, New York, United States of America|10001|Friends");
+    EXPECT_EQ(contact("王明", "con_telephone,con_mobile,con_department_title"),
+              "010-5555|13900000000|总监");
+    EXPECT_EQ(column("SELECT acc_address FROM accounts WHERE acc_name='远景公司'"),
+              QStringList({"中国北京建国路88号"}));
+
+    const QString old = inFolder("google-old.csv");
+    writeBytes(old,
+               "Name,Given Name,Family Name,E-mail 1 - Type,E-mail 1 - Value,Phone 1 - Type,"
+               "Phone 1 - Value,Phone 2 - Type,Phone 2 - Value\n"
+               "Mary Major,Mary,Major,* Other,mm@x.org,Home,555-1,Mobile,555-2\n");
+    import(old);
+    EXPECT_EQ(contact("Mary Major", "con_firstname,con_telephone,con_mobile,con_email"),
+              "Mary|555-1|555-2|mm@x.org");
+}
+
+TEST_F(TableImport, SemicolonAndUtf16FilesAndTheFallbackName) {
+    writeBytes(inFolder("semi.csv"),
+               "Display Name;First Name;Last Name;Primary Email\n"
+               "\"Doe; John\";John;Doe;jd@x.org\n"
+               ";;;only@mail.org\n");
+    import(inFolder("semi.csv"));
+    EXPECT_EQ(contact("Doe; John", "con_email"), "jd@x.org");
+    EXPECT_EQ(contact("only@mail.org", "con_email"), "only@mail.org")
+        << "without a name the e-mail names the contact";
+
+    writeBytes(inFolder("utf16.csv"),
+               encoded("UTF-16LE",
+                       "姓名,手机,备注\r\n欧阳娜娜,139 0000 0000,\"第一行\r\n第二行\"\r\n", true));
+    import(inFolder("utf16.csv"));
+    EXPECT_EQ(contact("欧阳娜娜", "con_mobile,con_description"), "139 0000 0000|第一行\n第二行");
+}
+
+TEST_F(TableImport, LocalisedThunderbirdKeepsItsAddressAndBirthdayTogether) {
+    writeBytes(inFolder("tb.csv"),
+               "名,姓,显示名称,主要电子邮件,移动电话号码,家庭地址,家庭地址 2,家庭所在城市,"
+               "家庭邮政编码,出生年份,出生月份,出生日期\n"
+               "小明,李,李小明,xm@x.cn,13700000000,朝阳路1号,3单元,北京,100020,1990,7,15\n");
+    const CsvImportResult result = import(inFolder("tb.csv"));
+    EXPECT_TRUE(result.problems.isEmpty()) << result.summary().toStdString();
+    EXPECT_EQ(contact("李小明", "con_mobile,con_address_family,con_postcode_family"),
+              "13700000000|北京朝阳路1号3单元|100020");
+    EXPECT_EQ(rows("contacts WHERE con_description IS NULL AND con_lastname='李小明'"), 1)
+        << "nothing left over for the note";
+    EXPECT_EQ(contact("李小明", "con_birthday").left(10), "1990-07-15");
+}
+
+TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
+    const QString path = inFolder("bad.csv");
+    writeBytes(path,
+               "\xEF\xBB\xBF姓名,生日,手机\n赵,1990-1-1,1\n钱,不是日期,2\n孙,1990-13-1,3\n,,\n");
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
+    ASSERT_EQ(plan.problems.size(), 2) << plan.problems.join('\n').toStdString();
+    EXPECT_TRUE(plan.problems[0].contains("第3行“生日”列")) << plan.problems[0].toStdString();
+    EXPECT_TRUE(plan.problems[1].contains("第4行")) << plan.problems[1].toStdString();
+    const int before = rows("contacts");
+    const Outcome refused = importCsv(plan, false);
+    EXPECT_FALSE(refused.ok);
+    EXPECT_TRUE(refused.ErrMsg.contains("第3行"));
+    EXPECT_EQ(rows("contacts"), before) << "nothing of a refused file is kept";
+    CsvImportResult result;
+    ASSERT_TRUE(importCsv(plan, true, &result).ok);
+    EXPECT_EQ(result.tally.added, 3);
+    EXPECT_EQ(result.problems.size(), 2);
+    EXPECT_TRUE(result.summary().contains("第4行"));
+    EXPECT_EQ(contact("钱", "con_mobile"), "2") << "the row keeps its other cells";
+    EXPECT_EQ(contact("赵", "con_birthday").left(10), "1990-01-01");
+}
+
+TEST_F(TableImport, AccountsFromTheSheetSmallBusinessesKeep) {
+    writeBytes(inFolder("accounts.csv"),
+               "公司,电话,传真,地址,城市,邮编,网址,备注\n"
+               "远景公司,010-1,010-2,建国路88号,北京,100022,y.cn,老客户\n"
+               ",010-9,,,,,,\n");
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(inFolder("accounts.csv"), "accounts", &plan, &error));
+    ASSERT_EQ(plan.problems.size(), 1) << "a row without a name is named";
+    EXPECT_TRUE(plan.problems[0].contains("第3行"));
+    ASSERT_TRUE(importCsv(plan, true).ok);
+    EXPECT_EQ(column("SELECT acc_telephone & '|' & acc_fax & '|' & acc_address & '|' & "
+                     "acc_postcode & '|' & acc_website & '|' & acc_description FROM accounts "
+                     "WHERE acc_name='远景公司'"),
+              QStringList({"010-1|010-2|北京建国路88号|100022|y.cn|老客户"}));
+}
+
+TEST_F(TableImport, ChosenColumnsAreRememberedForTheSameHeader) {
+    const QString path = inFolder("sheet.csv");
+    writeBytes(path, "客户,联系电话,自定义\n甲,010-1,x\n");
+    CsvImportPlan plan;
+    QString error;
+    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
+    EXPECT_FALSE(plan.remembered);
+    retarget(&plan, {"con_lastname", ":mobile", "con_nickname"});
+    ASSERT_TRUE(rememberTargets(plan, &error)) << error.toStdString();
+    CsvImportPlan again;
+    ASSERT_TRUE(planCsvImport(path, "contacts", &again, &error));
+    EXPECT_TRUE(again.remembered);
+    EXPECT_EQ(again.targets, QStringList({"con_lastname", ":mobile", "con_nickname"}));
+    CsvImportPlan accounts;
+    writeBytes(path, "客户,联系电话,自定义\n甲,010-1,x\n");
+    ASSERT_TRUE(planCsvImport(path, "accounts", &accounts, &error));
+    EXPECT_FALSE(accounts.remembered) << "a choice for contacts is not one for accounts";
+    ASSERT_TRUE(importCsv(again, false).ok);
+    EXPECT_EQ(contact("甲", "con_mobile,con_nickname"), "010-1|x");
+}
+
+TEST_F(TableImport, WpsWorkbookWithDatesNumbersAndASecondSheet) {
+    const QString path = inFolder("客户.xlsx");
+    const QJsonValue made = python(
+        "import sys, datetime, zipfile, openpyxl\n"
+        "wb = openpyxl.Workbook(); ws = wb.active; ws.title = '客户'\n"
+        "ws.append(['姓名','公司/单位','职务','手机','电话','邮箱','地址','邮编','生日','备注',"
+        "'微信','QQ'])\n"
+        "ws.append(['李雷','韩梅梅商贸','经理',13800000001,'021-1','ll@x.cn','上海市浦东新区1号',"
+        "'200120',datetime.date(1985,6,7),'RICH',None,123456])\n"
+        "ws.cell(row=4, column=1, value='王芳'); ws.cell(row=4, column=27, value='远处')\n"
+        "ws.cell(row=4, column=9, value='0000-00-00')\n"
+        "ws2 = wb.create_sheet('供应商'); ws2.append(['姓名','手机']); ws2.append(['赵六', "
+        "'139'])\n"
+        "wb.save(sys.argv[1])\n"
+        // A shared string of rich text runs with a phonetic guide, as Excel and
+        // WPS write them (this openpyxl writes inline strings only).
+        "z = zipfile.ZipFile(sys.argv[1]); p = {n: z.read(n) for n in z.namelist()}; z.close()\n"
+        "s = 'xl/worksheets/sheet1.xml'\n"
+        "p[s] = p[s].replace(b'<c r=\"J2\" t=\"inlineStr\"><is><t>RICH</t></is></c>',"
+        " b'<c r=\"J2\" t=\"s\"><v>0</v></c>')\n"
+        "p['xl/sharedStrings.xml'] = ('<sst xmlns=\"http://schemas.openxmlformats.org/"
+        "spreadsheetml/2006/main\" count=\"1\" uniqueCount=\"1\"><si><r><rPr><b/></rPr>"
+        "<t>很</t></r><r><t>重要</t></r><rPh sb=\"0\" eb=\"1\"><t>hen</t></rPh></si></sst>')"
+        ".encode()\n"
+        "p['[Content_Types].xml'] = p['[Content_Types].xml'].replace(b'</Types>', b'<Override "
+        "PartName=\"/xl/sharedStrings.xml\" ContentType=\"application/"
+        "vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml\"/></Types>')\n"
+        "r = 'xl/_rels/workbook.xml.rels'\n"
+        "p[r] = p[r].replace(b'</Relationships>', b'<Relationship Id=\"rIdS\" Type=\"http://"
+        "schemas.openxmlformats.org/officeDocument/2006/relationships/sharedStrings\" "
+        "Target=\"sharedStrings.xml\"/></Relationships>')\n"
+        "z = zipfile.ZipFile(sys.argv[1], 'w', zipfile.ZIP_DEFLATED)\n"
+        "[z.writestr(n, b) for n, b in p.items()]; z.close(); print(0)\n",
+        path);
+    ASSERT_EQ(made.toInt(-1), 0);
+    const QJsonValue readBack = python(
+        "import sys, openpyxl\nprint(repr(openpyxl.load_workbook(sys.argv[1]).active['J2'].value)"
+        " != 'None' and 0)\n",
+        path);
+    ASSERT_EQ(readBack.toInt(-1), 0) << "the changed package is still a workbook openpyxl opens";
+    QList<CsvRow> sheet;
+    QString error;
+    ASSERT_TRUE(readXlsx(path, {}, &sheet, &error)) << error.toStdString();
+    ASSERT_EQ(sheet.size(), 3);
+    EXPECT_EQ(sheet[1].fields.value(3), "13800000001") << "a whole number without decimals";
+    EXPECT_EQ(sheet[1].fields.value(8), "1985-06-07") << "a date cell";
+    EXPECT_EQ(sheet[1].fields.value(9), "很重要") << "rich text runs";
+    EXPECT_EQ(sheet[2].line, 4) << "row numbers as the sheet has them";
+    EXPECT_EQ(sheet[2].fields.value(26), "远处") << "column AA";
+    EXPECT_EQ(xlsxSheetNames(path), QStringList({"客户", "供应商"}));
+
+    const CsvImportResult result = import(path);
+    EXPECT_EQ(result.tally.added, 2);
+    EXPECT_EQ(contact("李雷", "con_mobile,con_telephone,con_email,con_department_title"),
+              "13800000001|021-1|ll@x.cn|经理");
+    EXPECT_EQ(contact("李雷", "con_birthday").left(10), "1985-06-07");
+    EXPECT_EQ(contact("李雷", "con_address_family,con_postcode_family,con_im,con_description"),
+              "上海市浦东新区1号|200120|QQ:123456|很重要");
+    import(path, "contacts", false, "供应商");
+    EXPECT_EQ(contact("赵六", "con_mobile"), "139");
+
+    CsvImportPlan plan;
+    EXPECT_FALSE(planCsvImport(path, "contacts", &plan, &error, "没有这个表"));
+    EXPECT_TRUE(error.contains("供应商")) << error.toStdString();
+}
+
+TEST_F(TableImport, WorkbooksCountingFrom1904ReadTheSameDay) {
+    const QString path = inFolder("mac.xlsx");
+    ASSERT_EQ(
+        python("import sys, datetime, openpyxl\n"
+               "from openpyxl.utils.datetime import CALENDAR_MAC_1904\n"
+               "wb = openpyxl.Workbook(); wb.epoch = CALENDAR_MAC_1904; ws = wb.active\n"
+               "ws.append(['姓名', '生日', '到期']); ws.append(['甲', datetime.date(1985, 6, 7),"
+               " datetime.datetime(2024, 2, 29, 18, 30)])\n"
+               "wb.save(sys.argv[1]); print(0)\n",
+               path)
+            .toInt(-1),
+        0);
+    QList<CsvRow> sheet;
+    QString error;
+    ASSERT_TRUE(readXlsx(path, {}, &sheet, &error)) << error.toStdString();
+    ASSERT_EQ(sheet.size(), 2);
+    EXPECT_EQ(sheet[1].fields, QStringList({"甲", "1985-06-07", "2024-02-29 18:30:00"}));
+}
+
+TEST_F(TableImport, FilesThatCannotBeReadAreRefusedWithAReason) {
+    CsvImportPlan plan;
+    QString error;
+    EXPECT_FALSE(planCsvImport(inFolder("missing.csv"), "contacts", &plan, &error));
+    EXPECT_FALSE(planCsvImport(inFolder("x.csv"), "tasks", &plan, &error));
+    EXPECT_TRUE(error.contains("只能从CSV文件导入联系人或单位"));
+    writeBytes(inFolder("odd.csv"), "foo,bar\n1,2\n");
+    EXPECT_FALSE(planCsvImport(inFolder("odd.csv"), "accounts", &plan, &error));
+    EXPECT_TRUE(error.contains("没有可以识别的列名"));
+    writeBytes(inFolder("text.xlsx"), "姓名,手机\n张三,1\n");
+    EXPECT_FALSE(planCsvImport(inFolder("text.xlsx"), "contacts", &plan, &error));
+    EXPECT_TRUE(error.contains("不是可以读取的Excel文件")) << error.toStdString();
+    // A real package cut short.
+    const QString whole = inFolder("whole.xlsx");
+    ASSERT_EQ(python("import sys, openpyxl\nwb = openpyxl.Workbook(); wb.active.append(['姓名'])\n"
+                     "wb.save(sys.argv[1]); print(0)\n",
+                     whole)
+                  .toInt(-1),
+              0);
+    QFile f(whole);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray bytes = f.readAll();
+    writeBytes(inFolder("cut.xlsx"), bytes.left(bytes.size() / 2));
+    error.clear();
+    EXPECT_FALSE(planCsvImport(inFolder("cut.xlsx"), "contacts", &plan, &error));
+    EXPECT_TRUE(error.contains("Excel")) << error.toStdString();
+}
+
+TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
+    run("INSERT INTO accounts (acc_name, acc_telephone, acc_create_date, acc_check) VALUES "
+        "('=1+2公司', '+86 10 1', '2024-03-05 00:00:00', true)");
+    run("INSERT INTO accounts (acc_name, acc_check) VALUES ('未选', false)");
+    const QString xlsx = inFolder("out.xlsx");
+    ASSERT_TRUE(exportCsv("accounts", xlsx).ok);
+    const QJsonArray sheet =
+        python(
+            "import sys, json, openpyxl, datetime\n"
+            "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
+            "rows = [[(c.value.isoformat() if isinstance(c.value, datetime.datetime) else c.value,"
+            " c.data_type) for c in r] for r in ws.iter_rows()]\n"
+            "print(json.dumps(rows))\n",
+            xlsx)
+            .toArray();
+    ASSERT_EQ(sheet.size(), 2);
+    QStringList header, cells, types;
+    for (const auto& c : sheet[0].toArray()) header << c.toArray()[0].toString();
+    for (const auto& c : sheet[1].toArray())
+        cells << c.toArray()[0].toVariant().toString(), types << c.toArray()[1].toString();
+    const qsizetype name = header.indexOf("客户/单位名称");
+    const qsizetype phone = header.indexOf("电话");
+    const qsizetype created = header.indexOf("创建日期");
+    ASSERT_GE(name, 0);
+    ASSERT_GE(created, 0);
+    EXPECT_EQ(cells[name], "=1+2公司");
+    EXPECT_EQ(types[name], "s") << "text that looks like a formula stays text";
+    EXPECT_EQ(cells[phone], "+86 10 1");
+    EXPECT_EQ(cells[created], "2024-03-05T00:00:00");
+    EXPECT_EQ(types[created], "d") << "a date is a date cell";
+
+    const QString csv = inFolder("out.csv");
+    ASSERT_TRUE(exportCsv("accounts", csv).ok);
+    const QJsonArray rowsRead =
+        python(
+            "import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "
+            "encoding='utf-8-sig')))))",
+            csv)
+            .toArray();
+    ASSERT_EQ(rowsRead.size(), 2);
+    EXPECT_EQ(rowsRead[1].toArray()[name].toString(), "'=1+2公司") << "kept from running";
+    EXPECT_EQ(rowsRead[1].toArray()[phone].toString(), "'+86 10 1");
+    EXPECT_EQ(rowsRead[1].toArray()[created].toString(), "2024-03-05");
+}
+
+TEST_F(TableImport, EverySampleFileOfOtherPrograms) {
+    const QDir samples(QStringLiteral(TARVEL_SAMPLES "/csv"));
+    if (!samples.exists()) GTEST_SKIP() << "no samples folder";
+    int files = 0;
+    for (const QFileInfo& info : samples.entryInfoList(QDir::Files, QDir::Name)) {
+        SCOPED_TRACE(info.fileName().toStdString());
+        ++files;
+        CsvImportPlan plan;
+        QString error;
+        if (!planCsvImport(info.filePath(), "contacts", &plan, &error)) {
+            EXPECT_FALSE(error.isEmpty());
+            continue;
+        }
+        const int before = rows("contacts");
+        CsvImportResult result;
+        const Outcome out = importCsv(plan, true, &result);
+        ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+        EXPECT_GT(rows("contacts"), before);
+        if (plan.encodingProblem.isEmpty())
+            for (const QString& name :
+                 column(QStringLiteral("SELECT con_lastname FROM contacts WHERE con_id > %1")
+                            .arg(before))) {
+                EXPECT_FALSE(name.trimmed().isEmpty());
+                EXPECT_FALSE(name.contains(QChar::ReplacementCharacter)) << name.toStdString();
+            }
+    }
+    EXPECT_GT(files, 0);
+    EXPECT_EQ(exchange_test::sqlcipherRows(file.path(), "PRAGMA integrity_check"),
+              QStringList({"ok"}));
+}
