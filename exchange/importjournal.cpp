@@ -1,6 +1,7 @@
 #include "exchange/importjournal.h"
 
 #include <QCryptographicHash>
+#include <QMap>
 #include <algorithm>
 
 #include "store/clock.h"
@@ -55,7 +56,24 @@ void ImportJournal::added(const QString& table, qint64 key) {
 }
 
 void ImportJournal::linked(const QString& linkTable, qint64 first, qint64 second) {
-    entries_ << Entry{linkTable, first, QStringLiteral("*link"), {}, {}, second};
+    entries_ << Entry{linkTable, first, linkColumn(), {}, {}, second};
+}
+
+QList<ImportJournal::Entry> ImportJournal::expand(const QString& table, qint64 key,
+                                                  const QString& column, const QString& before,
+                                                  const QString& after) {
+    if (column != addedColumn() && column != linksColumn())
+        return {Entry{table, key, column, before, after, 0}};
+    QList<Entry> entries;
+    for (const QString& item : after.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const qint64 first = item.section(QLatin1Char(':'), 0, 0).toLongLong();
+        const QString second = item.section(QLatin1Char(':'), 1);
+        if (column == addedColumn())
+            entries << Entry{table, first, {}, {}, second, 0};
+        else
+            entries << Entry{table, first, linkColumn(), {}, second, second.toLongLong()};
+    }
+    return entries;
 }
 
 void ImportJournal::changed(const QString& table, qint64 key, const QString& column,
@@ -124,15 +142,30 @@ bool ImportJournal::finish(const QString& summary, QString* error) {
     QHash<QString, QHash<qint64, QString>> prints;
     for (auto it = addedByTable.cbegin(); it != addedByTable.cend(); ++it)
         if (!fingerprints(it.key(), it.value(), &prints[it.key()], error)) return false;
+    // Added records and links are many: one row per table lists them all.
+    QMap<std::pair<QString, QString>, QStringList> lists;
+    QList<const Entry*> changes;
+    for (const Entry& e : std::as_const(entries_)) {
+        if (e.column.isEmpty())
+            lists[{e.table, addedColumn()}]
+                << QStringLiteral("%1:%2").arg(e.key).arg(prints[e.table].value(e.key));
+        else if (e.column == linkColumn())
+            lists[{e.table, linksColumn()}] << QStringLiteral("%1:%2").arg(e.key).arg(e.other);
+        else
+            changes << &e;
+    }
     const auto rs = db.GetWriteRs(
         QStringLiteral("SELECT ijc_import, ijc_table, ijc_key, ijc_column, ijc_old, ijc_new FROM "
                        "import_changes WHERE ijc_import=0"));
-    for (const Entry& e : std::as_const(entries_)) {
-        const QString after = e.column.isEmpty()                    ? prints[e.table].value(e.key)
-                              : e.column == QStringLiteral("*link") ? QString::number(e.other)
-                                                                    : e.after;
-        if (!insertRow(rs, {id_, e.table, e.key, e.column, e.before, after}, error)) return false;
-    }
+    for (auto it = lists.cbegin(); it != lists.cend(); ++it)
+        if (!insertRow(rs,
+                       {id_, it.key().first, 0, it.key().second, QString(),
+                        it.value().join(QLatin1Char(';'))},
+                       error))
+            return false;
+    for (const Entry* e : std::as_const(changes))
+        if (!insertRow(rs, {id_, e->table, e->key, e->column, e->before, e->after}, error))
+            return false;
     db.Execute(QStringLiteral("UPDATE import_journal SET ijn_summary='%1' WHERE ijn_id=%2")
                    .arg(QString(summary).replace(QLatin1Char('\''), QStringLiteral("''")))
                    .arg(id_));

@@ -46,7 +46,18 @@ public:
         qint64 other = 0;  // a link's second id
     };
 
+    // The entries one stored row stands for (a row lists all the records or
+    // links of a table the import added).
+    static QList<Entry> expand(const QString& table, qint64 key, const QString& column,
+                               const QString& before, const QString& after);
+    // The column an entry of a link carries; the other end is in `other`
+    // (read back: `after`).
+    static QString linkColumn() { return QStringLiteral("*link"); }
+
 private:
+    static QString addedColumn() { return QStringLiteral("*added"); }
+    static QString linksColumn() { return QStringLiteral("*links"); }
+
     qint64 id_ = 0;
     QList<Entry> entries_;
     // One write recordset for every external id of the import: opening one per

@@ -64,9 +64,9 @@ bool readJournal(Journal* j, QString* error) {
                          .arg(j->id));
     if (!rs || rs->State() != adStateOpen) return (*error = db.ErrMsg(), false);
     for (bool more = !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof())
-        j->entries << ImportJournal::Entry{rs->value(0).toString(), rs->value(1).toLongLong(),
-                                           rs->value(2).toString(), rs->value(3).toString(),
-                                           rs->value(4).toString(), 0};
+        j->entries << ImportJournal::expand(rs->value(0).toString(), rs->value(1).toLongLong(),
+                                            rs->value(2).toString(), rs->value(3).toString(),
+                                            rs->value(4).toString());
     return true;
 }
 
@@ -154,7 +154,7 @@ Outcome undoLastImport(UndoImportResult* result) {
     // A link the user made since keeps both its records.
     QList<std::tuple<QString, qint64, qint64>> importLinks;
     for (const auto& e : std::as_const(j.entries))
-        if (e.column == QStringLiteral("*link"))
+        if (e.column == ImportJournal::linkColumn())
             importLinks << std::tuple(e.table, e.key, e.after.toLongLong());
     QSet<QString> importLinkRows;
     for (const auto& [t, a, b] : importLinks)
@@ -215,7 +215,7 @@ Outcome undoLastImport(UndoImportResult* result) {
     // Fields the import filled or changed, where they still hold its value.
     QHash<Ref, QList<const ImportJournal::Entry*>> changes;
     for (const auto& e : std::as_const(j.entries))
-        if (!e.column.isEmpty() && e.column != QStringLiteral("*link"))
+        if (!e.column.isEmpty() && e.column != ImportJournal::linkColumn())
             changes[{e.table, e.key}] << &e;
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
         tarveldatabase db;
