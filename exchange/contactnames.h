@@ -4,6 +4,11 @@
 
 namespace tarvel::exchange {
 
+// The year a birthday without a year is kept in: a leap year, so 29 February
+// stays, and one nobody living was born in. The birthday lists compare month
+// and day only, so they find it; exports write it without a year.
+constexpr int kYearlessBirthdayYear = 1904;
+
 // True when the text holds Chinese, Japanese or Korean letters.
 bool hasEastAsianLetters(const QString& text);
 

@@ -3,27 +3,13 @@
 #include <QHash>
 #include <QMap>
 
+#include "exchange/contactnames.h"
 #include "exchange/importdate.h"
 #include "store/jetdate.h"
 
 namespace tarvel::exchange {
 
 namespace {
-
-bool isCjk(const QString& text) {
-    for (const QChar c : text) {
-        switch (c.script()) {
-            case QChar::Script_Han:
-            case QChar::Script_Hiragana:
-            case QChar::Script_Katakana:
-            case QChar::Script_Hangul:
-                return true;
-            default:
-                break;
-        }
-    }
-    return false;
-}
 
 struct Address {
     QStringList street;
@@ -32,15 +18,16 @@ struct Address {
         return street.isEmpty() && city.isEmpty() && region.isEmpty() && postcode.isEmpty() &&
                country.isEmpty();
     }
-    // One readable line in the order of the address's country.
+    // One readable line in the order of the address's country; a second
+    // street line is the flat or unit within the first.
     QString line() const {
-        const QStringList all = QStringList{street.join(QString()), city, region, country};
-        if (isCjk(all.join(QString())))
-            return QStringList{country, region, city, street.join(QString())}.join(QString());
-        QStringList parts = street;
-        for (const QString& p : {city, region, country})
-            if (!p.isEmpty()) parts << p;
-        return parts.join(QStringLiteral(", "));
+        return addressLine(PostalAddress{{},
+                                         QStringList(street.mid(1)).join(QLatin1Char(' ')),
+                                         street.value(0),
+                                         city,
+                                         region,
+                                         postcode,
+                                         country});
     }
 };
 
@@ -117,14 +104,6 @@ QString tags(const QString& cell) {
 
 }  // namespace
 
-QString wholeName(const QString& family, const QString& given, const QString& middle) {
-    if (isCjk(family + given + middle)) return family + middle + given;
-    QStringList parts;
-    for (const QString& p : {given, middle, family})
-        if (!p.isEmpty()) parts << p;
-    return parts.join(QLatin1Char(' '));
-}
-
 TableRowReader::TableRowReader(const QString& kind, const QStringList& header,
                                const QStringList& targets)
     : kind_(kind), header_(header), targets_(targets) {}
@@ -170,11 +149,17 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record, QStringList
                 QDate day;
                 const DateCell read = readDateCell(value, &day);
                 if (read == DateCell::Bad) bad(c, value);
-                // The day without its year is kept where the user sees it.
-                if (read == DateCell::NoYear)
+                // A birthday without its year keeps its month and day for the
+                // birthday list; another date without a year is kept in the note.
+                const bool birthday = target == QLatin1String("con_birthday");
+                if (read == DateCell::NoYear && birthday)
+                    day = QDate(kYearlessBirthdayYear, day.month(), day.day());
+                else if (read == DateCell::NoYear)
                     noteLines << caption(c) + QStringLiteral("：") +
                                      day.toString(QStringLiteral("M月d日"));
-                if (read == DateCell::Date && !columns.contains(target))
+                const bool stored =
+                    read == DateCell::Date || (read == DateCell::NoYear && birthday);
+                if (stored && !columns.contains(target))
                     columns.insert(target, jetdate::naive(day));
             } else if (columns.contains(target)) {
                 // A second column for the same field is kept in the note.
@@ -289,8 +274,9 @@ bool TableRowReader::read(const CsvRow& row, IncomingRecord* record, QStringList
         // Birthday from year, month and day columns.
         if (!birthMonth.isEmpty() && !birthDay.isEmpty() &&
             !columns.contains(QStringLiteral("con_birthday"))) {
-            const QDate day(birthYear.toInt(), birthMonth.toInt(), birthDay.toInt());
-            if (!birthYear.isEmpty() && day.isValid())
+            const QDate day(birthYear.isEmpty() ? kYearlessBirthdayYear : birthYear.toInt(),
+                            birthMonth.toInt(), birthDay.toInt());
+            if (day.isValid())
                 columns.insert(QStringLiteral("con_birthday"), jetdate::naive(day));
             else
                 noteLines << QStringLiteral("生日：%1月%2日").arg(birthMonth, birthDay);

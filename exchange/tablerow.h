@@ -27,8 +27,4 @@ private:
     QStringList header_, targets_;
 };
 
-// The whole name from its parts: family and given name without a blank for
-// Chinese, Japanese and Korean names, "given middle family" otherwise.
-QString wholeName(const QString& family, const QString& given, const QString& middle);
-
 }  // namespace tarvel::exchange

@@ -43,8 +43,5 @@ void tellAbout(const VCardCard& card, VCardContact* contact, VCardReading* readi
 // A birthday as cards write it (19800102, 1980-01-02, 1980-01-02T00:00:00Z);
 // one without a year (--0102, --01-02) falls in kYearlessBirthdayYear.
 std::optional<QDate> vcardBirthday(const QString& value);
-// The year a birthday without a year is kept in: a leap year, so 29 February
-// stays, and one nobody living was born in.
-constexpr int kYearlessBirthdayYear = 1904;
 
 }  // namespace tarvel::exchange

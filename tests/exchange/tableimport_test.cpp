@@ -280,10 +280,18 @@ TEST_F(TableImport, LocalisedThunderbirdKeepsItsAddressAndBirthdayTogether) {
     const CsvImportResult result = import(inFolder("tb.csv"));
     EXPECT_TRUE(result.problems.isEmpty()) << result.summary().toStdString();
     EXPECT_EQ(contact("李小明", "con_mobile,con_address_family,con_postcode_family"),
-              "13700000000|北京朝阳路1号3单元|100020");
+              "13700000000|北京朝阳路1号 3单元|100020");
     EXPECT_EQ(rows("contacts WHERE con_description IS NULL AND con_lastname='李小明'"), 1)
         << "nothing left over for the note";
     EXPECT_EQ(contact("李小明", "con_birthday").left(10), "1990-07-15");
+
+    // A birthday without its year keeps month and day where vCards keep them.
+    writeBytes(inFolder("noyear.csv"), "姓名,生日\n王芳,--03-04\n");
+    writeBytes(inFolder("monthday.csv"), "名,姓,出生月份,出生日期\n伟,张,2,29\n");
+    import(inFolder("noyear.csv"));
+    import(inFolder("monthday.csv"));
+    EXPECT_EQ(contact("王芳", "con_birthday").left(10), "1904-03-04");
+    EXPECT_EQ(contact("张伟", "con_birthday").left(10), "1904-02-29");
 }
 
 TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {

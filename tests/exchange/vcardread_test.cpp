@@ -4,6 +4,7 @@
 
 #include <QStringEncoder>
 
+#include "exchange/contactnames.h"
 #include "exchange/vcardcontact.h"
 #include "store/jetdate.h"
 
