@@ -13,14 +13,9 @@ using namespace tarvel;
 using namespace tarvel::exchange;
 using exchange_test::ExchangeFixture;
 using exchange_test::python;
+using exchange_test::writeBytes;
 
 namespace {
-
-void writeBytes(const QString& path, const QByteArray& bytes) {
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
 
 QByteArray gbkQuotedPrintable(const QString& text) {
     QStringEncoder encoder("GBK");
