@@ -94,6 +94,25 @@ void closeRaw(sqlite3* db, const std::vector<sqlite3_stmt*>& statements) {
     sqlite3_close(db);
 }
 
+bool linkToAccount(sqlite3* db, sqlite3_stmt* addAccount, sqlite3_stmt* link,
+                   std::unordered_map<std::string, sqlite3_int64>& byName, const std::string& name,
+                   sqlite3_int64 contact, const std::string& now) {
+    bool ok = true;
+    sqlite3_int64& account = byName[name];
+    if (!account) {
+        bindText(addAccount, 1, name);
+        bindText(addAccount, 2, now);
+        ok = sqlite3_step(addAccount) == SQLITE_DONE;
+        sqlite3_reset(addAccount);
+        account = sqlite3_last_insert_rowid(db);
+    }
+    sqlite3_bind_int64(link, 1, account);
+    sqlite3_bind_int64(link, 2, contact);
+    ok = ok && sqlite3_step(link) == SQLITE_DONE;
+    sqlite3_reset(link);
+    return ok;
+}
+
 std::string nowText() {
     const std::time_t t = std::time(nullptr);
     std::tm local{};

@@ -10,6 +10,7 @@
 #include <QString>
 #include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace tarvel::bench {
@@ -37,6 +38,13 @@ void closeRaw(sqlite3* db, const std::vector<sqlite3_stmt*>& statements);
 
 // The current local time as the canonical text the engine stores.
 std::string nowText();
+
+// The raw side of linking an imported contact to its account by name, as the
+// imports do: a missing account is added (with `addAccount`: name, creation
+// date) and remembered, then one link row (with `link`: account, contact).
+bool linkToAccount(sqlite3* db, sqlite3_stmt* addAccount, sqlite3_stmt* link,
+                   std::unordered_map<std::string, sqlite3_int64>& byName, const std::string& name,
+                   sqlite3_int64 contact, const std::string& now);
 
 // ---------------------------------------------------------------------------
 // A run

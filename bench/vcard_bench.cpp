@@ -211,19 +211,9 @@ void insertRaw(benchmark::State& state) {
                 bindText(insert, ++i, *v);
             ok = ok && sqlite3_step(insert) == SQLITE_DONE;
             sqlite3_reset(insert);
-            const sqlite3_int64 contact = sqlite3_last_insert_rowid(db);
-            sqlite3_int64& account = byName[r.account];
-            if (!account) {
-                bindText(addAccount, 1, r.account);
-                bindText(addAccount, 2, now);
-                ok = ok && sqlite3_step(addAccount) == SQLITE_DONE;
-                sqlite3_reset(addAccount);
-                account = sqlite3_last_insert_rowid(db);
-            }
-            sqlite3_bind_int64(link, 1, account);
-            sqlite3_bind_int64(link, 2, contact);
-            ok = ok && sqlite3_step(link) == SQLITE_DONE;
-            sqlite3_reset(link);
+            ok = linkToAccount(db, addAccount, link, byName, r.account,
+                               sqlite3_last_insert_rowid(db), now) &&
+                 ok;
         }
         ok = ok && exec(db, "COMMIT");
         if (!ok) state.SkipWithError(sqlite3_errmsg(db));
