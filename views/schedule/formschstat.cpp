@@ -44,6 +44,10 @@ FormSchStat::FormSchStat(QWidget* parent)
     for (int i = 0; i < ScheduleStatistics::kSelections; ++i) {
         QPushButton* b = flatButton(QStringLiteral("lbl_Selection"), QString(), this);
         b->setProperty("Index", i);
+        // Drawn in the link colour, so a statistic still reads as something to follow.
+        QPalette linkColour = b->palette();
+        linkColour.setColor(QPalette::ButtonText, linkColour.color(QPalette::Link));
+        b->setPalette(linkColour);
         connect(b, &QPushButton::clicked, this, [this, i] { lblSelectionClick(i); });
         selections_ << b;
     }
@@ -90,7 +94,8 @@ FormSchStat::FormSchStat(QWidget* parent)
     // By what they count: added, with tasks, then birthdays and deadlines.
     const QList<int> rows[] = {{3, 4, 5, 6}, {7, 8, 9, 10}, {11, 12}};
     for (int r = 0; r < 3; ++r)
-        for (int c = 0; c < rows[r].size(); ++c) links->addWidget(selections_[rows[r][c]], r, c);
+        for (int c = 0; c < rows[r].size(); ++c)
+            links->addWidget(selections_[rows[r][c]], r, c, Qt::AlignLeft);
     links->setColumnStretch(4, 1);
     auto* periodLayout = new QVBoxLayout(periodBox);
     periodLayout->setSpacing(12);
