@@ -19,9 +19,9 @@
 #include <cstdio>
 
 #include "bench/listbench.h"
+#include "browse/tickmodel.h"
 #include "custom/fsettings.h"
 #include "views/lists/formlist.h"
-#include "views/lists/tickmodel.h"
 
 namespace {
 

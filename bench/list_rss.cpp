@@ -13,10 +13,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "browse/recordsetmodel.h"
 #include "custom/fsettings.h"
 #include "store/connectionstring.h"
 #include "store/tarveldatabase.h"
-#include "views/common/recordsetmodel.h"
 
 int main(int argc, char** argv) {
     if (argc != 3 || (std::strcmp(argv[1], "list") != 0 && std::strcmp(argv[1], "file") != 0)) {

@@ -12,10 +12,10 @@
 #include <string>
 
 #include "bench/rawengine.h"
+#include "browse/listkind.h"
+#include "browse/listsql.h"
+#include "browse/liststore.h"
 #include "views/common/filedialogs.h"
-#include "views/lists/listkind.h"
-#include "views/lists/listsql.h"
-#include "views/lists/liststore.h"
 
 namespace tarvel::bench {
 

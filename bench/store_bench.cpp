@@ -34,9 +34,9 @@
 #include <vector>
 
 #include "bench/rawengine.h"
+#include "browse/recordsetmodel.h"
 #include "custom/fsettings.h"
 #include "store/tarveldatabase.h"
-#include "views/common/recordsetmodel.h"
 
 namespace {
 

@@ -80,21 +80,6 @@ bool AppSettings::GetObjs(qint16 appType, qint16 objectType) {
                     QString::number(objectType));
 }
 
-QString defaultToolbarCaption(const QString& key) {
-    static const QHash<QString, QString> captions = {
-        {QStringLiteral("pp"), QStringLiteral("首页")},
-        {QStringLiteral("contact"), QStringLiteral("联系人")},
-        {QStringLiteral("account"), QStringLiteral("客户单位")},
-        {QStringLiteral("opportunity"), QStringLiteral("项目机会")},
-        {QStringLiteral("schedule"), QStringLiteral("日程安排")},
-        {QStringLiteral("document"), QStringLiteral("文档附件")},
-        {QStringLiteral("email"), QStringLiteral("邮件")},
-        {QStringLiteral("inout"), QStringLiteral("数据交换")},
-        {QStringLiteral("setting"), QStringLiteral("设置")},
-    };
-    return captions.value(key);
-}
-
 int AppSettings::FindIndex(const QString& name) const {
     for (int i = 0; i < items_.size(); ++i)
         if (items_[i].ObjName() == name) return i + 1;

@@ -45,8 +45,4 @@ private:
     QString errMsg_;
 };
 
-// The caption of a toolbar or module key for a data file without its row;
-// empty for keys that have none.
-QString defaultToolbarCaption(const QString& key);
-
 }  // namespace tarvel

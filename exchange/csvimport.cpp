@@ -50,8 +50,8 @@ QString listed(const QStringList& lines) {
 // captions (the account's name for contacts too), then the parts.
 QList<ImportTarget> choicesFor(const RecordKind& k) {
     QList<ImportTarget> choices;
-    const QStringList writable = RecordWriter(k.table).columns();
-    const bool contacts = k.word == QStringLiteral("contacts");
+    const QStringList writable = RecordWriter(QLatin1String(k.table)).columns();
+    const bool contacts = k.code == kind::Contact;
     QStringList seen;
     for (const auto& [name, caption] : listColumns(k.code)) {
         const bool usable = writable.contains(name, Qt::CaseInsensitive) ||
@@ -62,7 +62,8 @@ QList<ImportTarget> choicesFor(const RecordKind& k) {
         seen << name;
         choices << ImportTarget{name, caption.trimmed()};
     }
-    for (const auto& p : layout::choosableParts(k.word)) choices << ImportTarget{p.key, p.caption};
+    for (const auto& p : layout::choosableParts(QLatin1String(k.table)))
+        choices << ImportTarget{p.key, p.caption};
     return choices;
 }
 
@@ -111,12 +112,12 @@ bool readRows(const QString& path, const QString& sheet, CsvImportPlan* plan, QS
 bool planCsvImport(const QString& path, const QString& kind, CsvImportPlan* plan, QString* error,
                    const QString& sheet) {
     const RecordKind* k = recordKind(kind);
-    if (!k || (k->word != QStringLiteral("contacts") && k->word != QStringLiteral("accounts"))) {
+    if (!k || (k->code != kind::Contact && k->code != kind::Account)) {
         *error = QStringLiteral("只能从CSV文件导入联系人或单位");
         return false;
     }
     *plan = CsvImportPlan{};
-    plan->kind = k->word;
+    plan->kind = QLatin1String(k->table);
     plan->path = path;
     if (!readRows(path, sheet, plan, error)) return false;
     if (plan->rows.isEmpty()) {
@@ -168,7 +169,7 @@ Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* r
     if (!plan.problems.isEmpty() && !importRest)
         return Outcome::failure(QStringLiteral("文件中有无法导入的内容，没有导入任何记录：\n") +
                                 listed(plan.problems));
-    ImportSession session(k->table, QStringLiteral("csv"), plan.path);
+    ImportSession session(QLatin1String(k->table), QStringLiteral("csv"), plan.path);
     if (!session.isOpen()) return Outcome::failure(importFailed() + session.ErrMsg());
     const TableRowReader reader(plan.kind, plan.header, plan.targets);
     QStringList problems;
@@ -199,7 +200,8 @@ Outcome exportCsv(const QString& kind, const QString& path, const Progress& prog
     for (const auto& [name, caption] : columns) names << name, captions << caption;
     tarveldatabase db;
     const auto rs = db.GetReadRs(QStringLiteral("SELECT %1 FROM %2 WHERE %3= true")
-                                     .arg(names.join(QLatin1Char(',')), k->listSource, k->check));
+                                     .arg(names.join(QLatin1Char(',')),
+                                          QLatin1String(k->listSource), QLatin1String(k->tick)));
     if (!rs || rs->State() != adStateOpen)
         return Outcome::failure(QStringLiteral("导出没有完成：") + db.ErrMsg());
     const bool workbook = isXlsxName(path);

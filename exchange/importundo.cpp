@@ -14,31 +14,25 @@ namespace {
 
 using Ref = std::pair<QString, qint64>;  // table, key
 
+// Journals name tables; every table they name is a record kind's.
 QString keyOf(const QString& table) {
-    return table.left(3) + QStringLiteral("_id");
-}
-
-QString captionOf(const QString& table) {
-    for (const RecordKind& k : recordKinds())
-        if (k.table == table) return k.caption;
-    return table;
+    const RecordKind* k = recordKind(table);
+    return k ? QLatin1String(k->key) : table.left(3) + QStringLiteral("_id");
 }
 
 // The record's name for the user: its caption and name, or its key.
 QString recordName(const Ref& r) {
-    static const QHash<QString, QString> names = {{"contacts", "con_lastname"},
-                                                  {"accounts", "acc_name"},
-                                                  {"tasks", "tas_subject"},
-                                                  {"opportunities", "opp_subject"},
-                                                  {"documents", "doc_name"}};
-    tarveldatabase db;
-    const auto rs =
-        db.GetReadRs(QStringLiteral("SELECT %1 FROM %2 WHERE %3=%4")
-                         .arg(names.value(r.first, keyOf(r.first)), r.first, keyOf(r.first))
-                         .arg(r.second));
-    const QString name = rs && !rs->Eof() ? rs->value(0).toString() : QString();
+    const RecordKind* k = recordKind(r.first);
+    QString name;
+    if (k) {
+        tarveldatabase db;
+        const auto rs = db.GetReadRs(QStringLiteral("SELECT %1 FROM %2 WHERE %3=%4")
+                                         .arg(QLatin1String(k->nameColumn), r.first, keyOf(r.first))
+                                         .arg(r.second));
+        name = rs && !rs->Eof() ? rs->value(0).toString() : QString();
+    }
     return QStringLiteral("%1「%2」")
-        .arg(captionOf(r.first), name.isEmpty() ? QString::number(r.second) : name);
+        .arg(k ? k->captionText() : r.first, name.isEmpty() ? QString::number(r.second) : name);
 }
 
 struct Journal {

@@ -104,8 +104,9 @@ bool mergeLinks(Handle& live, const LinkTable& l, QString* error) {
 QString describe(const ImportSummary& summary) {
     QStringList parts;
     for (const RecordTable& t : recordTables())
-        parts
-            << QStringLiteral("%1 %2").arg(recordKind(t.name)->caption).arg(summary.value(t.name));
+        parts << QStringLiteral("%1 %2")
+                     .arg(recordKind(t.name)->captionText())
+                     .arg(summary.value(t.name));
     return parts.join(QStringLiteral("，"));
 }
 

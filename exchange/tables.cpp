@@ -4,12 +4,10 @@ namespace tarvel::exchange {
 
 namespace {
 
-RecordTable record(const char* name, const char* prefix) {
-    const QString p = QLatin1String(prefix);
-    return {QLatin1String(name), p + QStringLiteral("_id"),
-            QStringLiteral("upgrade_") + QLatin1String(name),
-            QStringLiteral("old_") + p + QStringLiteral("_id"),
-            QStringLiteral("new_") + p + QStringLiteral("_id")};
+RecordTable record(qint16 code) {
+    const RecordKindInfo* k = kindByCode(code);
+    return {QLatin1String(k->table), QLatin1String(k->key), k->upgradeTable(), k->oldKey(),
+            k->newKey()};
 }
 
 LinkTable link(const char* name, const char* first, const char* firstTable, const char* second,
@@ -20,37 +18,20 @@ LinkTable link(const char* name, const char* first, const char* firstTable, cons
 
 }  // namespace
 
-const std::vector<RecordKind>& recordKinds() {
-    auto kind = [](const char* word, int code, const char* prefix, const char* source,
-                   const char* caption) {
-        return RecordKind{QLatin1String(word),   code,
-                          QLatin1String(word),   QLatin1String(prefix) + QStringLiteral("_check"),
-                          QLatin1String(source), QString::fromUtf8(caption)};
-    };
-    static const std::vector<RecordKind> kinds = {
-        kind("opportunities", 1, "opp", "opportunities", "销售机会"),
-        kind("accounts", 2, "acc", "accounts", "单位"),
-        kind("contacts", 3, "con", "que_contacts_accounts", "联系人"),
-        kind("tasks", 4, "tas", "tasks", "日程"), kind("documents", 5, "doc", "documents", "文档")};
-    return kinds;
-}
-
-const RecordKind* recordKind(const QString& word) {
-    for (const RecordKind& k : recordKinds())
-        if (k.word == word) return &k;
+const RecordKind* recordKind(const QString& table) {
+    for (const RecordKindInfo& k : recordKinds())
+        if (table == QLatin1String(k.table)) return &k;
     return nullptr;
 }
 
 const RecordKind* recordKind(int code) {
-    for (const RecordKind& k : recordKinds())
-        if (k.code == code) return &k;
-    return nullptr;
+    return kindByCode(qint16(code));
 }
 
 const std::vector<RecordTable>& recordTables() {
-    static const std::vector<RecordTable> tables = {
-        record("accounts", "acc"), record("contacts", "con"), record("opportunities", "opp"),
-        record("tasks", "tas"), record("documents", "doc")};
+    static const std::vector<RecordTable> tables = {record(kind::Account), record(kind::Contact),
+                                                    record(kind::Opportunity), record(kind::Task),
+                                                    record(kind::Document)};
     return tables;
 }
 

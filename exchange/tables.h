@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <vector>
 
+#include "records/kinds.h"
+
 namespace tarvel::exchange {
 
 // A record table: its name, key column and id translation table.
@@ -24,21 +26,10 @@ struct LinkTable {
     QString extra;
 };
 
-// A record kind as the exchange commands name it ("contacts"), with its
-// relation code (1 opportunities ... 5 documents, the numbering of the list
-// fields), its tick column and the source its lists read (contacts come with
-// their account's columns).
-struct RecordKind {
-    QString word;
-    int code;
-    QString table;
-    QString check;
-    QString listSource;
-    QString caption;
-};
-const std::vector<RecordKind>& recordKinds();
+// A record kind as the exchange commands name it: by its table ("contacts").
+using RecordKind = RecordKindInfo;
 // Null for a word that names no kind.
-const RecordKind* recordKind(const QString& word);
+const RecordKind* recordKind(const QString& table);
 const RecordKind* recordKind(int code);
 
 // Accounts, contacts, opportunities, tasks, documents.

@@ -112,7 +112,7 @@ bool Account::InitAccount(int accountId, bool load) {
     id_ = accountId;
     // On an opportunity's panel the account's role in that deal is shown too.
     const int record = panelRecordId();
-    const bool ok = panelName() == QLatin1String(panel::Opportunity) && record != 0
+    const bool ok = panelName() == QLatin1String(panel::formName(kind::Opportunity)) && record != 0
                         ? GetByIdEx(record, kind::Opportunity)
                         : GetById();
     return report("InitAccount", ok);

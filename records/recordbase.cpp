@@ -10,25 +10,19 @@ namespace tarvel {
 
 namespace panel {
 qint16 kindOf(const QString& formName) {
-    // In the order of the kind codes.
-    const char* const names[] = {Opportunity, Account, Contact, Task, Document};
-    for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
-        if (formName == QLatin1String(names[k - 1])) return k;
-    return 0;
+    const RecordKindInfo* k = kindByPanelForm(formName);
+    return k ? k->code : qint16(0);
+}
+
+const char* formName(qint16 recordKind) {
+    const RecordKindInfo* k = kindByCode(recordKind);
+    return k ? k->panelForm : "";
 }
 }  // namespace panel
 
 QString stampStatement(qint16 recordKind, int id) {
-    // By kind code; the doubled blanks belong to the statements as the program
-    // has always issued them.
-    static const char* const prefixes[] = {
-        "UPDATE opportunities SET opp_recent_contact_date=now  WHERE opp_id=",
-        "UPDATE accounts SET acc_recent_contact_date=now  WHERE acc_id= ",
-        "UPDATE contacts SET con_recent_contact_date=now WHERE con_id=",
-        "UPDATE tasks SET tas_recent_contact_date=now WHERE tas_id=",
-        "UPDATE documents SET doc_recentedit_date=now WHERE doc_id="};
-    if (recordKind < kind::Opportunity || recordKind > kind::Document) return QString();
-    return QLatin1String(prefixes[recordKind - 1]) + QString::number(id);
+    const RecordKindInfo* k = kindByCode(recordKind);
+    return k ? QLatin1String(k->stampPrefix) + QString::number(id) : QString();
 }
 
 QString panelStampStatement(qint16 recordKind, int id) {
@@ -39,10 +33,8 @@ QString panelStampStatement(qint16 recordKind, int id) {
 }
 
 const char* keyColumn(qint16 recordKind) {
-    // In the order of the kind codes.
-    static const char* const keys[] = {"opp_id", "acc_id", "con_id", "tas_id", "doc_id"};
-    if (recordKind < kind::Opportunity || recordKind > kind::Document) return nullptr;
-    return keys[recordKind - 1];
+    const RecordKindInfo* k = kindByCode(recordKind);
+    return k ? k->key : nullptr;
 }
 
 namespace recordvalue {

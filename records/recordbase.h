@@ -10,28 +10,17 @@
 #include <type_traits>
 #include <vector>
 
+#include "records/kinds.h"
 #include "store/datacontrol.h"
 #include "store/form.h"
 #include "store/recordset.h"
 
 namespace tarvel {
 
-// Relation kind codes: the first argument of AddRelative, DeleteRelative and GetByIdEx.
-namespace kind {
-inline constexpr qint16 Opportunity = 1;
-inline constexpr qint16 Account = 2;
-inline constexpr qint16 Contact = 3;
-inline constexpr qint16 Task = 4;
-inline constexpr qint16 Document = 5;
-}  // namespace kind
-
 // Names the record objects share with the related panels (form_*_related).
 namespace panel {
-inline constexpr const char* Opportunity = "form_opp_related";
-inline constexpr const char* Account = "form_acc_related";
-inline constexpr const char* Contact = "form_con_related";
-inline constexpr const char* Task = "form_sch_related";
-inline constexpr const char* Document = "form_doc_related";
+// The form name of a kind's related panel ("form_con_related"); empty for an unknown kind.
+const char* formName(qint16 kind);
 // Form property holding the key of the record whose panel it is (the page's record).
 inline constexpr const char* RecordId = "RecordID";
 

@@ -1,31 +1,38 @@
 #include "schedule/labels.h"
 
+#include <QHash>
+
 #include "custom/appsettings.h"
-#include "records/recordbase.h"
+#include "records/kinds.h"
 
 namespace tarvel {
 
+QString defaultToolbarCaption(const QString& key) {
+    for (const RecordKindInfo& k : recordKinds())
+        if (key == QLatin1String(k.moduleKey)) return k.captionText();
+    static const QHash<QString, QString> others = {
+        {QStringLiteral("pp"), QStringLiteral("首页")},
+        {QStringLiteral("email"), QStringLiteral("邮件")},
+        {QStringLiteral("inout"), QStringLiteral("数据交换")},
+        {QStringLiteral("setting"), QStringLiteral("设置")},
+    };
+    return others.value(key);
+}
+
 QStringList recordKindLabels() {
-    // By kind code: module key and built-in caption.
-    static const char* const modules[][2] = {{"", ""},
-                                             {"opportunity", "项目机会"},
-                                             {"account", "客户单位"},
-                                             {"contact", "联系人"},
-                                             {"schedule", "日程安排"},
-                                             {"document", "文档附件"}};
     AppSettings layout;
     layout.GetToolbarName(0);
-    QStringList labels;
-    for (const auto& m : modules) {
-        const int at = layout.FindIndex(QLatin1String(m[0]));
+    QStringList labels{QString()};
+    for (const RecordKindInfo& k : recordKinds()) {
+        const int at = layout.FindIndex(QLatin1String(k.moduleKey));
         const QString stored = at > 0 ? layout.Item(at).ObjDesc().trimmed() : QString();
-        labels << (stored.isEmpty() ? QString::fromUtf8(m[1]) : stored);
+        labels << (stored.isEmpty() ? k.captionText() : stored);
     }
     return labels;
 }
 
 QString recordKindLabel(qint16 recordKind) {
-    if (recordKind < kind::Opportunity || recordKind > kind::Document) return QString();
+    if (!kindByCode(recordKind)) return QString();
     return recordKindLabels()[recordKind];
 }
 

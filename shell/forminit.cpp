@@ -5,11 +5,11 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "browse/savefailure.h"
 #include "shell/globals.h"
 #include "store/encode.h"
 #include "store/transaction.h"
 #include "views/common/page.h"
-#include "views/common/savefailure.h"
 
 namespace tarvel {
 

@@ -8,11 +8,12 @@
 #include <QStatusBar>
 #include <QStyle>
 
+#include "browse/unsaved.h"
 #include "custom/appsettings.h"
+#include "schedule/labels.h"
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
-#include "views/common/unsaved.h"
 #include "views/home/formhome.h"
 #include "views/lists/formlist.h"
 #include "views/related/formrelated.h"
@@ -240,8 +241,7 @@ PageServices TarvelMain::pageServices() {
 bool TarvelMain::OpenRecord(qint16 relationKind, int id) {
     if (relationKind == kind::Task) return OpenTask(id);
     const lists::ListKind* list = lists::listKindForRecord(relationKind);
-    return list &&
-           OpenPage(list->detailPage, QStringLiteral("WHERE %1=%2").arg(list->key).arg(id), id);
+    return list && OpenPage(list->detailPage, recordCondition(list->fieldType, id), id);
 }
 
 bool TarvelMain::OpenTask(int taskId, const QDate& day, const QTime& time) {

@@ -111,7 +111,7 @@ PageWidget* listPage(qint16 code, const PageServices& s) {
     // The related button opens the record's page with its related panel in view.
     auto show = s.showPage;
     form->setRelatedOpener([show, kind](int id) {
-        show(kind->detailPage, QStringLiteral("WHERE %1=%2").arg(kind->key).arg(id), id, 1);
+        show(kind->detailPage, recordCondition(kind->fieldType, id), id, 1);
     });
     auto prompts = std::make_shared<DialogDataIoPrompts>(form);
     auto dialogs = s.dialogs;

@@ -4,34 +4,41 @@ namespace tarvel {
 
 namespace {
 const char* const kDetail = " - 详细信息";
-const PageInfo kPages[] = {
-    {page::Home, "form_pp", "pp", nullptr},
-    {page::OpportunityList, "form_opp_all", "opportunity", nullptr},
-    {page::OpportunityDetail, "form_opp_detail", "opportunity", kDetail},
-    {page::AccountList, "form_acc_all", "account", nullptr},
-    {page::AccountDetail, "form_acc_detail", "account", kDetail},
-    {page::ContactList, "form_con_all", "contact", nullptr},
-    {page::ContactDetail, "form_con_detail", "contact", kDetail},
-    {page::Schedule, "form_sch_all", "schedule", nullptr},
-    {page::Task, "form_sch_list", "schedule", " - 任务列表"},
-    {page::ScheduleStatistics, "form_sch_stat", "schedule", " - 统计"},
-    {page::TaskDetail, "form_sch_detail", "schedule", " - 日程"},
-    {page::DocumentList, "form_doc_all", "document", nullptr},
-    {page::DocumentDetail, "form_doc_detail", "document", kDetail},
-    {page::DataExchange, "form_inout", "inout", nullptr},
-    {page::Email, "form_email", "email", nullptr},
-    {page::Settings, "form_app_setting", "setting", nullptr},
-};
+
+// The pages of the record kinds come from the kind table; the schedule's and
+// the other modules' pages are the shell's own.
+QList<PageInfo> allPages() {
+    QList<PageInfo> pages{{page::Home, "form_pp", "pp", nullptr}};
+    for (const RecordKindInfo& k : recordKinds()) {
+        if (k.code == kind::Task) continue;
+        pages << PageInfo{k.listPage, k.listForm, k.moduleKey, nullptr}
+              << PageInfo{k.detailPage, k.detailForm, k.moduleKey, kDetail};
+    }
+    const char* schedule = kindByCode(kind::Task)->moduleKey;
+    pages << PageInfo{page::Schedule, "form_sch_all", schedule, nullptr}
+          << PageInfo{page::Task, "form_sch_list", schedule, " - 任务列表"}
+          << PageInfo{page::ScheduleStatistics, "form_sch_stat", schedule, " - 统计"}
+          << PageInfo{page::TaskDetail, kindByCode(kind::Task)->detailForm, schedule, " - 日程"}
+          << PageInfo{page::DataExchange, "form_inout", "inout", nullptr}
+          << PageInfo{page::Email, "form_email", "email", nullptr}
+          << PageInfo{page::Settings, "form_app_setting", "setting", nullptr};
+    return pages;
+}
+
+const QList<PageInfo>& kPages() {
+    static const QList<PageInfo> pages = allPages();
+    return pages;
+}
 }  // namespace
 
 const PageInfo* pageInfo(qint16 code) {
-    for (const PageInfo& info : kPages)
+    for (const PageInfo& info : kPages())
         if (info.code == code) return &info;
     return nullptr;
 }
 
 qint16 pageForKey(const QString& key) {
-    for (const PageInfo& info : kPages)
+    for (const PageInfo& info : kPages())
         if (!info.captionSuffix && key == QLatin1String(info.moduleKey)) return info.code;
     return 0;
 }

@@ -5,8 +5,8 @@
 #include <QScreen>
 #include <QSystemTrayIcon>
 
+#include "shell/windowplacement.h"
 #include "store/clock.h"
-#include "views/common/windowplacement.h"
 #include "views/schedule/formschremind.h"
 
 namespace tarvel {

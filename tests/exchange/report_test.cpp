@@ -158,7 +158,7 @@ TEST_F(Report, ImportIntoAnotherFileRenumbersAndRelinks) {
         ImportSummary summary;
         const Outcome out = importReport(report, &summary);
         ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
-        EXPECT_EQ(describe(summary), "单位 1，联系人 2，销售机会 1，日程 1，文档 1");
+        EXPECT_EQ(describe(summary), "客户单位 1，联系人 2，项目机会 1，日程安排 1，文档附件 1");
         // The incoming contacts got keys after the local one.
         EXPECT_EQ(
             column(

@@ -108,8 +108,9 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     run("INSERT INTO opportunities_tasks (opp_id, tas_id) VALUES (21, 6)");
     run("INSERT INTO opportunities_documents (opp_id, doc_id) VALUES (21, 9), (20, 8)");
     run("INSERT INTO tasks_documents (tas_id, doc_id) VALUES (6, 9)");
-    const char* const panels[] = {panel::Opportunity, panel::Account, panel::Contact, panel::Task,
-                                  panel::Document};
+    const char* const panels[] = {panel::formName(kind::Opportunity),
+                                  panel::formName(kind::Account), panel::formName(kind::Contact),
+                                  panel::formName(kind::Task), panel::formName(kind::Document)};
     const int records[] = {20, 10, 1, 6, 9};
     // The keys each grid lists on the panels of deal 20, account 10, contact 1,
     // task 6 and document 9, in that order; "-": the panel has no such grid.
@@ -163,7 +164,7 @@ TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccoun
         "#14:05:00#, NULL, '带样品')");
     run("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (1, 1), (1, 2)");
     Contact c;
-    open(c, panel::Opportunity, 20);
+    open(c, panel::formName(kind::Opportunity), 20);
     ASSERT_TRUE(c.ShowContact(1, true)) << c.ErrMsg().toStdString();
     QStringList shown;
     for (const char* control : {"txt_con_name", "txt_con_nickname", "txt_con_account",
@@ -215,7 +216,7 @@ TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccoun
 TEST_F(Panels, OpportunityReadersConvertTheComboAndClearThePrivacyFlag) {
     run("INSERT INTO accounts (acc_id, acc_name) VALUES (10, '华信')");
     Opportunity o;
-    open(o, panel::Account, 10);
+    open(o, panel::formName(kind::Account), 10);
     type("txt_opp_name", QStringLiteral("数据中心"));
     type("dt_opp_enddate", QDate(2026, 9, 30));
     type("txt_opp_revenue", QStringLiteral("1,200.50"));
@@ -261,7 +262,7 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     run("INSERT INTO opportunities (opp_id, opp_subject) VALUES (20, '项目')");
     run("INSERT INTO documents (doc_id, doc_name) VALUES (9, '合同')");
     Contact c;
-    open(c, panel::Opportunity, 20);
+    open(c, panel::formName(kind::Opportunity), 20);
     // Cut to 50 characters, counted as characters: a pair of UTF-16 units stays whole.
     const QString wide = QString::fromUcs4(U"\U00020000");
     type("txt_con_name", repeated("王", 49) + wide + repeated("王", 10));
@@ -287,7 +288,7 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
               "O'Brien's buyer");
 
     Account a;
-    open(a, panel::Document, 9);
+    open(a, panel::formName(kind::Document), 9);
     type("txt_acc_name", repeated("华", 80));
     ASSERT_TRUE(a.AddAccount());
     ASSERT_TRUE(a.AddToList()) << a.ErrMsg().toStdString();
@@ -296,7 +297,7 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     EXPECT_EQ(scalar("SELECT acc_name FROM accounts WHERE acc_id=2"), repeated("华", 50));
 
     document d;
-    open(d, panel::Task, 6);
+    open(d, panel::formName(kind::Task), 6);
     type("txt_doc_path", repeated("p", 300));
     ASSERT_TRUE(d.AddDocument());
     ASSERT_TRUE(d.AddToList()) << d.ErrMsg().toStdString();
@@ -308,7 +309,7 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
 
     // On an account's panel a new contact joins that account rather than a namesake.
     Contact joining;
-    open(joining, panel::Account, 2);
+    open(joining, panel::formName(kind::Account), 2);
     type("txt_con_account", repeated("华", 50));
     ASSERT_TRUE(joining.AddContact());
     ASSERT_TRUE(joining.AddToList()) << joining.ErrMsg().toStdString();
@@ -317,7 +318,7 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
 
     // On a contact's panel a new contact is related to it, then edited through the joined grid.
     Contact related;
-    open(related, panel::Contact, 1);
+    open(related, panel::formName(kind::Contact), 1);
     type("txt_con_name", QStringLiteral("李四"));
     type("txt_con_account", QString());
     type("txt_con_part", QStringLiteral("表兄's"));
@@ -343,7 +344,7 @@ TEST_F(Panels, AContactWithoutAnAccountGetsTheOneTyped) {
     run("INSERT INTO opportunities (opp_id) VALUES (20)");
     run("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (20, 1)");
     Contact c;
-    open(c, panel::Opportunity, 20);
+    open(c, panel::formName(kind::Opportunity), 20);
     ASSERT_TRUE(c.ShowContact(1, true));
     EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
     type("txt_con_account", QStringLiteral("新世纪软件"));
@@ -361,7 +362,7 @@ TEST_F(Panels, ANestedFailureOfTheAccountIsReportedWithItsOwnEntryOnly) {
     run("CREATE TRIGGER refuse_account BEFORE INSERT ON accounts BEGIN SELECT RAISE(ABORT, "
         "'refused by trigger'); END");
     Contact c;
-    open(c, panel::Opportunity, 20);
+    open(c, panel::formName(kind::Opportunity), 20);
     type("txt_con_name", QStringLiteral("张三"));
     type("txt_con_account", QStringLiteral("新世纪软件"));
     ASSERT_TRUE(c.AddContact());

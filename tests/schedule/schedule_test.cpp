@@ -497,7 +497,7 @@ TEST_F(Tasks, TheFormOperationsOnAPanelAndOnTheDetailForm) {
     run("INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_closed, tas_description) VALUES (3, "
         "'旧的', #2026-1-1#, 1, '带章')");
     run("INSERT INTO opportunities_tasks (opp_id, tas_id) VALUES (20, 3)");
-    MapForm form(QLatin1String(panel::Opportunity));
+    MapForm form(QLatin1String(panel::formName(kind::Opportunity)));
     form.setProperty(QLatin1String(panel::RecordId), 20);
     DataControl grid;
     Task t;

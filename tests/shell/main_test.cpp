@@ -14,6 +14,8 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "browse/tickmodel.h"
+#include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "shell/globals.h"
@@ -23,11 +25,9 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/listrecords.h"
-#include "views/common/unsaved.h"
 #include "views/home/formhome.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/formlist.h"
-#include "views/lists/tickmodel.h"
 #include "views/schedule/formschremind.h"
 #include "views/settings/formappsetting.h"
 

@@ -1,5 +1,5 @@
 // Conditions shown to the user in words, never as SQL.
-#include "views/common/conditiontext.h"
+#include "browse/conditiontext.h"
 
 #include <QtTest>
 

@@ -13,18 +13,18 @@
 #include <QTemporaryFile>
 #include <QtTest>
 
+#include "browse/listkind.h"
+#include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
-#include "views/common/unsaved.h"
 #include "views/details/formaccdetail.h"
 #include "views/details/formcondetail.h"
 #include "views/details/formdocdetail.h"
 #include "views/details/formoppdetail.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listkind.h"
 #include "views/related/formrelated.h"
 
 using namespace tarvel;

@@ -17,6 +17,11 @@
 #include <QUrlQuery>
 #include <QtTest>
 
+#include "browse/conditionwords.h"
+#include "browse/listsql.h"
+#include "browse/mailing.h"
+#include "browse/tickmodel.h"
+#include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
@@ -24,15 +29,10 @@
 #include "tests/views/listids.h"
 #include "tests/views/listrecords.h"
 #include "views/common/filedialogs.h"
-#include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
-#include "views/lists/conditionwords.h"
 #include "views/lists/formemail.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listsql.h"
-#include "views/lists/mailing.h"
-#include "views/lists/tickmodel.h"
 
 using namespace tarvel;
 using namespace tarvel::lists;

@@ -2,10 +2,10 @@
 // Keys a list screen shows, and keys the engine selects, for comparing the two.
 #include <QSet>
 
+#include "browse/listsql.h"
+#include "browse/tickmodel.h"
 #include "store/tarveldatabase.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listsql.h"
-#include "views/lists/tickmodel.h"
 
 namespace tarvel::testsupport {
 

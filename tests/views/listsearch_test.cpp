@@ -6,16 +6,16 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
+#include "browse/listsql.h"
+#include "browse/tickmodel.h"
+#include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/listids.h"
 #include "tests/views/listrecords.h"
-#include "views/common/unsaved.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listsql.h"
-#include "views/lists/tickmodel.h"
 
 using namespace tarvel;
 using namespace tarvel::lists;

@@ -1,6 +1,6 @@
 // The grid model over a recordset: cells come from the recordset as the grid
 // asks, its shape changes on reload, and grid rows and records stay in step.
-#include "views/common/recordsetmodel.h"
+#include "browse/recordsetmodel.h"
 
 #include <QAbstractItemModelTester>
 #include <QtTest>

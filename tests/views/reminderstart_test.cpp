@@ -5,12 +5,12 @@
 #include <QtTest>
 
 #include "shell/mainwindow.h"
+#include "shell/windowplacement.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
 #include "views/schedule/formschremind.h"
-#include "views/common/windowplacement.h"
 
 using namespace tarvel;
 using tarvel::testsupport::at;

@@ -9,6 +9,8 @@
 #include <QPlainTextEdit>
 #include <QtTest>
 
+#include "browse/tickmodel.h"
+#include "browse/unsaved.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
 #include "shell/mainwindow.h"
@@ -17,8 +19,6 @@
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
-#include "views/common/unsaved.h"
-#include "views/lists/tickmodel.h"
 #include "views/schedule/formschdetail.h"
 #include "views/schedule/taskrelatedpanel.h"
 

@@ -6,29 +6,9 @@
 #include <QWidget>
 #include <functional>
 
-namespace tarvel {
+#include "records/kinds.h"
 
-// Page codes of the page-switching routine, as stored in the page history.
-// Each module keeps a band of codes: its list, then its detail page. They sit
-// here rather than in the shell because screens open one another's pages.
-namespace page {
-inline constexpr qint16 Home = 1;
-inline constexpr qint16 OpportunityList = 3;
-inline constexpr qint16 OpportunityDetail = 4;
-inline constexpr qint16 AccountList = 12;
-inline constexpr qint16 AccountDetail = 13;
-inline constexpr qint16 ContactList = 22;
-inline constexpr qint16 ContactDetail = 23;
-inline constexpr qint16 Schedule = 30;
-inline constexpr qint16 Task = 31;
-inline constexpr qint16 ScheduleStatistics = 32;
-inline constexpr qint16 TaskDetail = 33;
-inline constexpr qint16 DocumentList = 40;
-inline constexpr qint16 DocumentDetail = 41;
-inline constexpr qint16 DataExchange = 42;
-inline constexpr qint16 Email = 43;
-inline constexpr qint16 Settings = 44;
-}  // namespace page
+namespace tarvel {
 
 // A date as the pages and the status bar show it: "2024年5月1日 星期三".
 inline QString longDate(const QDate& date) {

@@ -9,12 +9,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/listkind.h"
 #include "records/account.h"
 #include "records/recordsearch.h"
-#include "views/details/detaillayout.h"
 #include "views/common/namesearch.h"
+#include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
-#include "views/lists/listkind.h"
 
 namespace tarvel {
 

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/listkind.h"
 #include "records/contact.h"
 #include "records/recordsearch.h"
 #include "store/jetdate.h"
@@ -19,7 +20,6 @@
 #include "views/common/namesearch.h"
 #include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
-#include "views/lists/listkind.h"
 
 namespace tarvel {
 

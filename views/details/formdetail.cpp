@@ -11,24 +11,23 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "browse/listkind.h"
+#include "browse/liststore.h"
+#include "browse/unsaved.h"
 #include "custom/appsettings.h"
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "records/currency.h"
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
-#include "views/common/unsaved.h"
 #include "views/details/detaillayout.h"
-#include "views/options/formoption.h"
 #include "views/lists/formlist.h"
-#include "views/lists/listkind.h"
-#include "views/lists/liststore.h"
+#include "views/options/formoption.h"
 #include "views/options/optionwidgets.h"
 
 namespace tarvel {
@@ -37,10 +36,8 @@ namespace {
 
 // The module key of the interface layout for a list's prefix.
 QString moduleKey(const QString& prefix) {
-    if (prefix == QLatin1String("con")) return QStringLiteral("contact");
-    if (prefix == QLatin1String("acc")) return QStringLiteral("account");
-    if (prefix == QLatin1String("opp")) return QStringLiteral("opportunity");
-    return QStringLiteral("document");
+    const RecordKindInfo* k = kindByPrefix(prefix);
+    return k ? QLatin1String(k->moduleKey) : QString();
 }
 
 // Used when the setting is missing: the text is appended to the address.
@@ -140,11 +137,7 @@ void FormDetail::info(const QString& text) {
 
 void FormDetail::fill(const PageRequest& request) {
     int id = request.recordId;
-    if (id == 0) {
-        static const QRegularExpression keyed(QStringLiteral("_id\\s*=\\s*(-?\\d+)"));
-        const auto match = keyed.match(request.condition);
-        if (match.hasMatch()) id = std::max(0, match.captured(1).toInt());
-    }
+    if (id == 0) id = int(recordOfCondition(request.condition));
     showRecord(id);
     // Once the page is in view, so that the area can take the focus.
     if (request.pageNo == 1) QTimer::singleShot(0, this, &FormDetail::showRelated);
@@ -453,8 +446,7 @@ bool FormDetail::save() {
         return false;
     }
     if (lists::FormList* l = list()) l->recordSaved(id);
-    if (recordId_ == 0 && historyUpdate_)
-        historyUpdate_(QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), id);
+    if (recordId_ == 0 && historyUpdate_) historyUpdate_(recordCondition(kind_.fieldType, id), id);
     showRecord(id);
     return true;
 }

@@ -12,11 +12,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/listkind.h"
 #include "records/document.h"
 #include "views/common/filedialogs.h"
 #include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
-#include "views/lists/listkind.h"
 
 namespace tarvel {
 

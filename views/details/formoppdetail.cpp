@@ -11,13 +11,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/listkind.h"
 #include "records/opportunity.h"
 #include "records/recordsearch.h"
 #include "store/jetdate.h"
 #include "views/common/namesearch.h"
 #include "views/details/detaillayout.h"
 #include "views/details/storerecord.h"
-#include "views/lists/listkind.h"
 #include "views/options/optionwidgets.h"
 
 namespace tarvel {

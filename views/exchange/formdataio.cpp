@@ -134,7 +134,7 @@ QPushButton* FormDataIO::button(const char* name, const QString& text, void (For
 QComboBox* FormDataIO::kindCombo(const char* name, const QList<int>& codes) {
     auto* combo = new QComboBox;
     combo->setObjectName(QLatin1String(name));
-    for (int code : codes) combo->addItem(exchange::recordKind(code)->caption, code);
+    for (int code : codes) combo->addItem(exchange::recordKind(code)->captionText(), code);
     return combo;
 }
 
@@ -217,25 +217,25 @@ void FormDataIO::cmd_import_report_Click() {
 
 void FormDataIO::cmd_export_csv_Click() {
     const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
-    const QString proposed =
-        QDir(exchange::dataFolder())
-            .filePath(QStringLiteral("output-") + kind->word + QStringLiteral(".xlsx"));
+    const QString proposed = QDir(exchange::dataFolder())
+                                 .filePath(QStringLiteral("output-") + QLatin1String(kind->table) +
+                                           QStringLiteral(".xlsx"));
     const QString chosen =
         saveName(QStringLiteral("请选择要生成的文件名"), proposed, kTableOutFilter);
     if (chosen.isEmpty()) return;
     ProgressRun progress(this, QStringLiteral("正在导出……"));
-    report(exchange::exportCsv(kind->word, chosen, progress.callback()),
+    report(exchange::exportCsv(QLatin1String(kind->table), chosen, progress.callback()),
            QStringLiteral("已导出到 ") + chosen);
 }
 
 void FormDataIO::cmd_import_csv_Click() {
     const exchange::RecordKind* kind = exchange::recordKind(cboCsvKind_->currentData().toInt());
     const QString chosen =
-        openName(QStringLiteral("从Excel/CSV文件导入") + kind->caption, kTableInFilter);
+        openName(QStringLiteral("从Excel/CSV文件导入") + kind->captionText(), kTableInFilter);
     if (chosen.isEmpty()) return;
     exchange::CsvImportPlan plan;
     QString error;
-    if (!exchange::planCsvImport(chosen, kind->word, &plan, &error)) {
+    if (!exchange::planCsvImport(chosen, QLatin1String(kind->table), &plan, &error)) {
         dialogs_->info(messageTitle(), error);
         return;
     }
@@ -254,7 +254,7 @@ void FormDataIO::cmd_import_csv_Click() {
     exchange::CsvImportResult result;
     ProgressRun progress(this, QStringLiteral("正在导入……"));
     const exchange::Outcome out = exchange::importCsv(plan, true, &result, progress.callback());
-    if (report(out, QStringLiteral("导入%1完成：").arg(kind->caption) + result.summary()))
+    if (report(out, QStringLiteral("导入%1完成：").arg(kind->captionText()) + result.summary()))
         emit dataReplaced();
 }
 

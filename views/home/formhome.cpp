@@ -256,10 +256,10 @@ void FormHome::openItem(QTreeWidgetItem* item) {
     const int id = item ? item->data(0, kIdRole).toInt() : 0;
     if (id == 0 || !pageSwitch_) return;
     const qint16 code = qint16(item->data(0, kPageRole).toInt());
-    const char* key = code == page::TaskDetail      ? "tas_id"
-                      : code == page::ContactDetail ? "con_id"
-                                                    : "opp_id";
-    pageSwitch_(code, QStringLiteral("WHERE %1=%2").arg(QLatin1String(key)).arg(id), id);
+    const qint16 kindCode = code == page::TaskDetail      ? kind::Task
+                            : code == page::ContactDetail ? kind::Contact
+                                                          : kind::Opportunity;
+    pageSwitch_(code, recordCondition(kindCode, id), id);
 }
 
 }  // namespace tarvel

@@ -2,7 +2,7 @@
 
 #include <QTreeWidget>
 
-#include "views/lists/listkind.h"
+#include "browse/listkind.h"
 
 namespace tarvel::lists {
 

@@ -3,9 +3,9 @@
 #include <QList>
 #include <memory>
 
+#include "browse/mailing.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
-#include "views/lists/mailing.h"
 #include "views/common/page.h"
 
 class QLineEdit;

@@ -16,19 +16,19 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "browse/conditionwords.h"
+#include "browse/listexport.h"
+#include "browse/listsql.h"
+#include "browse/memocolumn.h"
+#include "browse/recordsetmodel.h"
+#include "browse/tickmodel.h"
+#include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
 #include "views/common/flatbutton.h"
-#include "views/common/memocolumn.h"
-#include "views/common/recordsetmodel.h"
-#include "views/common/unsaved.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
-#include "views/lists/conditionwords.h"
-#include "views/lists/listexport.h"
-#include "views/lists/listsql.h"
-#include "views/lists/tickmodel.h"
 
 namespace tarvel::lists {
 
@@ -447,7 +447,7 @@ void FormList::tickAll(int mode) {
 void FormList::openRecord(int row) {
     if (row < 0 || !pageSwitch_ || keepUnsavedEdits()) return;
     const qint64 id = ticks_->idAt(row);
-    pageSwitch_(kind_.detailPage, QStringLiteral("WHERE %1=%2").arg(kind_.key).arg(id), qint32(id));
+    pageSwitch_(kind_.detailPage, recordCondition(kind_.fieldType, id), qint32(id));
 }
 
 int FormList::rowCount() const {

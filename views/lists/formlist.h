@@ -5,15 +5,15 @@
 #include <functional>
 #include <memory>
 
+#include "browse/listexport.h"
+#include "browse/listkind.h"
+#include "browse/liststore.h"
+#include "browse/searchindex.h"
 #include "store/datacontrol.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
-#include "views/lists/addresslabels.h"
-#include "views/lists/listexport.h"
-#include "views/lists/listkind.h"
-#include "views/lists/liststore.h"
-#include "views/lists/searchindex.h"
 #include "views/common/page.h"
+#include "views/lists/addresslabels.h"
 
 class QCheckBox;
 class QComboBox;

@@ -6,10 +6,10 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "browse/savefailure.h"
 #include "store/tarveldatabase.h"
-#include "views/common/savefailure.h"
-#include "views/options/optionwidgets.h"
 #include "views/common/page.h"
+#include "views/options/optionwidgets.h"
 
 namespace tarvel {
 

@@ -8,9 +8,9 @@
 #include <QTableView>
 #include <memory>
 
+#include "browse/recordsetmodel.h"
 #include "store/datacontrol.h"
 #include "views/common/dialogs.h"
-#include "views/common/recordsetmodel.h"
 
 namespace tarvel {
 

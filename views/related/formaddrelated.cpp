@@ -5,10 +5,10 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "browse/relatedrecords.h"
 #include "records/recordbase.h"
 #include "records/recordsearch.h"
 #include "views/related/formrelated.h"
-#include "views/related/relatedrecords.h"
 
 namespace tarvel {
 

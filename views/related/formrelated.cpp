@@ -13,19 +13,19 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "browse/memocolumn.h"
+#include "browse/recordsetmodel.h"
+#include "browse/relatedkind.h"
+#include "browse/savefailure.h"
+#include "browse/tickmodel.h"
 #include "records/account.h"
 #include "records/recordsearch.h"
 #include "records/relatedcounts.h"
 #include "store/jetdate.h"
 #include "views/common/accountquestion.h"
-#include "views/common/memocolumn.h"
 #include "views/common/namesearch.h"
-#include "views/common/savefailure.h"
-#include "views/lists/tickmodel.h"
-#include "views/common/recordsetmodel.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/quickedit.h"
-#include "views/related/relatedkind.h"
 
 namespace tarvel {
 

@@ -7,10 +7,10 @@
 #include <memory>
 #include <vector>
 
+#include "browse/relatedrecords.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 #include "views/related/panelform.h"
-#include "views/related/relatedrecords.h"
 
 namespace tarvel {
 

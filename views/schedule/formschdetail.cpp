@@ -6,13 +6,13 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "browse/unsaved.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
 #include "schedule/tasklinks.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/transaction.h"
-#include "views/common/unsaved.h"
 #include "views/options/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -287,12 +287,8 @@ void FormSchDetail::setOriginLinks(qint16 recordKind, int recordId) {
 void FormSchDetail::newTaskFor(qint16 recordKind, int recordId) {
     showTask(0, QDate(), QTime());
     // The subject a task begun on the record's related panel gets.
-    const char* panelName = recordKind == kind::Opportunity ? panel::Opportunity
-                            : recordKind == kind::Account   ? panel::Account
-                            : recordKind == kind::Contact   ? panel::Contact
-                            : recordKind == kind::Document  ? panel::Document
-                                                            : nullptr;
-    if (!panelName) return;
+    if (recordKind == kind::Task || !kindByCode(recordKind)) return;
+    const char* panelName = panel::formName(recordKind);
     MapForm origin{QLatin1String(panelName)};
     origin.setProperty(QLatin1String(panel::RecordId), recordId);
     Task named;

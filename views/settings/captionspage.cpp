@@ -1,6 +1,7 @@
 #include "views/settings/captionspage.h"
 
 #include "custom/appsettings.h"
+#include "schedule/labels.h"
 
 namespace tarvel {
 

@@ -3,8 +3,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "browse/savefailure.h"
 #include "store/transaction.h"
-#include "views/common/savefailure.h"
 #include "views/settings/captionspage.h"
 #include "views/settings/fieldspage.h"
 #include "views/settings/personalpage.h"

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 
 #include "custom/appsettings.h"
+#include "records/kinds.h"
 
 namespace tarvel {
 
@@ -15,14 +16,12 @@ QStringList RelatedPage::owners() {
 }
 
 QStringList RelatedPage::panels(const QString& owner) {
-    static const QHash<QString, QStringList> panels = {
-        {QStringLiteral("acc"), {"acc_sch", "acc_con", "acc_opp", "acc_doc"}},
-        {QStringLiteral("opp"), {"opp_sch", "opp_con", "opp_acc", "opp_doc"}},
-        {QStringLiteral("con"), {"con_sch", "con_con", "con_opp", "con_doc"}},
-        {QStringLiteral("sch"), {"sch_opp", "sch_con", "sch_acc", "sch_doc"}},
-        {QStringLiteral("doc"), {"doc_opp", "doc_acc", "doc_con", "doc_sch"}},
-    };
-    return panels.value(owner);
+    QStringList names;
+    for (const RecordKindInfo& k : recordKinds())
+        if (owner == QLatin1String(k.word))
+            for (qint16 other : k.layoutPanels())
+                names << owner + QLatin1Char('_') + QLatin1String(kindByCode(other)->word);
+    return names;
 }
 
 RelatedPage::RelatedPage(const QString& owner, QWidget* parent)

@@ -1,6 +1,8 @@
 #include "views/settings/settingspage.h"
 
 #include "custom/appsettings.h"
+#include "records/kinds.h"
+#include "schedule/labels.h"
 
 namespace tarvel {
 
@@ -18,8 +20,14 @@ QString ModuleCaptions::caption(const QString& key) const {
 }
 
 const QStringList& ModuleCaptions::recordModules() {
-    static const QStringList modules = {"account", "opportunity", "contact", "schedule",
-                                        "document"};
+    // In the order of the settings window's tabs.
+    static const QStringList modules = [] {
+        QStringList keys;
+        for (qint16 code :
+             {kind::Account, kind::Opportunity, kind::Contact, kind::Task, kind::Document})
+            keys << QLatin1String(kindByCode(code)->moduleKey);
+        return keys;
+    }();
     return modules;
 }
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <functional>
 
-#include "views/lists/listkind.h"
+#include "browse/listkind.h"
 
 namespace tarvel::lists {
 

@@ -1,11 +1,11 @@
-#include "views/lists/listexport.h"
+#include "browse/listexport.h"
 
 #include <QSaveFile>
 
+#include "browse/tickmodel.h"
 #include "custom/fsettings.h"
 #include "exchange/csv.h"
 #include "exchange/xlsxwrite.h"
-#include "views/lists/tickmodel.h"
 
 namespace tarvel::lists {
 

@@ -1,4 +1,4 @@
-#include "views/lists/mailing.h"
+#include "browse/mailing.h"
 
 #include "custom/softwaresetting.h"
 #include "store/tarveldatabase.h"

@@ -1,8 +1,8 @@
-#include "views/common/conditiontext.h"
+#include "browse/conditiontext.h"
 
 #include <QRegularExpression>
 
-#include "records/recordbase.h"
+#include "records/kinds.h"
 #include "schedule/labels.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
@@ -17,18 +17,8 @@ QRegularExpression pattern(const char* text) {
 
 // The record kind a column prefix ("con", "acc", ...) belongs to, in words.
 QString kindOf(const QString& prefix) {
-    static const struct {
-        const char* prefix;
-        qint16 kind;
-    } kinds[] = {{"con", kind::Contact},      {"acc", kind::Account},
-                 {"opp", kind::Opportunity},  {"tas", kind::Task},
-                 {"doc", kind::Document},     {"contacts", kind::Contact},
-                 {"accounts", kind::Account}, {"opportunities", kind::Opportunity},
-                 {"tasks", kind::Task},       {"documents", kind::Document}};
-    for (const auto& k : kinds)
-        if (prefix.compare(QLatin1String(k.prefix), Qt::CaseInsensitive) == 0)
-            return recordKindLabel(k.kind);
-    return QStringLiteral("记录");
+    const RecordKindInfo* k = kindByPrefix(prefix);
+    return k ? recordKindLabel(k->code) : QStringLiteral("记录");
 }
 
 // The words for a column compared with a typed value ("con_province" -> 地区).

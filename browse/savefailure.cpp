@@ -1,4 +1,4 @@
-#include "views/common/savefailure.h"
+#include "browse/savefailure.h"
 
 #include <QDir>
 

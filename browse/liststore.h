@@ -3,8 +3,8 @@
 #include <QList>
 #include <QString>
 
+#include "browse/listkind.h"
 #include "store/recordset.h"
-#include "views/lists/listkind.h"
 
 namespace tarvel::lists {
 

@@ -1,4 +1,4 @@
-#include "views/related/relatedrecords.h"
+#include "browse/relatedrecords.h"
 
 #include "records/account.h"
 #include "records/contact.h"

@@ -1,4 +1,4 @@
-#include "views/lists/listsql.h"
+#include "browse/listsql.h"
 
 #include "store/tarveldatabase.h"
 

@@ -1,10 +1,10 @@
-#include "views/lists/listkind.h"
+#include "browse/listkind.h"
 
 #include "records/account.h"
 #include "records/contact.h"
 #include "records/document.h"
+#include "records/kinds.h"
 #include "records/opportunity.h"
-#include "views/common/page.h"
 
 namespace tarvel::lists {
 
@@ -40,26 +40,42 @@ CategoryGroup group(const char* key, const char* caption, Match match, const cha
             std::move(count)};
 }
 
+QList<CategoryGroup> leading();
+
+CategoryGroup kindGroup(const char* key, qint16 code, Match match, const char* column,
+                        CountCategories count) {
+    return {QLatin1String(key), kindByCode(code)->captionText(), match, QLatin1String(column),
+            std::move(count)};
+}
+
+// The facts every list takes from the kind table; search columns and groups
+// are the list's own.
+ListKind base(qint16 code, UnsavedModule module) {
+    const RecordKindInfo& k = *kindByCode(code);
+    return {k.listNumber,
+            k.code,
+            k.listPage,
+            // A task opens on the task list's own page, which edits it.
+            k.code == kind::Task ? k.listPage : k.detailPage,
+            QLatin1String(k.listForm),
+            QLatin1String(k.prefix),
+            QLatin1String(k.table),
+            QLatin1String(k.listSource),
+            QLatin1String(k.key),
+            QLatin1String(k.tick),
+            QStringLiteral(" ORDER BY %1 DESC").arg(QLatin1String(k.recentColumn)),
+            QString::fromUtf8(k.noun),
+            {},
+            leading(),
+            module};
+}
+
 QList<CategoryGroup> leading() {
     return {group("all", "全部记录", Match::All), group("search", "搜索", Match::Search)};
 }
 
 ListKind contacts() {
-    ListKind k{listno::Contacts,
-               3,
-               page::ContactList,
-               page::ContactDetail,
-               QStringLiteral("form_con_all"),
-               QStringLiteral("con"),
-               QStringLiteral("contacts"),
-               QStringLiteral("que_contacts_accounts"),
-               QStringLiteral("con_id"),
-               QStringLiteral("con_check"),
-               QStringLiteral(" ORDER BY con_recent_contact_date DESC"),
-               QStringLiteral("联系人"),
-               {},
-               leading(),
-               UnsavedModule::Contact};
+    ListKind k = base(kind::Contact, UnsavedModule::Contact);
     for (const char* c :
          {"con_lastname",         "acc_name",      "con_description", "con_nickname",
           "con_department_title", "con_telephone", "con_telephone3",  "con_telephone2",
@@ -70,42 +86,29 @@ ListKind contacts() {
         k.searchColumns << QLatin1String(c);
     k.groups
         << group("birthday", "今天过生日", Match::Birthday)
-        << group("opportunity", "项目机会", Match::Participation, "",
-                 calc(&Contact::CalcByOpportunity))
+        << kindGroup("opportunity", kind::Opportunity, Match::Participation, "",
+                     calc(&Contact::CalcByOpportunity))
         << group("province", "地区", Match::Equal, "con_province", calc(&Contact::CalcByProvince))
         << group("important", "重要性", Match::Equal, "con_important",
                  calc(&Contact::CalcByImportant))
         << group("relation", "关系", Match::Equal, "con_relation", calc(&Contact::CalcByRelation))
         << group("industry", "行业", Match::Equal, "acc_industry", calc(&Contact::CalcByIndustry))
-        << group("account", "客户单位", Match::AccountName, "acc_name",
-                 calc(&Contact::CalcByAccount))
+        << kindGroup("account", kind::Account, Match::AccountName, "acc_name",
+                     calc(&Contact::CalcByAccount))
         << group("acctype", "客户类型", Match::Equal, "acc_type", calc(&Contact::CalcByAccType))
         << group("tag", "标签", Match::Substring, "con_tag", calc(&Contact::CalcByTag));
     return k;
 }
 
 ListKind accounts() {
-    ListKind k{
-        listno::Accounts,
-        2,
-        page::AccountList,
-        page::AccountDetail,
-        QStringLiteral("form_acc_all"),
-        QStringLiteral("acc"),
-        QStringLiteral("accounts"),
-        QStringLiteral("accounts"),
-        QStringLiteral("acc_id"),
-        QStringLiteral("acc_check"),
-        QStringLiteral(" ORDER BY acc_recent_contact_date DESC"),
-        QStringLiteral("客户单位"),
-        {QStringLiteral("acc_name"), QStringLiteral("acc_description"),
-         QStringLiteral("acc_address"), QStringLiteral("acc_postcode"),
-         QStringLiteral("acc_telephone"), QStringLiteral("acc_fax"), QStringLiteral("acc_website")},
-        leading(),
-        UnsavedModule::Account};
+    ListKind k = base(kind::Account, UnsavedModule::Account);
+    k.searchColumns = {QStringLiteral("acc_name"),      QStringLiteral("acc_description"),
+                       QStringLiteral("acc_address"),   QStringLiteral("acc_postcode"),
+                       QStringLiteral("acc_telephone"), QStringLiteral("acc_fax"),
+                       QStringLiteral("acc_website")};
     k.groups
-        << group("opportunity", "项目机会", Match::Participation, "",
-                 calc(&Account::CalcByOpportunity))
+        << kindGroup("opportunity", kind::Opportunity, Match::Participation, "",
+                     calc(&Account::CalcByOpportunity))
         << group("province", "地区", Match::Equal, "acc_province", calc(&Account::CalcByProvince))
         << group("important", "重要性", Match::Equal, "acc_important",
                  calc(&Account::CalcByImportant))
@@ -117,21 +120,8 @@ ListKind accounts() {
 }
 
 ListKind opportunities() {
-    ListKind k{listno::Opportunities,
-               1,
-               page::OpportunityList,
-               page::OpportunityDetail,
-               QStringLiteral("form_opp_all"),
-               QStringLiteral("opp"),
-               QStringLiteral("opportunities"),
-               QStringLiteral("opportunities"),
-               QStringLiteral("opp_id"),
-               QStringLiteral("opp_check"),
-               QStringLiteral(" ORDER BY opp_recent_contact_date DESC"),
-               QStringLiteral("项目机会"),
-               {QStringLiteral("opp_subject"), QStringLiteral("opp_description")},
-               leading(),
-               UnsavedModule::Opportunity};
+    ListKind k = base(kind::Opportunity, UnsavedModule::Opportunity);
+    k.searchColumns = {QStringLiteral("opp_subject"), QStringLiteral("opp_description")};
     k.groups << group("phase", "销售阶段", Match::Equal, "opp_phase",
                       calc(&Opportunity::CalcByPhase))
              << group("probability", "成功概率", Match::Number, "opp_succeed_probability",
@@ -149,39 +139,14 @@ ListKind opportunities() {
 }
 
 ListKind tasks() {
-    return {listno::Tasks,
-            4,
-            page::Task,
-            page::Task,
-            QStringLiteral("form_tas_all"),
-            QStringLiteral("tas"),
-            QStringLiteral("tasks"),
-            QStringLiteral("tasks"),
-            QStringLiteral("tas_id"),
-            QStringLiteral("tas_check"),
-            QStringLiteral(" ORDER BY tas_date DESC"),
-            QStringLiteral("任务"),
-            {QStringLiteral("tas_subject"), QStringLiteral("tas_description")},
-            leading(),
-            UnsavedModule::Task};
+    ListKind k = base(kind::Task, UnsavedModule::Task);
+    k.searchColumns = {QStringLiteral("tas_subject"), QStringLiteral("tas_description")};
+    return k;
 }
 
 ListKind documents() {
-    ListKind k{listno::Documents,
-               5,
-               page::DocumentList,
-               page::DocumentDetail,
-               QStringLiteral("form_doc_all"),
-               QStringLiteral("doc"),
-               QStringLiteral("documents"),
-               QStringLiteral("documents"),
-               QStringLiteral("doc_id"),
-               QStringLiteral("doc_check"),
-               QStringLiteral(" ORDER BY doc_recentedit_date DESC"),
-               QStringLiteral("文档"),
-               {QStringLiteral("doc_name"), QStringLiteral("doc_description")},
-               leading(),
-               UnsavedModule::Document};
+    ListKind k = base(kind::Document, UnsavedModule::Document);
+    k.searchColumns = {QStringLiteral("doc_name"), QStringLiteral("doc_description")};
     // Documents are counted by their whole tag text, so they are matched whole.
     k.groups << group("tag", "标签", Match::Equal, "doc_tag", calc(&document::CalcByTag));
     return k;

@@ -6,7 +6,7 @@
 #include <QVariantList>
 #include <functional>
 
-#include "views/common/unsaved.h"
+#include "browse/unsaved.h"
 
 namespace tarvel::lists {
 

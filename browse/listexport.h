@@ -4,8 +4,8 @@
 #include <QString>
 #include <functional>
 
+#include "browse/listkind.h"
 #include "store/recordset.h"
-#include "views/lists/listkind.h"
 
 namespace tarvel::lists {
 

@@ -1,4 +1,4 @@
-#include "views/common/unsaved.h"
+#include "browse/unsaved.h"
 
 namespace tarvel {
 

@@ -1,5 +1,6 @@
-#include "views/lists/liststore.h"
+#include "browse/liststore.h"
 
+#include "browse/listsql.h"
 #include "custom/fsettings.h"
 #include "records/account.h"
 #include "records/contact.h"
@@ -8,7 +9,6 @@
 #include "schedule/task.h"
 #include "store/tarveldatabase.h"
 #include "store/transaction.h"
-#include "views/lists/listsql.h"
 
 namespace tarvel::lists {
 

@@ -1,9 +1,9 @@
-#include "views/lists/conditionwords.h"
+#include "browse/conditionwords.h"
 
 #include <QRegularExpression>
 
-#include "views/common/conditiontext.h"
-#include "views/lists/listsql.h"
+#include "browse/conditiontext.h"
+#include "browse/listsql.h"
 
 namespace tarvel::lists {
 

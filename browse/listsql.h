@@ -3,7 +3,7 @@
 #include <QDate>
 #include <QString>
 
-#include "views/lists/listkind.h"
+#include "browse/listkind.h"
 
 namespace tarvel::lists {
 

@@ -1,4 +1,4 @@
-#include "views/lists/tickmodel.h"
+#include "browse/tickmodel.h"
 
 #include <QDateTime>
 #include <QLocale>

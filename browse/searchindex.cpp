@@ -1,11 +1,11 @@
-#include "views/lists/searchindex.h"
+#include "browse/searchindex.h"
 
 #include <string.h>
 
 #include <QHash>
 #include <algorithm>
 
-#include "views/lists/likematch.h"
+#include "browse/likematch.h"
 
 namespace tarvel::lists {
 

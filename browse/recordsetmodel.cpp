@@ -1,4 +1,4 @@
-#include "views/common/recordsetmodel.h"
+#include "browse/recordsetmodel.h"
 
 #include <algorithm>
 

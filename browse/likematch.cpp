@@ -1,4 +1,4 @@
-#include "views/lists/likematch.h"
+#include "browse/likematch.h"
 
 #include <string.h>
 

@@ -3,20 +3,15 @@
 #include <QList>
 #include <QString>
 
+#include "records/kinds.h"
+
 namespace tarvel {
 
-// What a related panel needs to know of a kind of record: the word that
-// names its controls (txt_con_..., dgrid_con), the caption of its tab and
-// its name when the interface layout gives none, and the form property
-// that holds the record its section shows.
-struct RelatedKind {
-    qint16 kind;          // relation kind code
-    const char* word;     // "con", "acc", "opp", "sch", "doc"
-    const char* caption;  // "联系人"
-    const char* shownId;  // the form property of the record in its section: "g_ConID"
-    const char* nameBox;  // the section's box that must not stay empty: "txt_con_name"
-};
-
+// What a related panel needs to know of a kind of record (the word that
+// names its controls, its tab's caption, the form property of the record its
+// section shows, the box that must not stay empty) is its row of the kind
+// table; an unknown code reads as contacts.
+using RelatedKind = RecordKindInfo;
 const RelatedKind& relatedKind(qint16 kind);
 // The kinds a record's panel shows, in tab order.
 QList<qint16> relatedKindsOf(qint16 ownerKind);

@@ -1,4 +1,4 @@
-#include "views/related/relatedkind.h"
+#include "browse/relatedkind.h"
 
 #include "custom/appsettings.h"
 #include "records/recordbase.h"
@@ -6,26 +6,12 @@
 namespace tarvel {
 
 const RelatedKind& relatedKind(qint16 k) {
-    static const RelatedKind kinds[] = {
-        {kind::Opportunity, "opp", "项目机会", "g_OppID", "txt_opp_name"},
-        {kind::Account, "acc", "客户单位", "g_AccID", "txt_acc_name"},
-        {kind::Contact, "con", "联系人", "g_ConID", "txt_con_name"},
-        {kind::Task, "sch", "日程安排", "g_TasID", "txt_sch_subject"},
-        {kind::Document, "doc", "文档附件", "g_DocID", "txt_doc_name"},
-    };
-    const int i = k >= kind::Opportunity && k <= kind::Document ? k - 1 : kind::Contact - 1;
-    return kinds[i];
+    const RecordKindInfo* info = kindByCode(k);
+    return info ? *info : *kindByCode(kind::Contact);
 }
 
 QList<qint16> relatedKindsOf(qint16 ownerKind) {
-    switch (ownerKind) {
-        case kind::Opportunity:
-            return {kind::Contact, kind::Account, kind::Task, kind::Document};
-        case kind::Document:
-            return {kind::Contact, kind::Account, kind::Opportunity, kind::Task};
-        default:  // contacts and accounts
-            return {kind::Contact, kind::Opportunity, kind::Task, kind::Document};
-    }
+    return relatedKind(ownerKind).panelKinds();
 }
 
 QList<PanelTab> readPanelLayout(qint16 ownerKind) {

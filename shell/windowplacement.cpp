@@ -1,4 +1,4 @@
-#include "views/common/windowplacement.h"
+#include "shell/windowplacement.h"
 
 #include <algorithm>
 
