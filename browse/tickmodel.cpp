@@ -3,28 +3,12 @@
 #include <QDateTime>
 #include <QLocale>
 
-#include "schedule/recurrence.h"
+#include "exchange/tableexport.h"
 
 namespace tarvel::lists {
 
 TickModel::TickModel(QObject* parent) : QIdentityProxyModel(parent) {
     connect(this, &QAbstractItemModel::modelReset, this, [this] { written_.clear(); });
-}
-
-QString cellText(const QVariant& value) {
-    if (value.isNull()) return QString();
-    if (value.typeId() == QMetaType::QDateTime) {
-        const QDateTime dt = value.toDateTime();
-        if (isOpenEnded(dt)) return openEndedText();
-        return dt.time() == QTime(0, 0) ? dt.date().toString(QStringLiteral("yyyy-MM-dd"))
-                                        : dt.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
-    }
-    if (value.typeId() == QMetaType::QDate)
-        return value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
-    // Amounts read as written, never in exponent form.
-    if (value.typeId() == QMetaType::Double)
-        return QLocale::c().toString(value.toDouble(), 'f', QLocale::FloatingPointShortest);
-    return value.toString();
 }
 
 qint64 TickModel::idAt(int row) const {
@@ -48,7 +32,8 @@ QVariant TickModel::data(const QModelIndex& index, int role) const {
         if (role == Qt::AccessibleTextRole)
             return isTicked(index.row()) ? QStringLiteral("已选") : QStringLiteral("未选");
     }
-    if (role == Qt::DisplayRole) return cellText(QIdentityProxyModel::data(index, Qt::EditRole));
+    if (role == Qt::DisplayRole)
+        return exchange::cellText(QIdentityProxyModel::data(index, Qt::EditRole));
     if (role == Qt::TextAlignmentRole) {
         const int type = QIdentityProxyModel::data(index, Qt::EditRole).typeId();
         if (type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int)

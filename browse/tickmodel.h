@@ -33,7 +33,4 @@ private:
     QHash<int, bool> written_;
 };
 
-// A cell as the list, the CSV and the HTML files show it.
-QString cellText(const QVariant& value);
-
 }  // namespace tarvel::lists

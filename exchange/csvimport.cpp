@@ -8,6 +8,7 @@
 #include "custom/importcolumnchoice.h"
 #include "exchange/importlayout.h"
 #include "exchange/recordwriter.h"
+#include "exchange/tableexport.h"
 #include "exchange/tablerow.h"
 #include "exchange/tables.h"
 #include "exchange/textdecode.h"
@@ -23,23 +24,6 @@ namespace {
 constexpr int kListedProblems = 20;
 
 // The list's columns of a kind: name -> caption, in list order.
-QList<std::pair<QString, QString>> listColumns(int code) {
-    FSettings fields;
-    fields.GetMySetting(qint16(code));
-    QList<std::pair<QString, QString>> columns;
-    for (const FSetting& f : fields) columns << std::pair(f.FieldName(), f.Description());
-    return columns;
-}
-
-QString cellText(const QVariant& value) {
-    if (value.typeId() == QMetaType::QDateTime) {
-        const QDateTime t = value.toDateTime();
-        return t.time() == QTime(0, 0) ? t.date().toString(QStringLiteral("yyyy-MM-dd"))
-                                       : t.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    }
-    return value.toString();
-}
-
 QString listed(const QStringList& lines) {
     QString text = lines.mid(0, kListedProblems).join(QLatin1Char('\n'));
     if (lines.size() > kListedProblems) text += QStringLiteral("\n……共%1处").arg(lines.size());
@@ -53,7 +37,7 @@ QList<ImportTarget> choicesFor(const RecordKind& k) {
     const QStringList writable = RecordWriter(QLatin1String(k.table)).columns();
     const bool contacts = k.code == kind::Contact;
     QStringList seen;
-    for (const auto& [name, caption] : listColumns(k.code)) {
+    for (const auto& [name, caption] : exportColumns(k.code, false)) {
         const bool usable = writable.contains(name, Qt::CaseInsensitive) ||
                             (contacts && name == CsvImportPlan::accountColumn());
         if (!usable || seen.contains(name) || name.endsWith(QLatin1String("create_date")) ||
@@ -190,42 +174,6 @@ Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* r
     if (!session.commit(&error)) return Outcome::failure(importFailed() + error);
     if (result) *result = CsvImportResult{session.tally(), problems};
     return Outcome{true, false, plan.path, {}};
-}
-
-Outcome exportCsv(const QString& kind, const QString& path, const Progress& progress) {
-    const RecordKind* k = recordKind(kind);
-    if (!k) return Outcome::failure(QStringLiteral("未知的记录类别：") + kind);
-    const auto columns = listColumns(k->code);
-    QStringList names, captions;
-    for (const auto& [name, caption] : columns) names << name, captions << caption;
-    tarveldatabase db;
-    const auto rs = db.GetReadRs(QStringLiteral("SELECT %1 FROM %2 WHERE %3= true")
-                                     .arg(names.join(QLatin1Char(',')),
-                                          QLatin1String(k->listSource), QLatin1String(k->tick)));
-    if (!rs || rs->State() != adStateOpen)
-        return Outcome::failure(QStringLiteral("导出没有完成：") + db.ErrMsg());
-    const bool workbook = isXlsxName(path);
-    std::optional<XlsxTable> table;
-    if (workbook) table.emplace(path, captions);
-    QString text = workbook ? QString() : csvLine(captions);
-    const int total = qMax(1, rs->RecordCount());
-    int done = 0;
-    for (bool more = !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof()) {
-        QStringList values;
-        QVariantList cells;
-        for (int i = 0; i < rs->FieldCount(); ++i) {
-            if (workbook)
-                cells << rs->value(i);
-            else
-                values << cellText(rs->value(i));
-        }
-        if (workbook ? !table->addRow(cells) : (text += csvLine(values), false)) break;
-        if (progress && !progress(++done * 100 / total)) return Outcome::cancel();
-    }
-    QString error;
-    if (workbook ? !table->finish(&error) : !writeTextFile(path, text, true, &error))
-        return Outcome::failure(QStringLiteral("导出没有完成：") + error);
-    return Outcome{true, false, path, {}};
 }
 
 }  // namespace tarvel::exchange

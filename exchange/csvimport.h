@@ -69,9 +69,4 @@ struct CsvImportResult {
 Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* result = nullptr,
                   const Progress& progress = {});
 
-// Writes the ticked records of a kind under a header of the list's captions:
-// an Excel workbook when `path` ends in .xlsx, else CSV in UTF-8 with a
-// byte-order mark.
-Outcome exportCsv(const QString& kind, const QString& path, const Progress& progress = {});
-
 }  // namespace tarvel::exchange

@@ -12,6 +12,7 @@
 #include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
+#include "exchange/tableexport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
 #include "exchange/xlsxwrite.h"
@@ -96,7 +97,7 @@ const std::map<QString, Command>& commands() {
         {QStringLiteral("export-csv"),
          {2,
           [](const QStringList& a, QString* said) {
-              const Outcome o = exportCsv(a[0], a[1]);
+              const Outcome o = exportTicked(a[0], a[1]);
               *said = (isXlsxName(a[1]) ? QStringLiteral("已导出到Excel文件：%1")
                                         : QStringLiteral("已导出到CSV文件：%1"))
                           .arg(o.path);

@@ -5,6 +5,7 @@
 #include "exchange/csvimport.h"
 #include "exchange/importdate.h"
 #include "exchange/importlayout.h"
+#include "exchange/tableexport.h"
 #include "exchange/xlsxread.h"
 #include "tests/exchange/exchangefixture.h"
 
@@ -474,7 +475,7 @@ TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
         "('=1+2公司', '+86 10 1', '2024-03-05 00:00:00', true)");
     run("INSERT INTO accounts (acc_name, acc_check) VALUES ('未选', false)");
     const QString xlsx = inFolder("out.xlsx");
-    ASSERT_TRUE(exportCsv("accounts", xlsx).ok);
+    ASSERT_TRUE(exportTicked("accounts", xlsx).ok);
     const QJsonArray sheet =
         python(
             "import sys, json, openpyxl, datetime\n"
@@ -501,7 +502,7 @@ TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
     EXPECT_EQ(types[created], "d") << "a date is a date cell";
 
     const QString csv = inFolder("out.csv");
-    ASSERT_TRUE(exportCsv("accounts", csv).ok);
+    ASSERT_TRUE(exportTicked("accounts", csv).ok);
     const QJsonArray rowsRead =
         python(
             "import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "

@@ -11,6 +11,7 @@
 
 #include "browse/tickmodel.h"
 #include "browse/unsaved.h"
+#include "exchange/tableexport.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
 #include "shell/mainwindow.h"
@@ -205,7 +206,7 @@ void TaskPageTest::openEndIsStoredSelectedAndShown() {
     form_->fill(again);
     QVERIFY(noEnd->isChecked());
     QVERIFY(!close->isEnabled());
-    QCOMPARE(lists::cellText(jetdate::naive(openEndDate())), QStringLiteral("无结束日期"));
+    QCOMPARE(exchange::cellText(jetdate::naive(openEndDate())), QStringLiteral("无结束日期"));
 
     // Cleared: the date typed is the end again.
     noEnd->setChecked(false);

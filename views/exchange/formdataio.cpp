@@ -13,10 +13,11 @@
 #include "exchange/importsession.h"
 #include "exchange/reportexport.h"
 #include "exchange/reportimport.h"
+#include "exchange/tableexport.h"
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
 #include "store/clock.h"
-#include "views/exchange/progressrun.h"
+#include "views/common/progressrun.h"
 #include "views/exchange/reportexportflow.h"
 
 namespace tarvel {
@@ -224,7 +225,7 @@ void FormDataIO::cmd_export_csv_Click() {
         saveName(QStringLiteral("请选择要生成的文件名"), proposed, kTableOutFilter);
     if (chosen.isEmpty()) return;
     ProgressRun progress(this, QStringLiteral("正在导出……"));
-    report(exchange::exportCsv(QLatin1String(kind->table), chosen, progress.callback()),
+    report(exchange::exportTicked(QLatin1String(kind->table), chosen, progress.callback()),
            QStringLiteral("已导出到 ") + chosen);
 }
 

@@ -6,7 +6,7 @@
 #include "exchange/filetools.h"
 #include "exchange/reportexport.h"
 #include "store/clock.h"
-#include "views/exchange/progressrun.h"
+#include "views/common/progressrun.h"
 
 namespace tarvel {
 

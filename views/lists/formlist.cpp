@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableView>
@@ -17,16 +16,17 @@
 #include <QVBoxLayout>
 
 #include "browse/conditionwords.h"
-#include "browse/listexport.h"
 #include "browse/listsql.h"
 #include "browse/memocolumn.h"
 #include "browse/recordsetmodel.h"
 #include "browse/tickmodel.h"
 #include "browse/unsaved.h"
 #include "custom/fsettings.h"
+#include "exchange/tableexport.h"
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
 #include "views/common/flatbutton.h"
+#include "views/common/progressrun.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
 
@@ -45,7 +45,6 @@ const char* const kHtml = "导出到HTML/Word文件";
 const char* const kSeparator = "-----";
 
 // Above this many records an export shows its progress and can be cancelled.
-constexpr int kProgressFrom = 300;
 
 QStringList operationsOf(const ListKind& kind) {
     QStringList entries = {QString::fromUtf8(kDelete), QString::fromUtf8(kSeparator)};
@@ -567,9 +566,8 @@ void FormList::exportCsv(bool withSums) {
     RecordsetPtr rows = tickedForExport(
         QStringLiteral(".xlsx"), QStringLiteral("Excel文件 (*.xlsx);;csv文件 (*.csv)"), &path);
     if (!rows) return;
-    std::unique_ptr<QProgressDialog> progress;
-    const ExportProgress step = progressFor(rows->RecordCount(), progress);
-    RowTail tail;
+    ProgressRun progress(this, QStringLiteral("正在导出……"));
+    exchange::RowTail tail;
     QString headerTail;
     bool sumsOk = true;
     if (withSums) {
@@ -585,7 +583,8 @@ void FormList::exportCsv(bool withSums) {
         };
     }
     QString error;
-    if (!writeCsv(path, exportColumns(kind_, true), *rows, headerTail, tail, step, &error))
+    if (!exchange::writeTable(path, exchange::exportColumns(kind_.fieldType, true), *rows,
+                              headerTail, tail, progress.callback(), &error))
         info(error);
     else if (!sumsOk)
         info(QStringLiteral("部分统计没有完成，原因可能是") + store_.ErrMsg());
@@ -596,10 +595,11 @@ void FormList::exportHtml() {
     RecordsetPtr rows =
         tickedForExport(QStringLiteral(".html"), QStringLiteral("HTML文件 (*.html *.htm)"), &path);
     if (!rows) return;
-    std::unique_ptr<QProgressDialog> progress;
+    ProgressRun progress(this, QStringLiteral("正在导出……"));
     QString error;
-    if (!writeHtml(path, QStringLiteral("选定的") + kind_.noun, exportColumns(kind_, false), *rows,
-                   progressFor(rows->RecordCount(), progress), &error))
+    if (!exchange::writeHtml(path, QStringLiteral("选定的") + kind_.noun,
+                             exchange::exportColumns(kind_.fieldType, false), *rows,
+                             progress.callback(), &error))
         info(error);
 }
 
@@ -611,19 +611,6 @@ RecordsetPtr FormList::tickedForExport(const QString& suffix, const QString& fil
     RecordsetPtr rows = store_.ticked();
     if (!rows) info(store_.ErrMsg());
     return rows;
-}
-
-ExportProgress FormList::progressFor(int total, std::unique_ptr<QProgressDialog>& dialog) {
-    if (total <= kProgressFrom) return nullptr;
-    dialog = std::make_unique<QProgressDialog>(QStringLiteral("正在导出……"), QStringLiteral("取消"),
-                                               0, total, this);
-    dialog->setObjectName(QStringLiteral("dlg_progress"));
-    dialog->setWindowModality(Qt::WindowModal);
-    QProgressDialog* shown = dialog.get();
-    return [shown](int done, int) {
-        shown->setValue(done);
-        return !shown->wasCanceled();
-    };
 }
 
 }  // namespace tarvel::lists

@@ -5,10 +5,10 @@
 #include <functional>
 #include <memory>
 
-#include "browse/listexport.h"
 #include "browse/listkind.h"
 #include "browse/liststore.h"
 #include "browse/searchindex.h"
+#include "exchange/tableexport.h"
 #include "store/datacontrol.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
@@ -19,7 +19,6 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QProgressDialog;
 class QTableView;
 class QTimer;
 class QHBoxLayout;
@@ -137,7 +136,6 @@ private:
     RecordsetPtr tickedForExport(const QString& suffix, const QString& filter, QString* path);
     // A cancellable progress dialog, held in `dialog`, for exports of many
     // records; null (no progress shown) for few.
-    ExportProgress progressFor(int total, std::unique_ptr<QProgressDialog>& dialog);
 
     const ListKind& kind_;
     ListStore store_;

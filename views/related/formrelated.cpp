@@ -18,6 +18,7 @@
 #include "browse/relatedkind.h"
 #include "browse/savefailure.h"
 #include "browse/tickmodel.h"
+#include "exchange/tableexport.h"
 #include "records/account.h"
 #include "records/recordsearch.h"
 #include "records/relatedcounts.h"
@@ -56,7 +57,7 @@ public:
         if (value.typeId() == QMetaType::QDateTime &&
             value.toDateTime().date() == jetdate::timeBaseDate())
             return value.toDateTime().time().toString(QStringLiteral("HH:mm"));
-        return lists::cellText(value);
+        return exchange::cellText(value);
     }
 };
 

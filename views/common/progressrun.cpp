@@ -1,4 +1,4 @@
-#include "views/exchange/progressrun.h"
+#include "views/common/progressrun.h"
 
 namespace tarvel {
 
