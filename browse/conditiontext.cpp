@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include "browse/listsql.h"
 #include "records/kinds.h"
 #include "schedule/labels.h"
 #include "store/clock.h"
@@ -11,25 +12,37 @@ namespace tarvel {
 
 namespace {
 
+using lists::CategoryGroup;
+using lists::ListKind;
+
 QRegularExpression pattern(const char* text) {
     return QRegularExpression(QLatin1String(text), QRegularExpression::CaseInsensitiveOption);
 }
 
-// The record kind a column prefix ("con", "acc", ...) belongs to, in words.
+// The record kind a column prefix or table ("con", "contacts") belongs to, in words.
 QString kindOf(const QString& prefix) {
     const RecordKindInfo* k = kindByPrefix(prefix);
     return k ? recordKindLabel(k->code) : QStringLiteral("记录");
 }
 
-// The words for a column compared with a typed value ("con_province" -> 地区).
+// The words for a column compared with a value: the caption of the list
+// group that filters by it ("con_province" -> 地区), the accounts' module for
+// an account name, a plain word for the columns no group has.
 QString fieldWord(const QString& column) {
+    if (column.compare(QLatin1String("acc_name"), Qt::CaseInsensitive) == 0)
+        return kindOf(QStringLiteral("acc"));
+    if (const RecordKindInfo* k = kindByPrefix(column.section(QLatin1Char('_'), 0, 0)))
+        if (const ListKind* list = lists::listKindForRecord(k->code))
+            for (const CategoryGroup& g : list->groups)
+                if (!g.column.isEmpty() && g.column.compare(column, Qt::CaseInsensitive) == 0)
+                    return g.caption;
     static const struct {
         const char* suffix;
         const char* word;
-    } words[] = {{"_province", "地区"}, {"_city", "城市"},     {"_important", "重要程度"},
-                 {"_relation", "关系"}, {"_industry", "行业"}, {"_type", "类型"},
-                 {"_phase", "阶段"},    {"_source", "来源"},   {"acc_name", "单位"},
-                 {"_title", "职务"},    {"_subject", "主题"}};
+    } words[] = {{"_city", "城市"},     {"_source", "来源"},   {"_title", "职务"},
+                 {"_subject", "主题"},  {"_province", "地区"}, {"_important", "重要性"},
+                 {"_relation", "关系"}, {"_industry", "行业"}, {"_phase", "销售阶段"},
+                 {"_type", "类型"}};
     for (const auto& w : words)
         if (column.endsWith(QLatin1String(w.suffix), Qt::CaseInsensitive))
             return QString::fromUtf8(w.word);
@@ -46,11 +59,13 @@ QString typed(const QString& quoted) {
     return QString(quoted).replace(QStringLiteral("''"), QStringLiteral("'"));
 }
 
-}  // namespace
-
-QString describeCondition(const QString& condition) {
-    const QString c = condition.simplified();
-    if (c.isEmpty()) return QStringLiteral("全部记录");
+// The WHERE part in words.
+QString describeWhere(const QString& where, const ListKind* list) {
+    const QString c = where.simplified();
+    if (c.isEmpty()) return list ? QStringLiteral("全部") + list->noun : QStringLiteral("全部记录");
+    if (list)
+        if (const QString text = lists::searchTextOf(*list, c); !text.isEmpty())
+            return QStringLiteral("搜索：") + text;
     QRegularExpressionMatch m;
 
     if ((m = pattern(
@@ -100,19 +115,46 @@ QString describeCondition(const QString& condition) {
                    : QStringLiteral("编号为%1的%2").arg(m.captured(2), kindOf(m.captured(1)));
     if ((m = pattern(R"(^WHERE acc_name IS NULL$)").match(c)).hasMatch())
         return QStringLiteral("没有所属单位的%1").arg(kindOf(QStringLiteral("con")));
-    // A search tests one typed text against one or more columns; tags are
-    // matched as a part of the tag text.
-    if ((m = pattern(R"(^WHERE (\w+) LIKE '%(.*?)%'( OR |$))").match(c)).hasMatch())
-        return (m.captured(1).endsWith(QLatin1String("_tag"), Qt::CaseInsensitive)
-                    ? QStringLiteral("标签：")
+    if ((m = pattern(R"(^WHERE \((\w+) ?= ?'' OR \1 IS NULL\)$)").match(c)).hasMatch())
+        return fieldWord(m.captured(1)) + QStringLiteral("：（未填）");
+    // A search tests one typed text against one or more columns; a group's
+    // column (tags) is matched as a part of its text.
+    if ((m = pattern(R"(^WHERE (\w+) LIKE '%(.*?)%'( OR |$))").match(c)).hasMatch()) {
+        const QString word = fieldWord(m.captured(1));
+        return (m.captured(3).trimmed().isEmpty() && word != QLatin1String("条件")
+                    ? word + QStringLiteral("：")
                     : QStringLiteral("搜索：")) +
                typed(m.captured(2));
+    }
     if ((m = pattern(R"(^WHERE (\w+) ?= ?'(.*)'$)").match(c)).hasMatch())
         return fieldWord(m.captured(1)) + QStringLiteral("：") + typed(m.captured(2));
+    if ((m = pattern(R"(^WHERE (\w+) ?= ?(-?[0-9.]+)$)").match(c)).hasMatch() &&
+        fieldWord(m.captured(1)) != QLatin1String("条件"))
+        return fieldWord(m.captured(1)) + QStringLiteral("：") + m.captured(2);
 
-    m = pattern(R"(\b(con|acc|opp|tas|doc)_\w+)").match(c);
+    if (list) return QStringLiteral("按条件筛选的") + list->noun;
+    m = pattern(R"(\b(\w+?)_\w+)").match(c);
     return QStringLiteral("按条件筛选的") +
            (m.hasMatch() ? kindOf(m.captured(1)) : QStringLiteral("记录"));
+}
+
+}  // namespace
+
+QString describeCondition(const QString& condition, const ListKind* list,
+                          const std::function<QString(const QString&)>& caption) {
+    const lists::SplitCondition split = lists::splitCondition(condition);
+    QString words = describeWhere(split.where, list);
+    static const QRegularExpression order(QStringLiteral("ORDER BY\\s+(\\w+)(\\s+(ASC|DESC))?"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    if (const QRegularExpressionMatch m = order.match(split.order); m.hasMatch()) {
+        const QString column = m.captured(1);
+        const QString name = caption ? caption(column) : column;
+        words += QStringLiteral("，按“") + name +
+                 (m.captured(3).compare(QStringLiteral("DESC"), Qt::CaseInsensitive) == 0
+                      ? QStringLiteral("”降序")
+                      : QStringLiteral("”升序"));
+    }
+    return words;
 }
 
 }  // namespace tarvel

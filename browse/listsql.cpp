@@ -1,5 +1,7 @@
 #include "browse/listsql.h"
 
+#include <QRegularExpression>
+
 #include "store/tarveldatabase.h"
 
 namespace tarvel::lists {
@@ -151,6 +153,16 @@ RelatedList relatedCondition(const ListKind& kind) {
                 QLatin1Char('.') + kind.key + QStringLiteral("  = ") + kind.table +
                 QLatin1Char('.') + kind.key + QLatin1Char(' ') + QStringLiteral(" WHERE  ") +
                 kind.table + QLatin1Char('.') + kind.tick + QStringLiteral(" = true)")};
+}
+
+QString searchTextOf(const ListKind& kind, const QString& condition) {
+    static const QRegularExpression search(
+        QStringLiteral("^\\s*WHERE\\s+(\\w+) LIKE '%(.*?)%'( OR|$)"));
+    const QRegularExpressionMatch m = search.match(splitCondition(condition).where);
+    if (!m.hasMatch() || kind.searchColumns.isEmpty() ||
+        m.captured(1) != kind.searchColumns.first())
+        return QString();
+    return m.captured(2).replace(QStringLiteral("''"), QStringLiteral("'"));
 }
 
 }  // namespace tarvel::lists

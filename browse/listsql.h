@@ -24,6 +24,9 @@ QString listQuery(const ListKind& kind, const QString& columns, const QString& c
 
 // The LIKE tests of the kind's search columns joined by OR; "" for an empty text.
 QString searchCondition(int number, const QString& text);
+// The text a search condition of the kind looks for, as typed; empty for any
+// other condition.
+QString searchTextOf(const ListKind& kind, const QString& condition);
 
 // Clears every tick of a kind; empty for a number of 5 or more.
 QString clearChecksSql(int number);

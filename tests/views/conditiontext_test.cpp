@@ -42,8 +42,8 @@ void ConditionTextTest::describesEachShapeOfCondition_data() {
         "搜索：王");
     row("search one column", "WHERE con_name LIKE '%O''Brien%'", "搜索：O'Brien");
     row("province", " WHERE con_province='北京'", "地区：北京");
-    row("importance", " WHERE con_important='高'", "重要程度：高");
-    row("account", " WHERE acc_name='华为'", "单位：华为");
+    row("importance", " WHERE con_important='高'", "重要性：高");
+    row("account", " WHERE acc_name='华为'", "客户单位：华为");
     row("tag", " WHERE con_tag Like  '%老乡%' ", "标签：老乡");
     row("no account", " WHERE acc_name IS NULL", "没有所属单位的联系人");
     row("not contacted", "WHERE con_recent_contact_date <= #2026-02-15#",

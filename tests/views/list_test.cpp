@@ -17,7 +17,7 @@
 #include <QUrlQuery>
 #include <QtTest>
 
-#include "browse/conditionwords.h"
+#include "browse/conditiontext.h"
 #include "browse/listsql.h"
 #include "browse/mailing.h"
 #include "browse/tickmodel.h"
@@ -493,7 +493,7 @@ void ListTest::conditionInWords() {
     QFETCH(int, list);
     QFETCH(QString, condition);
     QFETCH(QString, words);
-    QCOMPARE(describeCondition(listKind(list), condition), words);
+    QCOMPARE(describeCondition(condition, &listKind(list)), words);
 }
 
 void ListTest::gridModelIsConsistent() {

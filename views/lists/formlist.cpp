@@ -15,7 +15,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "browse/conditionwords.h"
+#include "browse/conditiontext.h"
 #include "browse/listsql.h"
 #include "browse/memocolumn.h"
 #include "browse/recordsetmodel.h"
@@ -339,7 +339,7 @@ bool FormList::prepareSearch() {
 }
 
 void FormList::showConditionText() {
-    words_->setText(describeCondition(kind_, condition_, [this](const QString& column) {
+    words_->setText(describeCondition(condition_, &kind_, [this](const QString& column) {
         const FSettings* fields = programFieldSettings(kind_.fieldType);
         return fields ? fields->FindCaption(column) : column;
     }));
