@@ -27,7 +27,8 @@ QString kindOf(const QString& prefix) {
 
 // The words for a column compared with a value: the caption of the list
 // group that filters by it ("con_province" -> 地区), the accounts' module for
-// an account name, a plain word for the columns no group has.
+// an account name, a plain word for the columns no group has; empty for
+// other columns.
 QString fieldWord(const QString& column) {
     if (column.compare(QLatin1String("acc_name"), Qt::CaseInsensitive) == 0)
         return kindOf(QStringLiteral("acc"));
@@ -46,7 +47,7 @@ QString fieldWord(const QString& column) {
     for (const auto& w : words)
         if (column.endsWith(QLatin1String(w.suffix), Qt::CaseInsensitive))
             return QString::fromUtf8(w.word);
-    return QStringLiteral("条件");
+    return QString();
 }
 
 QString dayText(const QString& literal) {
@@ -57,6 +58,11 @@ QString dayText(const QString& literal) {
 // A quoted value as typed: doubled quotes are one.
 QString typed(const QString& quoted) {
     return QString(quoted).replace(QStringLiteral("''"), QStringLiteral("'"));
+}
+
+// "地区：北京"; a column without a word is a condition.
+QString labelled(const QString& word, const QString& value) {
+    return (word.isEmpty() ? QStringLiteral("条件") : word) + QStringLiteral("：") + value;
 }
 
 // The WHERE part in words.
@@ -116,21 +122,20 @@ QString describeWhere(const QString& where, const ListKind* list) {
     if ((m = pattern(R"(^WHERE acc_name IS NULL$)").match(c)).hasMatch())
         return QStringLiteral("没有所属单位的%1").arg(kindOf(QStringLiteral("con")));
     if ((m = pattern(R"(^WHERE \((\w+) ?= ?'' OR \1 IS NULL\)$)").match(c)).hasMatch())
-        return fieldWord(m.captured(1)) + QStringLiteral("：（未填）");
+        return labelled(fieldWord(m.captured(1)), QStringLiteral("（未填）"));
     // A search tests one typed text against one or more columns; a group's
     // column (tags) is matched as a part of its text.
     if ((m = pattern(R"(^WHERE (\w+) LIKE '%(.*?)%'( OR |$))").match(c)).hasMatch()) {
         const QString word = fieldWord(m.captured(1));
-        return (m.captured(3).trimmed().isEmpty() && word != QLatin1String("条件")
-                    ? word + QStringLiteral("：")
-                    : QStringLiteral("搜索：")) +
-               typed(m.captured(2));
+        return (m.captured(3).trimmed().isEmpty() && !word.isEmpty() ? word
+                                                                     : QStringLiteral("搜索")) +
+               QStringLiteral("：") + typed(m.captured(2));
     }
     if ((m = pattern(R"(^WHERE (\w+) ?= ?'(.*)'$)").match(c)).hasMatch())
-        return fieldWord(m.captured(1)) + QStringLiteral("：") + typed(m.captured(2));
+        return labelled(fieldWord(m.captured(1)), typed(m.captured(2)));
     if ((m = pattern(R"(^WHERE (\w+) ?= ?(-?[0-9.]+)$)").match(c)).hasMatch() &&
-        fieldWord(m.captured(1)) != QLatin1String("条件"))
-        return fieldWord(m.captured(1)) + QStringLiteral("：") + m.captured(2);
+        !fieldWord(m.captured(1)).isEmpty())
+        return labelled(fieldWord(m.captured(1)), m.captured(2));
 
     if (list) return QStringLiteral("按条件筛选的") + list->noun;
     m = pattern(R"(\b(\w+?)_\w+)").match(c);
