@@ -17,9 +17,12 @@ namespace {
 
 class Backup : public ExchangeFixture {
 protected:
-    // Temporary files of backup and restore left in the program folder.
+    // Temporary files of backup and restore left in the program folder or
+    // in its scratch folder.
     QStringList leftovers() {
-        return QDir(file.folder()).entryList({"*.tmp", "*.mdb", "temp.tbk", "*.part"}, QDir::Files);
+        return QDir(file.folder())
+                   .entryList({"*.tmp", "*.mdb", "temp.tbk", "*.part"}, QDir::Files) +
+               QDir(inFolder(".tarvel-tmp")).entryList(QDir::Files | QDir::Hidden);
     }
     QString backupSetting() {
         SoftwareSetting s;
@@ -44,11 +47,11 @@ TEST(BackupNames, NumbersWithoutLeadingZeros) {
     };
     for (const auto& c : cases) {
         const BackupNames n = BackupNames::at("/p", c.at);
-        EXPECT_EQ(n.compacted, QString("/p/") + QString::fromUtf8(c.compacted));
+        EXPECT_EQ(n.compacted, QString("/p/.tarvel-tmp/") + QString::fromUtf8(c.compacted));
         EXPECT_EQ(n.offered, QString("/p/") + QString::fromUtf8(c.offered));
         EXPECT_EQ(n.safetyCopy, QString("/p/") + QString::fromUtf8(c.safety));
-        EXPECT_EQ(n.plainCopy, QString("/p/tmp.mdb"));
-        EXPECT_EQ(n.restoreCopy, QString("/p/temp.tbk"));
+        EXPECT_EQ(n.plainCopy, QString("/p/.tarvel-tmp/tmp.mdb"));
+        EXPECT_EQ(n.restoreCopy, QString("/p/.tarvel-tmp/temp.tbk"));
         EXPECT_EQ(n.live, QString("/p/mydata3.tvg"));
     }
 }
