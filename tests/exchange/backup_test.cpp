@@ -5,6 +5,7 @@
 
 #include "custom/softwaresetting.h"
 #include "exchange/filetools.h"
+#include "exchange/reportexport.h"
 #include "store/sqlitehandle.h"
 #include "tests/exchange/exchangefixture.h"
 
@@ -167,4 +168,64 @@ TEST_F(Backup, CopiesNoHalfFinishedTransaction) {
     EXPECT_EQ(sqlcipherRows(target, "SELECT COUNT(*) FROM contacts"),
               QStringList{QString::number(contacts)});
     EXPECT_EQ(sqlcipherRows(target, "PRAGMA integrity_check"), QStringList{"ok"});
+}
+
+TEST_F(Backup, RestoreThroughASymbolicLinkReplacesTheFileItPointsTo) {
+    fillSample();
+    const QString backup = inFolder("b.tbk");
+    ASSERT_TRUE(backupTo(backup).ok);
+    run("INSERT INTO contacts (con_lastname) VALUES ('后来')");
+    closeAllHandles();
+    // The data file lives elsewhere; the program folder holds a link to it.
+    QDir(file.folder()).mkdir("真实位置");
+    const QString real = inFolder("真实位置/mydata3.tvg");
+    ASSERT_TRUE(QFile::rename(file.path(), real));
+    ASSERT_TRUE(QFile::link(real, file.path()));
+    ASSERT_EQ(rows("contacts"), 5);
+    const Outcome out = restoreFrom(backup);
+    ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+    EXPECT_TRUE(QFileInfo(file.path()).isSymLink());
+    EXPECT_EQ(QFileInfo(file.path()).symLinkTarget(), real);
+    EXPECT_EQ(sqlcipherRows(real, "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
+    EXPECT_EQ(rows("contacts"), 4);
+    // The safety copy holds what the real file held.
+    EXPECT_EQ(sqlcipherRows(out.path, "SELECT COUNT(*) FROM contacts"), QStringList{"5"});
+    EXPECT_TRUE(
+        QDir(inFolder("真实位置/.tarvel-tmp")).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+TEST_F(Backup, NamesAtTheFileNameLimitWork) {
+    fillSample();
+    completeProfile();
+    // 251 bytes with the extension: three-byte characters and ASCII.
+    const struct {
+        const char* extension;
+        std::function<Outcome(const QString&)> write;
+    } cases[] = {
+        {".tbk", [](const QString& to) { return backupTo(to); }},
+        {".tvr3", [](const QString& to) { return exportReport(3, to); }},
+    };
+    for (const auto& c : cases) {
+        QString name = QString(80, QChar(u'报'));
+        while (name.toUtf8().size() + int(strlen(c.extension)) < 251) name += 'a';
+        name += c.extension;
+        ASSERT_EQ(name.toUtf8().size(), 251);
+        const Outcome out = c.write(inFolder(name));
+        ASSERT_TRUE(out.ok) << c.extension << out.ErrMsg.toStdString();
+        EXPECT_EQ(sqlcipherRows(inFolder(name), "PRAGMA integrity_check"), QStringList{"ok"});
+    }
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(",").toStdString();
+}
+
+TEST_F(Backup, WhatAKilledRunLeftIsRemovedAtTheNextStart) {
+    fillSample();
+    const QString scratch = scratchFolderOf(file.path());
+    ASSERT_TRUE(QDir().mkpath(scratch));
+    for (const char* name : {"tmp.mdb", "2026-8-5-9-7.tmp", ".tarvel-Ab12Cd.part",
+                             ".tarvel-Ab12Cd.part-journal", "tdb.tmp", "temp.tbk"})
+        exchange_test::writeBytes(QDir(scratch).filePath(name), QByteArray(4096, 'x'));
+    cleanScratchFolder(file.path());
+    EXPECT_EQ(QDir(scratch).entryList(QDir::Files | QDir::Hidden), QStringList());
+    // The data file and the user's own files are left alone.
+    EXPECT_EQ(rows("contacts"), 4);
 }
