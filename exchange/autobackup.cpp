@@ -99,9 +99,10 @@ QString AutoBackupEntry::recordsText() const {
 AutoBackupPlace autoBackupPlace(const QString& live) {
     AutoBackupPlace place;
     const QString folder = settingText(QStringLiteral("folder"));
-    place.folder = folder.isEmpty()
-                       ? QDir(QFileInfo(live).absolutePath()).filePath(QStringLiteral("backups"))
-                       : QFileInfo(folder).absoluteFilePath();
+    // A relative folder is taken from the data file's folder.
+    const QDir beside(QFileInfo(live).absolutePath());
+    place.folder = QDir::cleanPath(
+        beside.absoluteFilePath(folder.isEmpty() ? QStringLiteral("backups") : folder));
     bool number = false;
     const qint64 megabytes = settingText(QStringLiteral("limit_mb")).toLongLong(&number);
     place.limitBytes = number && megabytes > 0 ? megabytes * 1024 * 1024 : kDefaultBackupLimit;
@@ -246,6 +247,7 @@ AutoBackupRunner::AutoBackupRunner(QObject* parent) : QObject(parent) {
 
 AutoBackupRunner::~AutoBackupRunner() {
     wait();
+    delete thread_;
 }
 
 bool AutoBackupRunner::start(const AutoBackupJob& job) {

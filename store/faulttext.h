@@ -16,8 +16,9 @@ QString plainWriteFault(const QString& text);
 // can open is told as such, never as a damaged file.
 QString plainOpenFault(const QString& engineText, const QString& path);
 
-// The longest path, in bytes, the engine opens.
-constexpr int kLongestDataPath = 511;
+// The longest path, in bytes, of a data file the engine opens and writes: its
+// paths may not pass 511 bytes, and the journal's name adds "-journal".
+constexpr int kLongestDataPath = 511 - 8;
 bool pathTooLong(const QString& path);
 
 // Why the data file cannot be written to, in plain words; empty when the file
