@@ -157,6 +157,28 @@ void autoBackupRaw(benchmark::State& state) {
     }
 }
 
+// What the window's thread does before an automatic backup goes to its own
+// thread: read the settings and whether one is due, over a folder holding a
+// year's rotation (23 backups).
+void autoBackupStart(benchmark::State& state) {
+    const QString backups = target("start");
+    QDir().mkpath(backups);
+    const QString one = target("start.tbk");
+    if (!tarvel::exchange::backupTo(one).ok) {
+        state.SkipWithError("no backup to place");
+        return;
+    }
+    for (int i = 0; i < 23; ++i)
+        QFile::copy(one, QDir(backups).filePath(tarvel::exchange::autoBackupName(
+                             QDateTime(QDate(2025, 1, 1).addDays(i * 15), QTime(9, 0)))));
+    for (auto _ : state) {
+        const auto place = tarvel::exchange::autoBackupPlace(dataFile);
+        const bool due = tarvel::exchange::backupDueAtStart(backups, QDate(2026, 1, 1));
+        benchmark::DoNotOptimize(place);
+        benchmark::DoNotOptimize(due);
+    }
+}
+
 // ---------------------------------------------------------------------------
 // 3. Report export of the ticked contacts
 
@@ -234,10 +256,13 @@ int main(int argc, char** argv) {
          {"backup/raw", backupRaw, benchmark::kMillisecond},
          {"autobackup/exchange", autoBackupExchange, benchmark::kMillisecond},
          {"autobackup/raw", autoBackupRaw, benchmark::kMillisecond},
+         {"autobackup-start/exchange", autoBackupStart, benchmark::kMillisecond},
          {"report/exchange", reportExchange, benchmark::kMillisecond},
          {"report/raw", reportRaw, benchmark::kMillisecond}},
         {"exchange",
          Layout::MillisecondsWallClock,
          {{"backup", 1.5}, {"autobackup", 1.5}, {"report", 2.0}},
-         {{"backup/exchange", "backup", 2.0}, {"report/exchange", "report export", 3.0}}});
+         {{"backup/exchange", "backup", 2.0},
+          {"autobackup-start/exchange", "the window's share of an automatic backup", 0.1},
+          {"report/exchange", "report export", 3.0}}});
 }
