@@ -30,6 +30,7 @@
 
 #include "bench/rawengine.h"
 #include "custom/userprofile.h"
+#include "exchange/autobackup.h"
 #include "exchange/backup.h"
 #include "exchange/reportexport.h"
 #include "store/schema.h"
@@ -123,7 +124,63 @@ void backupRaw(benchmark::State& state) {
 }
 
 // ---------------------------------------------------------------------------
-// 2. Report export of the ticked contacts
+// 2. Automatic backup: made, opened again and checked, rotated
+
+void autoBackupExchange(benchmark::State& state) {
+    const tarvel::exchange::AutoBackupPlace place{target("auto"), qint64(1) << 40};
+    for (auto _ : state) {
+        const auto r =
+            tarvel::exchange::runAutoBackup({dataFile, place, QDateTime::currentDateTime(), {}});
+        if (!r.ok) {
+            state.SkipWithError(qPrintable(r.message));
+            break;
+        }
+    }
+}
+
+// The raw engine's backup followed by its own integrity check of the result.
+void autoBackupRaw(benchmark::State& state) {
+    const QString copyPath = target("rawauto.mdb"), compacted = target("rawauto.tmp"),
+                  written = target("rawauto.tbk");
+    for (auto _ : state) {
+        bool ok =
+            copy(dataFile, copyPath) && rawExport(copyPath, compacted) && copy(compacted, written);
+        sqlite3* db = ok ? openRaw(written) : nullptr;
+        ok = db && exec(db, "PRAGMA integrity_check");
+        if (db) sqlite3_close(db);
+        if (!ok) {
+            state.SkipWithError("raw automatic backup failed");
+            break;
+        }
+        QFile::remove(copyPath);
+        QFile::remove(compacted);
+    }
+}
+
+// What the window's thread does before an automatic backup goes to its own
+// thread: read the settings and whether one is due, over a folder holding a
+// year's rotation (23 backups).
+void autoBackupStart(benchmark::State& state) {
+    const QString backups = target("start");
+    QDir().mkpath(backups);
+    const QString one = target("start.tbk");
+    if (!tarvel::exchange::backupTo(one).ok) {
+        state.SkipWithError("no backup to place");
+        return;
+    }
+    for (int i = 0; i < 23; ++i)
+        QFile::copy(one, QDir(backups).filePath(tarvel::exchange::autoBackupName(
+                             QDateTime(QDate(2025, 1, 1).addDays(i * 15), QTime(9, 0)))));
+    for (auto _ : state) {
+        const auto place = tarvel::exchange::autoBackupPlace(dataFile);
+        const bool due = tarvel::exchange::backupDueAtStart(backups, QDate(2026, 1, 1));
+        benchmark::DoNotOptimize(place);
+        benchmark::DoNotOptimize(due);
+    }
+}
+
+// ---------------------------------------------------------------------------
+// 3. Report export of the ticked contacts
 
 const char* kContactCut =
     "BEGIN;"
@@ -197,10 +254,15 @@ int main(int argc, char** argv) {
         argc, argv, {fillDataFile, warmUp, release},
         {{"backup/exchange", backupExchange, benchmark::kMillisecond},
          {"backup/raw", backupRaw, benchmark::kMillisecond},
+         {"autobackup/exchange", autoBackupExchange, benchmark::kMillisecond},
+         {"autobackup/raw", autoBackupRaw, benchmark::kMillisecond},
+         {"autobackup-start/exchange", autoBackupStart, benchmark::kMillisecond},
          {"report/exchange", reportExchange, benchmark::kMillisecond},
          {"report/raw", reportRaw, benchmark::kMillisecond}},
         {"exchange",
          Layout::MillisecondsWallClock,
-         {{"backup", 1.5}, {"report", 2.0}},
-         {{"backup/exchange", "backup", 2.0}, {"report/exchange", "report export", 3.0}}});
+         {{"backup", 1.5}, {"autobackup", 1.5}, {"report", 2.0}},
+         {{"backup/exchange", "backup", 2.0},
+          {"autobackup-start/exchange", "the window's share of an automatic backup", 0.1},
+          {"report/exchange", "report export", 3.0}}});
 }

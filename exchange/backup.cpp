@@ -37,33 +37,55 @@ BackupNames BackupNames::at(const QString& folder, const QDateTime& moment) {
     const QDir dir(folder);
     BackupNames n;
     n.live = dir.filePath(QLatin1String(schema::kDataFileName));
-    n.plainCopy = dir.filePath(QStringLiteral("tmp.mdb"));
-    n.compacted = dir.filePath(ymdhm(moment) + QStringLiteral(".tmp"));
+    const QDir scratch(scratchFolderOf(n.live));
+    n.plainCopy = scratch.filePath(QStringLiteral("tmp.mdb"));
+    n.compacted = scratch.filePath(ymdhm(moment) + QStringLiteral(".tmp"));
     n.offered = dir.filePath(QStringLiteral("Tarvel数据备份文件") + ymd(moment.date()) +
                              QStringLiteral(".tbk"));
     n.safetyCopy =
         dir.filePath(QStringLiteral("tmpbackup") + ymdhm(moment) + QStringLiteral(".tbk"));
-    n.restoreCopy = dir.filePath(QStringLiteral("temp.tbk"));
+    n.restoreCopy = scratch.filePath(QStringLiteral("temp.tbk"));
     return n;
+}
+
+Outcome backupFile(const QString& live, const QString& target, const QDateTime& moment,
+                   const Progress& progress) {
+    BackupNames n = BackupNames::at(QFileInfo(live).absolutePath(), moment);
+    n.live = QFileInfo(live).absoluteFilePath();
+    if (QFileInfo(target) == QFileInfo(n.live))
+        return Outcome::failure(QStringLiteral("备份没有完成：不能备份到数据文件本身"));
+    const QString scratch = scratchFolderOf(n.live);
+    Leftovers leftovers{{n.plainCopy, n.compacted}};
+    QString error;
+    auto failed = [&] { return Outcome::from(QStringLiteral("备份没有完成："), error); };
+    {
+        // A read transaction on a connection of its own: the file is settled
+        // (a crash's unfinished transaction rolled back) and no writer commits
+        // while its bytes are copied.
+        auto reader = Handle::open(n.live, QLatin1String(schema::kDatabasePassword), false, &error);
+        if (!reader ||
+            !reader->exec(QStringLiteral("BEGIN; SELECT count(*) FROM sqlite_master;"), &error))
+            return failed();
+        const bool copied =
+            copyFile(n.live, n.plainCopy, stepProgress(progress, 0, 30), &error, scratch);
+        reader->exec(QStringLiteral("COMMIT"), nullptr);
+        reader->close();
+        if (!copied) return failed();
+    }
+    // The compaction works on a copy, never on the live file.
+    if (!compactDataFile(n.plainCopy, n.compacted, stepProgress(progress, 30, 70), &error,
+                         scratch) ||
+        !copyFile(n.compacted, target, stepProgress(progress, 70, 100), &error, scratch))
+        return failed();
+    return Outcome{true, false, QFileInfo(target).absoluteFilePath(), {}};
 }
 
 Outcome backupTo(const QString& chosen, const Progress& progress) {
     if (chosen.trimmed().isEmpty()) return Outcome{true, false, {}, {}};
     const QString target = QFileInfo(chosen.trimmed()).absoluteFilePath();
-    const BackupNames n = BackupNames::at(dataFolder(), Clock::now());
-    if (QFileInfo(target) == QFileInfo(n.live))
-        return Outcome::failure(QStringLiteral("备份没有完成：不能备份到数据文件本身"));
-    Leftovers leftovers{{n.plainCopy, n.compacted}};
-    QString error;
-    // The compaction works on a copy, never on the live file.
-    if (!settleDataFile(n.live, &error) ||
-        !copyFile(n.live, n.plainCopy, stepProgress(progress, 0, 30), &error) ||
-        !compactDataFile(n.plainCopy, n.compacted, stepProgress(progress, 30, 70), &error) ||
-        !copyFile(n.compacted, target, stepProgress(progress, 70, 100), &error)) {
-        return Outcome::from(QStringLiteral("备份没有完成："), error);
-    }
-    recordBackupDate();
-    return Outcome{true, false, target, {}};
+    const Outcome out = backupFile(liveDataFile(), target, Clock::now(), progress);
+    if (out.ok) recordBackupDate();
+    return out;
 }
 
 Outcome restoreFrom(const QString& chosen, const Progress& progress) {
@@ -74,6 +96,11 @@ Outcome restoreFrom(const QString& chosen, const Progress& progress) {
     if (!checkDataFile(source, &error))
         return Outcome::failure(QStringLiteral("不能恢复该文件，当前数据没有改动：") + error);
     closeAllHandles();
+    // Through a symbolic link, the file it points to is replaced and the link stays.
+    const QFileInfo liveInfo(n.live);
+    const QString replaced = liveInfo.isSymLink() && !liveInfo.canonicalFilePath().isEmpty()
+                                 ? liveInfo.canonicalFilePath()
+                                 : n.live;
     Leftovers leftovers{{n.restoreCopy}};
     // The safety copy exists before anything is replaced; the live file is
     // swapped by one rename, so it is always either the old or the new file.
@@ -83,7 +110,7 @@ Outcome restoreFrom(const QString& chosen, const Progress& progress) {
         return Outcome::from(kUnchanged, error);
     }
     if (progress && !progress(95)) return Outcome::cancel();
-    if (!replaceFile(n.restoreCopy, n.live, &error)) return Outcome::failure(kUnchanged + error);
+    if (!replaceFile(n.restoreCopy, replaced, &error)) return Outcome::failure(kUnchanged + error);
     if (progress) progress(100);
     return Outcome{true, false, n.safetyCopy, {}};
 }

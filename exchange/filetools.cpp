@@ -5,13 +5,18 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
+#include <QStorageInfo>
+#include <QTemporaryFile>
 #include <filesystem>
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 #include <system_error>
 
 #include "exchange/tables.h"
 #include "store/connectionstring.h"
+#include "store/faulttext.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
 #include "store/tarveldatabase.h"
@@ -23,6 +28,15 @@ namespace {
 bool setError(QString* error, const QString& message) {
     if (error) *error = message;
     return false;
+}
+
+bool syncToDisk(QFile& file) {
+#ifdef Q_OS_UNIX
+    return ::fsync(file.handle()) == 0;
+#else
+    Q_UNUSED(file);
+    return true;
+#endif
 }
 
 std::filesystem::path fsPath(const QString& path) {
@@ -75,58 +89,96 @@ bool removeFile(const QString& path, QString* error) {
     return setError(error, QStringLiteral("无法删除文件 %1：%2").arg(path, file.errorString()));
 }
 
-bool copyFile(const QString& from, const QString& to, const Progress& progress, QString* error) {
+QString scratchFolderOf(const QString& live) {
+    const QFileInfo file(live);
+    // Beside the real file, so a rename into its place stays on one file system.
+    const QString real = file.isSymLink() && !file.canonicalFilePath().isEmpty()
+                             ? file.canonicalFilePath()
+                             : file.absoluteFilePath();
+    return QDir(QFileInfo(real).absolutePath()).filePath(QStringLiteral(".tarvel-tmp"));
+}
+
+QString scratchFolder() {
+    return scratchFolderOf(liveDataFile());
+}
+
+void cleanScratchFolder(const QString& live) {
+    QDir dir(scratchFolderOf(live));
+    if (!dir.exists()) return;
+    for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        dir.remove(name);
+}
+
+QString stagingNameFor(const QString& target, const QString& scratch) {
+    const QString folder = QFileInfo(target).absolutePath();
+    QString where = folder;
+    if (!scratch.isEmpty() && QDir().mkpath(scratch) &&
+        QStorageInfo(scratch).rootPath() == QStorageInfo(folder).rootPath())
+        where = scratch;
+    // A unique name that exists for a moment only, so the caller may create it.
+    QTemporaryFile probe(QDir(where).filePath(QStringLiteral(".tarvel-XXXXXX.part")));
+    if (!probe.open()) return QDir(where).filePath(QStringLiteral(".tarvel-copy.part"));
+    return probe.fileName();
+}
+
+bool copyFile(const QString& from, const QString& to, const Progress& progress, QString* error,
+              const QString& scratch) {
     QFile in(from);
     if (!in.open(QIODevice::ReadOnly))
         return setError(error, QStringLiteral("无法读取文件 %1：%2").arg(from, in.errorString()));
-    QSaveFile out(to);
-    if (!out.open(QIODevice::WriteOnly))
-        return setError(error, QStringLiteral("无法写入文件 %1：%2").arg(to, out.errorString()));
+    const QString staging = stagingNameFor(to, scratch);
+    Leftovers partial{{staging}};
+    QFile out(staging);
+    auto cannotWrite = [&](const QString& why) {
+        out.close();
+        return setError(error, QStringLiteral("无法写入文件 %1：%2").arg(to, plainWriteFault(why)));
+    };
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return cannotWrite(out.errorString());
     const qint64 total = qMax<qint64>(in.size(), 1);
     qint64 done = 0;
     QByteArray chunk;
     while (!(chunk = in.read(1 << 20)).isEmpty()) {
-        if (out.write(chunk) != chunk.size()) {
-            const QString why = out.errorString();
-            out.cancelWriting();
-            return setError(error, QStringLiteral("无法写入文件 %1：%2").arg(to, why));
-        }
+        if (out.write(chunk) != chunk.size()) return cannotWrite(out.errorString());
         done += chunk.size();
         if (progress && !progress(int(done * 100 / total))) {
-            out.cancelWriting();
+            out.close();
             return setError(error, Outcome::cancelledText());
         }
     }
     if (in.error() != QFile::NoError) {
-        out.cancelWriting();
+        out.close();
         return setError(error, QStringLiteral("无法读取文件 %1：%2").arg(from, in.errorString()));
     }
-    if (!out.commit())
-        return setError(error, QStringLiteral("无法写入文件 %1：%2").arg(to, out.errorString()));
-    return true;
+    // On disk before the rename, so a crash leaves the old file or the whole new one.
+    if (!out.flush() || !syncToDisk(out)) return cannotWrite(out.errorString());
+    out.close();
+    return replaceFile(staging, to, error);
 }
 
 bool replaceFile(const QString& from, const QString& to, QString* error) {
     std::error_code ec;
     std::filesystem::rename(fsPath(from), fsPath(to), ec);
     if (ec)
-        return setError(error, QStringLiteral("无法用 %1 替换 %2：%3")
-                                   .arg(from, to, QString::fromLocal8Bit(ec.message())));
+        return setError(error,
+                        QStringLiteral("无法用 %1 替换 %2：%3")
+                            .arg(from, to, plainWriteFault(QString::fromLocal8Bit(ec.message()))));
     return true;
 }
 
 bool compactDataFile(const QString& from, const QString& to, const Progress& progress,
-                     QString* error) {
+                     QString* error, const QString& scratch) {
     QString why;
     auto source = Handle::open(from, QLatin1String(schema::kDatabasePassword), false, &why);
     if (!source) return setError(error, why);
-    const QString part = to + QStringLiteral(".part");
+    const QString part = stagingNameFor(to, scratch);
     // The program opens files without the create flag, and an attached file
     // inherits it, so the target starts as an empty file.
     QFile empty(part);
     if (!empty.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return setError(error,
-                        QStringLiteral("无法写入文件 %1：%2").arg(part, empty.errorString()));
+        return setError(
+            error,
+            QStringLiteral("无法写入文件 %1：%2").arg(to, plainWriteFault(empty.errorString())));
     empty.close();
     ExportWatch watch{
         &progress,
@@ -143,6 +195,7 @@ bool compactDataFile(const QString& from, const QString& to, const Progress& pro
     source->close();
     if (!exported) {
         removeFile(part);
+        removeFile(part + QStringLiteral("-journal"));
         if (watch.stopped) return setError(error, Outcome::cancelledText());
         return setError(error, QStringLiteral("压缩数据文件失败：%1").arg(why));
     }

@@ -12,9 +12,24 @@ QString dataFolder();
 // The program's live data file.
 QString liveDataFile();
 
-// Copies `from` to `to`, overwriting it. The copy is written under a temporary
-// name beside `to` and renamed into place, so `to` is never half written.
-bool copyFile(const QString& from, const QString& to, const Progress& progress, QString* error);
+// The folder that holds the temporary files of work on the data file `live`:
+// `.tarvel-tmp` beside the file the path resolves to. Whatever is in it belongs
+// to an operation that did not finish, so a later start removes it.
+QString scratchFolderOf(const QString& live);
+// The scratch folder of the program's live data file.
+QString scratchFolder();
+// Removes what unfinished operations left in the scratch folder of `live`.
+void cleanScratchFolder(const QString& live);
+
+// A new, unused name for a file that will be renamed to `target`: in `scratch`
+// when that lies on the same file system, else a short hidden name beside
+// `target`, never a longer form of the target's own name.
+QString stagingNameFor(const QString& target, const QString& scratch);
+
+// Copies `from` to `to`, overwriting it. The copy is written under a staging
+// name and renamed into place, so `to` is never half written.
+bool copyFile(const QString& from, const QString& to, const Progress& progress, QString* error,
+              const QString& scratch = scratchFolder());
 
 // Replaces `to` with `from` by a rename within one file system.
 bool replaceFile(const QString& from, const QString& to, QString* error);
@@ -22,7 +37,7 @@ bool replaceFile(const QString& from, const QString& to, QString* error);
 // Compacts the data file `from` into a new file `to` keyed with the same
 // password (sqlcipher_export). `to` appears only when complete.
 bool compactDataFile(const QString& from, const QString& to, const Progress& progress,
-                     QString* error);
+                     QString* error, const QString& scratch = scratchFolder());
 
 // Whether `path` opens with the database password, holds this program's tables
 // and passes the engine's integrity check.

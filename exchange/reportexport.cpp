@@ -200,7 +200,9 @@ Outcome exportReport(int kind, const QString& chosen, const Progress& progress) 
         return Outcome::failure(problem);
     if (chosen.trimmed().isEmpty()) return Outcome{true, false, {}, {}};
     const QString target = QFileInfo(chosen.trimmed()).absoluteFilePath();
-    const QString copy = QDir(dataFolder()).filePath(QStringLiteral("tdb.tmp"));
+    // Beside the other working files, where a later start removes a killed run's copy.
+    const QString copy = QDir(scratchFolder()).filePath(QStringLiteral("tdb.tmp"));
+    QDir().mkpath(scratchFolder());
     Leftovers leftovers{{copy}};
     const QString prefix = QStringLiteral("导出Tarvel报表没有完成：");
     QString error;

@@ -6,6 +6,7 @@
 
 #include "shell/globals.h"
 #include "store/encode.h"
+#include "store/faulttext.h"
 #include "views/common/flatbutton.h"
 #include "views/common/page.h"
 
@@ -78,10 +79,17 @@ FormLogin::FormLogin(QWidget* parent)
     QString where;
     bool missing = false;
     if (!dataFileOpens(&where, &missing)) {
-        status_->setText(
-            (missing ? QStringLiteral("无法打开数据文件：文件不存在。")
-                     : QStringLiteral("无法打开数据文件：文件已损坏或不是Tarvel数据文件。")) +
-            QStringLiteral("\n查找位置：") + QDir::toNativeSeparators(where));
+        // A good file in too deep a folder is never called damaged.
+        const QString why =
+            missing ? QStringLiteral("无法打开数据文件：文件不存在。")
+            : pathTooLong(where)
+                ? plainOpenFault(QString(), where)
+                : QStringLiteral("无法打开数据文件：文件已损坏或不是Tarvel数据文件。");
+        status_->setText(why + QStringLiteral("\n查找位置：") + QDir::toNativeSeparators(where));
+        status_->show();
+    } else if (const QString problem = writeProblem(dataFilePath()); !problem.isEmpty()) {
+        // Said now, not at the first save that fails.
+        status_->setText(problem);
         status_->show();
     }
     txtPassword_->setFocus();

@@ -25,11 +25,15 @@ QString settingValue(const QString& type, const QString& key) {
     return s.Set_Value().trimmed();
 }
 
+QString dataFilePath() {
+    return parseConnectionString(globalConnectionString()).dataSource;
+}
+
 bool dataFileOpens(QString* where, bool* missing) {
     tarveldatabase db;
     db.OpenConnection();
     if (db.oConn() && db.oConn()->State() == adStateOpen) return true;
-    const QString path = parseConnectionString(globalConnectionString()).dataSource;
+    const QString path = dataFilePath();
     if (where) *where = path;
     if (missing) *missing = !QFileInfo(path).isFile();
     return false;

@@ -27,4 +27,7 @@ QString settingValue(const QString& type, const QString& key);
 // an absent file from one that cannot be read.
 bool dataFileOpens(QString* where = nullptr, bool* missing = nullptr);
 
+// The data file the global connection string names.
+QString dataFilePath();
+
 }  // namespace tarvel

@@ -10,6 +10,7 @@
 
 #include "custom/fsettings.h"
 #include "exchange/importjournal.h"
+#include "shell/autobackuphook.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
 #include "shell/globals.h"
@@ -170,8 +171,12 @@ int runTarvel(int argc, char* argv[]) {
     std::unique_ptr<TarvelMain> main = startUp([](QDialog& dialog) { dialog.exec(); });
     if (!main) return 0;
     QApplication::setQuitOnLastWindowClosed(true);
+    AutoBackupHook backups(std::make_shared<MessageBoxDialogs>(main.get()));
+    backups.atStart();
     main->show();
-    return app.exec();
+    const int result = app.exec();
+    backups.atClose();
+    return result;
 }
 
 }  // namespace tarvel

@@ -8,6 +8,7 @@
 #include "store/clock.h"
 #include "store/connectionstring.h"
 #include "store/dialect.h"
+#include "store/faulttext.h"
 #include "store/jetdate.h"
 #include "store/sqlvalue.h"
 
@@ -165,6 +166,8 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
         return fail(QStringLiteral("数据文件不存在：%1").arg(path));
     if (create && QFileInfo::exists(path))
         return fail(QStringLiteral("文件已存在，不会覆盖：%1").arg(path));
+    // The engine would only say it cannot open the file, which reads like damage.
+    if (pathTooLong(path)) return fail(plainOpenFault(QString(), path));
     static const bool configured = [] {
         // Memory statistics cost a global lock on every allocation; nothing reads them.
         sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
@@ -179,7 +182,7 @@ std::shared_ptr<Handle> Handle::open(const QString& path, const QString& passwor
         const QString message =
             db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
         sqlite3_close(db);
-        return fail(QStringLiteral("无法打开数据文件 %1：%2").arg(path, message));
+        return fail(QStringLiteral("无法打开数据文件 %1：%2").arg(path, plainOpenFault(message, path)));
     }
     const QByteArray key = password.toUtf8();
     sqlite3_key(db, key.constData(), key.size());
@@ -222,7 +225,7 @@ void Handle::registerFunctions() {
 }
 
 QString Handle::lastError() const {
-    return db_ ? QString::fromUtf8(sqlite3_errmsg(db_)) : QStringLiteral("数据文件已关闭");
+    return db_ ? plainFault(QString::fromUtf8(sqlite3_errmsg(db_))) : QStringLiteral("数据文件已关闭");
 }
 
 sqlite3_stmt* Handle::prepare(const QString& sql, QString* error) {
@@ -268,7 +271,7 @@ bool Handle::exec(const QString& sql, QString* error) {
     char* message = nullptr;
     if (!db_ ||
         sqlite3_exec(db_, sql.toUtf8().constData(), nullptr, nullptr, &message) != SQLITE_OK) {
-        if (error) *error = message ? QString::fromUtf8(message) : lastError();
+        if (error) *error = message ? plainFault(QString::fromUtf8(message)) : lastError();
         sqlite3_free(message);
         return false;
     }

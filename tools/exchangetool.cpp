@@ -5,8 +5,10 @@
 #include <functional>
 #include <map>
 
+#include "exchange/autobackup.h"
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
+#include "exchange/filetools.h"
 #include "exchange/icalexport.h"
 #include "exchange/icalimport.h"
 #include "exchange/importsession.h"
@@ -17,7 +19,9 @@
 #include "exchange/vcard.h"
 #include "exchange/xlsxwrite.h"
 #include "schedule/agenda.h"
+#include "store/clock.h"
 #include "store/connectionstring.h"
+#include "store/faulttext.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
 
@@ -31,6 +35,8 @@ const char* kUsage =
     "用法: tarvel-io [--db 数据文件] 命令 参数\n"
     "  backup 文件              备份数据文件\n"
     "  restore 文件             用备份文件恢复数据文件\n"
+    "  backups                  列出自动备份（文件、日期、大小、各类记录数）\n"
+    "  auto-backup              立即做一次自动备份（检验并轮换旧的备份）\n"
     "  export-report 类别 文件  把选定的记录导出到Tarvel报表\n"
     "  import-report 文件       导入Tarvel报表\n"
     "  export-csv 类别 文件     把选定的记录导出到CSV文件(文件名以.xlsx结尾时为Excel文件)\n"
@@ -73,6 +79,35 @@ const std::map<QString, Command>& commands() {
               const Outcome o = restoreFrom(a[0]);
               *said = QStringLiteral("恢复成功! 恢复之前的文件已经备份到") + o.path;
               return o;
+          }}},
+        {QStringLiteral("backups"),
+         {0,
+          [](const QStringList&, QString* said) {
+              const QList<AutoBackupEntry> entries =
+                  listAutoBackups(autoBackupPlace(liveDataFile()).folder);
+              QStringList lines;
+              for (const AutoBackupEntry& e : entries)
+                  lines << QStringLiteral("%1\t%2\t%3\t%4")
+                               .arg(QDir::toNativeSeparators(e.path),
+                                    e.made.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")))
+                               .arg(e.bytes)
+                               .arg(e.recordsText());
+              *said = lines.join(QLatin1Char('\n'));
+              return Outcome{true, false, {}, {}};
+          }}},
+        {QStringLiteral("auto-backup"),
+         {0,
+          [](const QStringList&, QString* said) {
+              const QString live = liveDataFile();
+              // What a killed run left is removed first.
+              cleanScratchFolder(live);
+              const AutoBackupResult r =
+                  runAutoBackup({live, autoBackupPlace(live), Clock::now(), {}});
+              if (!r.ok) return Outcome::failure(r.message);
+              *said = QStringLiteral("自动备份成功! 备份文件：%1").arg(r.path);
+              for (const QString& old : r.removed)
+                  *said += QStringLiteral("\n已删除旧的自动备份：%1").arg(old);
+              return Outcome{true, false, r.path, {}};
           }}},
         {QStringLiteral("export-report"),
          {2,
@@ -217,6 +252,9 @@ int runExchangeTool(const QStringList& args, const QString& programFolder, QText
         return 1;
     }
     setGlobalConnectionString(connectionStringFor(QFileInfo(db).absoluteFilePath()));
+    // A file that cannot be written is named before any work starts.
+    if (const QString problem = writeProblem(db); !problem.isEmpty())
+        err << QStringLiteral("注意：") << problem << Qt::endl;
     QString said;
     const Outcome outcome = command->second.run(rest.mid(1), &said);
     closeAllHandles();

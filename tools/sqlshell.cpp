@@ -5,6 +5,7 @@
 
 #include "store/connection.h"
 #include "store/connectionstring.h"
+#include "store/faulttext.h"
 #include "store/jetdate.h"
 #include "store/schema.h"
 #include "tools/datafile.h"
@@ -86,6 +87,9 @@ int runSqlShell(const QStringList& arguments, const QString& defaultFolder, QTex
         err << "error: " << connection.ErrorDescription() << Qt::endl;
         return 1;
     }
+    // Said before the first statement, not at the first write that fails.
+    if (const QString problem = writeProblem(dbPath); !problem.isEmpty())
+        err << "warning: " << problem << Qt::endl;
     if (fromArguments) {
         for (const QString& sql : std::as_const(statements))
             if (!runStatement(connection, sql, out, err)) return 1;

@@ -1,10 +1,14 @@
 #include "exchange/backup.h"
 
+#include <unistd.h>
+
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 #include "custom/softwaresetting.h"
 #include "exchange/filetools.h"
+#include "exchange/reportexport.h"
 #include "store/sqlitehandle.h"
 #include "tests/exchange/exchangefixture.h"
 
@@ -17,9 +21,12 @@ namespace {
 
 class Backup : public ExchangeFixture {
 protected:
-    // Temporary files of backup and restore left in the program folder.
+    // Temporary files of backup and restore left in the program folder or
+    // in its scratch folder.
     QStringList leftovers() {
-        return QDir(file.folder()).entryList({"*.tmp", "*.mdb", "temp.tbk", "*.part"}, QDir::Files);
+        return QDir(file.folder())
+                   .entryList({"*.tmp", "*.mdb", "temp.tbk", "*.part"}, QDir::Files) +
+               QDir(inFolder(".tarvel-tmp")).entryList(QDir::Files | QDir::Hidden);
     }
     QString backupSetting() {
         SoftwareSetting s;
@@ -44,11 +51,11 @@ TEST(BackupNames, NumbersWithoutLeadingZeros) {
     };
     for (const auto& c : cases) {
         const BackupNames n = BackupNames::at("/p", c.at);
-        EXPECT_EQ(n.compacted, QString("/p/") + QString::fromUtf8(c.compacted));
+        EXPECT_EQ(n.compacted, QString("/p/.tarvel-tmp/") + QString::fromUtf8(c.compacted));
         EXPECT_EQ(n.offered, QString("/p/") + QString::fromUtf8(c.offered));
         EXPECT_EQ(n.safetyCopy, QString("/p/") + QString::fromUtf8(c.safety));
-        EXPECT_EQ(n.plainCopy, QString("/p/tmp.mdb"));
-        EXPECT_EQ(n.restoreCopy, QString("/p/temp.tbk"));
+        EXPECT_EQ(n.plainCopy, QString("/p/.tarvel-tmp/tmp.mdb"));
+        EXPECT_EQ(n.restoreCopy, QString("/p/.tarvel-tmp/temp.tbk"));
         EXPECT_EQ(n.live, QString("/p/mydata3.tvg"));
     }
 }
@@ -164,4 +171,83 @@ TEST_F(Backup, CopiesNoHalfFinishedTransaction) {
     EXPECT_EQ(sqlcipherRows(target, "SELECT COUNT(*) FROM contacts"),
               QStringList{QString::number(contacts)});
     EXPECT_EQ(sqlcipherRows(target, "PRAGMA integrity_check"), QStringList{"ok"});
+}
+
+TEST_F(Backup, RestoreThroughASymbolicLinkReplacesTheFileItPointsTo) {
+    fillSample();
+    const QString backup = inFolder("b.tbk");
+    ASSERT_TRUE(backupTo(backup).ok);
+    run("INSERT INTO contacts (con_lastname) VALUES ('后来')");
+    closeAllHandles();
+    // The data file lives elsewhere; the program folder holds a link to it.
+    QDir(file.folder()).mkdir("真实位置");
+    const QString real = inFolder("真实位置/mydata3.tvg");
+    ASSERT_TRUE(QFile::rename(file.path(), real));
+    ASSERT_TRUE(QFile::link(real, file.path()));
+    ASSERT_EQ(rows("contacts"), 5);
+    const Outcome out = restoreFrom(backup);
+    ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
+    EXPECT_TRUE(QFileInfo(file.path()).isSymLink());
+    EXPECT_EQ(QFileInfo(file.path()).symLinkTarget(), real);
+    EXPECT_EQ(sqlcipherRows(real, "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
+    EXPECT_EQ(rows("contacts"), 4);
+    // The safety copy holds what the real file held.
+    EXPECT_EQ(sqlcipherRows(out.path, "SELECT COUNT(*) FROM contacts"), QStringList{"5"});
+    EXPECT_TRUE(
+        QDir(inFolder("真实位置/.tarvel-tmp")).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+TEST_F(Backup, NamesAtTheFileNameLimitWork) {
+    fillSample();
+    completeProfile();
+    // 251 bytes with the extension: three-byte characters and ASCII.
+    const struct {
+        const char* extension;
+        std::function<Outcome(const QString&)> write;
+    } cases[] = {
+        {".tbk", [](const QString& to) { return backupTo(to); }},
+        {".tvr3", [](const QString& to) { return exportReport(3, to); }},
+    };
+    for (const auto& c : cases) {
+        QString name = QString(80, QChar(u'报'));
+        while (name.toUtf8().size() + int(strlen(c.extension)) < 251) name += 'a';
+        name += c.extension;
+        ASSERT_EQ(name.toUtf8().size(), 251);
+        const Outcome out = c.write(inFolder(name));
+        ASSERT_TRUE(out.ok) << c.extension << out.ErrMsg.toStdString();
+        EXPECT_EQ(sqlcipherRows(inFolder(name), "PRAGMA integrity_check"), QStringList{"ok"});
+    }
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(",").toStdString();
+}
+
+TEST_F(Backup, WhatAKilledRunLeftIsRemovedAtTheNextStart) {
+    fillSample();
+    const QString scratch = scratchFolderOf(file.path());
+    ASSERT_TRUE(QDir().mkpath(scratch));
+    for (const char* name : {"tmp.mdb", "2026-8-5-9-7.tmp", ".tarvel-Ab12Cd.part",
+                             ".tarvel-Ab12Cd.part-journal", "tdb.tmp", "temp.tbk"})
+        exchange_test::writeBytes(QDir(scratch).filePath(name), QByteArray(4096, 'x'));
+    cleanScratchFolder(file.path());
+    EXPECT_EQ(QDir(scratch).entryList(QDir::Files | QDir::Hidden), QStringList());
+    // The data file and the user's own files are left alone.
+    EXPECT_EQ(rows("contacts"), 4);
+}
+
+TEST_F(Backup, AFullDiskIsToldAndLeavesNoPieceBehind) {
+    fillSample();
+    const QString small = inFolder("small");
+    QDir().mkpath(small);
+    // A file system too small for the backup (mounting needs root, as in CI).
+    if (::geteuid() != 0 ||
+        QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=48k", "tmpfs", small}) != 0)
+        GTEST_SKIP() << "needs root to mount a small file system";
+    const Outcome out = backupTo(QDir(small).filePath("b.tbk"));
+    const QStringList left = QDir(small).entryList(QDir::Files | QDir::Hidden);
+    QProcess::execute("umount", {small});
+    EXPECT_FALSE(out.ok);
+    EXPECT_TRUE(out.ErrMsg.startsWith("备份没有完成") && out.ErrMsg.contains("磁盘已满") &&
+                out.ErrMsg.contains("腾出磁盘空间"))
+        << out.ErrMsg.toStdString();
+    EXPECT_EQ(left, QStringList());
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(",").toStdString();
 }

@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QThread>
 
+#include "exchange/autobackup.h"
 #include "exchange/backup.h"
 #include "exchange/csv.h"
 #include "exchange/filetools.h"
@@ -222,4 +223,53 @@ TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {
         if (c.op.writes)
             EXPECT_FALSE(QFileInfo::exists(QDir(QFileInfo(live).path()).filePath(c.op.writes)));
     }
+}
+
+TEST_F(Crash, AKilledAutomaticBackupLeavesTheFileWholeAndIsCleanedNextTime) {
+    prepareWorkload();
+    QString problem;
+    const QString before = fingerprint(file.path(), &problem);
+    ASSERT_TRUE(problem.isEmpty()) << problem.toStdString();
+    const QString live = freshCopy("auto");
+    const QString folder = QDir(QFileInfo(live).path()).filePath("backups");
+    const QString scratch = scratchFolderOf(live);
+    QElapsedTimer timer;
+    timer.start();
+    QProcess whole;
+    whole.start(TARVEL_IO, {"--db", live, "auto-backup"});
+    ASSERT_TRUE(whole.waitForFinished(120000));
+    ASSERT_EQ(whole.exitCode(), 0) << whole.readAllStandardError().toStdString();
+    const qint64 duration = timer.elapsed();
+    const quint32 seed = QRandomGenerator::global()->generate();
+    QRandomGenerator random(seed);
+    int killedWorking = 0;
+    bool leftSomething = false;
+    for (int i = 0; i < kKillsPerOperation; ++i) {
+        const QString where = QString("kill %1 (seed %2)").arg(i).arg(seed);
+        QProcess child;
+        child.start(TARVEL_IO, {"--db", live, "auto-backup"});
+        ASSERT_TRUE(child.waitForStarted());
+        QThread::msleep(random.bounded(int(duration) + 1));
+        child.kill();  // SIGKILL
+        child.waitForFinished();
+        if (child.exitStatus() == QProcess::CrashExit) ++killedWorking;
+        problem.clear();
+        EXPECT_EQ(fingerprint(live, &problem), before) << where.toStdString();
+        EXPECT_TRUE(problem.isEmpty()) << where.toStdString() << problem.toStdString();
+        // Only whole backups are listed.
+        for (const AutoBackupEntry& e : listAutoBackups(folder)) expectWholeOrAbsent(e.path, where);
+        leftSomething =
+            leftSomething || !QDir(scratch).entryList(QDir::Files | QDir::Hidden).isEmpty();
+    }
+    EXPECT_GE(killedWorking, kKillsPerOperation / 2) << "seed " << seed;
+    // The next run removes what the killed ones left and makes its backup.
+    QProcess next;
+    next.start(TARVEL_IO, {"--db", live, "auto-backup"});
+    ASSERT_TRUE(next.waitForFinished(120000));
+    EXPECT_EQ(next.exitCode(), 0) << next.readAllStandardError().toStdString();
+    EXPECT_EQ(QDir(scratch).entryList(QDir::Files | QDir::Hidden), QStringList())
+        << "killed runs left files: " << leftSomething;
+    EXPECT_EQ(QDir(folder).entryList({".tarvel-*.part*"}, QDir::Files | QDir::Hidden),
+              QStringList());
+    for (const AutoBackupEntry& e : listAutoBackups(folder)) expectWholeOrAbsent(e.path, "after");
 }

@@ -1,6 +1,7 @@
 #include <QFileInfo>
 
 #include "store/connectionstring.h"
+#include "store/faulttext.h"
 #include "tests/exchange/exchangefixture.h"
 #include "tools/exchangetool.h"
 
@@ -121,4 +122,48 @@ TEST_F(Tool, TableImportTakesWorkbooksAndPrintsWhatDidNotComeIn) {
     EXPECT_EQ(bad.code, 0) << bad.err.toStdString();
     EXPECT_TRUE(bad.out.contains("新增 2")) << bad.out.toStdString();
     EXPECT_TRUE(bad.out.contains("第3行“生日”列")) << bad.out.toStdString();
+}
+
+TEST_F(Tool, MakesAndListsAutomaticBackupsOneALine) {
+    fillSample();
+    EXPECT_EQ(tool({"backups"}).out, QString());
+    const QDateTime first = Clock::now();
+    ToolRun r = tool({"auto-backup"});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    Clock::advance(24 * 3600 + 60);
+    run("INSERT INTO contacts (con_lastname) VALUES ('新人')");
+    ASSERT_EQ(tool({"auto-backup"}).code, 0);
+    r = tool({"backups"});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    const QStringList lines = r.out.trimmed().split('\n');
+    ASSERT_EQ(lines.size(), 2) << r.out.toStdString();
+    const QDateTime moments[] = {Clock::now(), first};
+    const int contacts[] = {5, 4};
+    for (int i = 0; i < 2; ++i) {
+        const QStringList fields = lines[i].split('\t');
+        ASSERT_EQ(fields.size(), 4) << lines[i].toStdString();
+        EXPECT_EQ(fields[0], QFileInfo(fields[0]).absoluteFilePath());
+        EXPECT_EQ(QFileInfo(fields[0]).absolutePath(), inFolder("backups"));
+        EXPECT_EQ(fields[1], moments[i].toString("yyyy-MM-dd HH:mm:ss"));
+        EXPECT_EQ(fields[2].toLongLong(), QFileInfo(fields[0]).size());
+        EXPECT_TRUE(fields[3].contains(QString("联系人 %1").arg(contacts[i])))
+            << lines[i].toStdString();
+        EXPECT_EQ(sqlcipherRows(fields[0], "SELECT COUNT(*) FROM contacts"),
+                  QStringList{QString::number(contacts[i])});
+    }
+}
+
+TEST_F(Tool, SaysPlainlyWhyAFileInTooLongAPathCannotBeOpened) {
+    QString deep = file.folder();
+    while (deep.toUtf8().size() <= kLongestDataPath) deep += "/" + QString(60, QChar(u'深'));
+    ASSERT_TRUE(QDir().mkpath(deep));
+    const QString live = QDir(deep).filePath("mydata3.tvg");
+    ASSERT_TRUE(QFile::copy(file.path(), live));
+    for (const QStringList& args : {QStringList{"backup", inFolder("x.tbk")},
+                                    QStringList{"export-csv", "contacts", inFolder("x.csv")}}) {
+        const ToolRun r = tool(QStringList{"--db", live} + args);
+        EXPECT_EQ(r.code, 1) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.contains(plainOpenFault(QString(), live))) << r.err.toStdString();
+        EXPECT_FALSE(r.err.contains("不是 Tarvel 数据文件")) << r.err.toStdString();
+    }
 }

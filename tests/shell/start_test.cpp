@@ -1,18 +1,25 @@
 // First run, login and the start routine, driven through the named controls.
+#include <unistd.h>
+
 #include <QFile>
 #include <QLineEdit>
+#include <QProcess>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
+#include "shell/autobackuphook.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
 #include "shell/startup.h"
+#include "store/clock.h"
 #include "store/encode.h"
+#include "store/faulttext.h"
+#include "store/sqlitehandle.h"
 #include "tests/support/tempdatafile.h"
 #include "tests/views/helpers.h"
 
@@ -68,6 +75,8 @@ private slots:
 
     void loginTrimsRefusesWrongCaseAndAllowsRetry();
     void loginSaysWhichDataFileCouldNotBeOpened();
+    void loginTellsATooLongPathAndAReadOnlyFolderAtOnce();
+    void automaticBackupsAtTheDaysFirstStartAndAtCloseAfterAChange();
     void firstRunRefusesDisagreementAndBadPasswords();
     void firstRunStoresTheTrimmedSixCharacterPassword();
     void firstRunOnAReadOnlyDataFileSaysSoAndWaits();
@@ -122,6 +131,88 @@ void StartTest::loginSaysWhichDataFileCouldNotBeOpened() {
         junk.write(QByteArray(4096, 'x'));
     }
     QCOMPARE(QFile(path).size(), 4096);
+}
+
+void StartTest::loginTellsATooLongPathAndAReadOnlyFolderAtOnce() {
+    // A good file in a folder deeper than the engine opens is not called damaged.
+    QTemporaryDir dir;
+    QString deep = dir.path();
+    while (deep.toUtf8().size() <= kLongestDataPath) deep += "/" + QString(60, QChar(u'深'));
+    QVERIFY(QDir().mkpath(deep));
+    QVERIFY(QFile::copy(file_->path(), QDir(deep).filePath("mydata3.tvg")));
+    setApplicationPath(deep);
+    {
+        FormLogin form;
+        const QString status = child<QLabel>(form, "lbl_status")->text();
+        QVERIFY2(status.contains("路径太长") && !status.contains("损坏或不是"), qPrintable(status));
+    }
+    // A read-only view of the folder (root writes through permission bits).
+    const QString view = dir.filePath("ro");
+    QDir().mkpath(view);
+    if (::geteuid() != 0 || QProcess::execute("mount", {"--bind", file_->folder(), view}) != 0)
+        QSKIP("needs root to mount a read-only view of a folder");
+    const bool readOnly = QProcess::execute("mount", {"-o", "remount,ro,bind", view}) == 0;
+    setApplicationPath(view);
+    QString status;
+    bool shown = false;
+    {
+        FormLogin form;
+        status = child<QLabel>(form, "lbl_status")->text();
+        shown = !child<QLabel>(form, "lbl_status")->isHidden();
+    }
+    closeAllHandles();
+    QProcess::execute("umount", {view});
+    QVERIFY(readOnly);
+    QVERIFY(shown);
+    QVERIFY2(status.contains("只读") && status.contains("复制到可以写入的位置"),
+             qPrintable(status));
+}
+
+void StartTest::automaticBackupsAtTheDaysFirstStartAndAtCloseAfterAChange() {
+    Clock::setFixed(QDateTime(QDate(2026, 3, 2), QTime(8, 0)));
+    const QString folder = QDir(file_->folder()).filePath("backups");
+    auto count = [&] { return exchange::listAutoBackups(folder).size(); };
+    {
+        AutoBackupHook hook(dialogs_);
+        hook.atStart();
+        hook.runner().wait();
+        QVERIFY2(hook.runner().lastResult().ok, qPrintable(hook.runner().lastResult().message));
+        QCOMPARE(count(), 1);
+        QVERIFY(exchange::listAutoBackups(folder)[0].recordsText().contains("联系人 0"));
+        closeAllHandles();
+        Clock::advance(60);
+        hook.atClose();  // nothing changed since: no backup at 8:01
+        QCOMPARE(count(), 1);
+        QCOMPARE(exchange::listAutoBackups(folder)[0].made.time(), QTime(8, 0));
+    }
+    Clock::advance(3600);
+    {
+        AutoBackupHook hook(dialogs_);
+        hook.atStart();  // the day's backup is there
+        QVERIFY(!hook.runner().isRunning());
+        tarvel::testsupport::run("INSERT INTO contacts (con_lastname) VALUES ('张三')");
+        closeAllHandles();
+        hook.atClose();
+        // The closing backup takes the place of the morning's: one a day.
+        const auto entries = exchange::listAutoBackups(folder);
+        QCOMPARE(entries.size(), 1);
+        QCOMPARE(entries[0].made.time(), QTime(9, 1));
+        QVERIFY2(entries[0].recordsText().contains("联系人 1"),
+                 qPrintable(entries[0].recordsText()));
+    }
+    QVERIFY(dialogs_->shown.isEmpty());
+    // A folder that cannot be made: the user is told.
+    tarvel::testsupport::run(
+        QString("INSERT INTO setting (set_type, set_key, set_value) VALUES ('backup', 'folder', "
+                "'%1/backups')")
+            .arg(file_->path()));
+    Clock::advance(24 * 3600);
+    AutoBackupHook hook(dialogs_);
+    hook.atStart();
+    hook.runner().wait();
+    QTRY_COMPARE(dialogs_->shown.size(), 1);
+    QCOMPARE(dialogs_->shown[0].kind, QString("warning"));
+    QVERIFY2(dialogs_->lastText().contains("自动备份没有完成"), qPrintable(dialogs_->lastText()));
 }
 
 void StartTest::firstRunRefusesDisagreementAndBadPasswords() {

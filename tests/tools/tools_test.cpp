@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include "store/faulttext.h"
 #include "store/sqlitehandle.h"
 #include "store/tarveldatabase.h"
 #include "tests/support/tempdatafile.h"
@@ -92,4 +94,17 @@ TEST(SqlShell, PrintsRowsChangesAndErrors) {
     const QString created = dir.filePath("new.tvg");
     EXPECT_EQ(shell({"--create", created}, QString()).code, 0);
     EXPECT_EQ(shell({"--create", created}, QString()).code, 1);
+}
+
+TEST(SqlShell, TellsFaultsInThePlainWordsOfTheProgram) {
+    tarvel::testing::TempDataFile file;
+    // A good file in a folder deeper than the engine opens.
+    QString deep = file.folder();
+    while (deep.toUtf8().size() <= kLongestDataPath) deep += "/" + QString(60, QChar(u'深'));
+    ASSERT_TRUE(QDir().mkpath(deep));
+    const QString live = QDir(deep).filePath("mydata3.tvg");
+    ASSERT_TRUE(QFile::copy(file.path(), live));
+    ShellRun r = shell({"--db", live, "-c", "SELECT 1"}, QString());
+    EXPECT_EQ(r.code, 1);
+    EXPECT_TRUE(r.err.contains(plainOpenFault(QString(), live))) << r.err.toStdString();
 }

@@ -4,9 +4,11 @@
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
+#include <QTreeWidget>
 #include <QtTest>
 
 #include "custom/userprofile.h"
+#include "exchange/autobackup.h"
 #include "exchange/importsession.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
@@ -148,6 +150,48 @@ private slots:
         click(*page_, "Cmd_Restore");
         QVERIFY(dialogs_->lastText().startsWith("不能恢复该文件"));
         QCOMPARE(contacts(), 1);
+    }
+
+    void automaticBackupsAreListedAndRestoredAfterAsking() {
+        const exchange::AutoBackupPlace place = exchange::autoBackupPlace(file_->path());
+        auto backupAt = [&](const QDateTime& moment) {
+            const exchange::AutoBackupResult r =
+                exchange::runAutoBackup({file_->path(), place, moment, {}});
+            QVERIFY2(r.ok, qPrintable(r.message));
+        };
+        const int first = contacts() + 1;
+        run("INSERT INTO contacts (con_lastname) VALUES ('张三')");
+        backupAt(at(2024, 5, 19, 17, 45));
+        run("INSERT INTO contacts (con_lastname) VALUES ('李四')");
+        backupAt(at(2024, 5, 20, 9, 5));
+        run("INSERT INTO contacts (con_lastname) VALUES ('王五')");
+        page_->refresh();
+        auto* grid = child<QTreeWidget>(*page_, "lv_auto_backups");
+        QCOMPARE(child<QLabel>(*page_, "lbl_auto_backups")->buddy(), grid);
+        QCOMPARE(grid->topLevelItemCount(), 2);
+        QCOMPARE(grid->topLevelItem(0)->text(0), QString("2024-05-20 09:05"));
+        QCOMPARE(grid->topLevelItem(1)->text(0), QString("2024-05-19 17:45"));
+        QVERIFY2(grid->topLevelItem(0)->text(2).contains(QString("联系人 %1").arg(first + 1)),
+                 qPrintable(grid->topLevelItem(0)->text(2)));
+        QVERIFY(grid->topLevelItem(1)->text(2).contains(QString("联系人 %1").arg(first)));
+        QVERIFY(!grid->topLevelItem(0)->text(1).isEmpty());
+        const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
+        if (!shots.isEmpty()) page_->grab().save(QDir(shots).filePath("form_dataio_auto.png"));
+
+        grid->setCurrentItem(grid->topLevelItem(1));
+        click(*page_, "cmd_restore_auto");  // asked first: No
+        QVERIFY(dialogs_->lastText().contains("2024-05-19 17:45"));
+        QCOMPARE(contacts(), first + 2);
+        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
+        dialogs_->answers << true;
+        click(*page_, "cmd_restore_auto");
+        QCOMPARE(dialogs_->lastText(),
+                 QString("恢复成功! 恢复之前的文件已经备份到%1/tmpbackup2024-5-20-10-3.tbk")
+                     .arg(file_->folder()));
+        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(contacts(), first);
+        // The list is read again after the restore and still holds both.
+        QCOMPARE(child<QTreeWidget>(*page_, "lv_auto_backups")->topLevelItemCount(), 2);
     }
 
     void reportExportAsTheListsRunIt() {

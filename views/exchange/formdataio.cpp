@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "custom/softwaresetting.h"
+#include "exchange/autobackup.h"
 #include "exchange/backup.h"
 #include "exchange/csvimport.h"
 #include "exchange/filetools.h"
@@ -18,6 +19,7 @@
 #include "exchange/vcard.h"
 #include "store/clock.h"
 #include "views/common/progressrun.h"
+#include "views/exchange/autobackuplist.h"
 #include "views/exchange/reportexportflow.h"
 
 namespace tarvel {
@@ -56,6 +58,9 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     lblBackupDate_->setObjectName(QStringLiteral("lbl_backupdate"));
     backup->addWidget(lblBackupDate_, 0, 2);
     backup->setColumnStretch(3, 1);
+    autoBackups_ = new AutoBackupList;
+    page->addWidget(autoBackups_);
+    connect(autoBackups_, &AutoBackupList::restoreRequested, this, &FormDataIO::restoreAutoBackup);
 
     auto* report = new QGridLayout(
         section(QStringLiteral("Tarvel报表（发给同事或上级，对方导入后合并）"), page));
@@ -153,6 +158,7 @@ void FormDataIO::refresh() {
     lblLastImport_->setText(last.isEmpty() ? QStringLiteral("没有可以撤销的导入")
                                            : QStringLiteral("上次导入：") + last);
     cmdUndoImport_->setEnabled(!last.isEmpty());
+    autoBackups_->refresh();
 }
 
 bool FormDataIO::report(const exchange::Outcome& outcome, const QString& success) {
@@ -191,6 +197,20 @@ void FormDataIO::Cmd_Backup_Click() {
 void FormDataIO::Cmd_Restore_Click() {
     const QString chosen = openName(QStringLiteral("恢复数据"), exchange::backupFilter());
     if (chosen.isEmpty()) return;
+    restoreFile(chosen);
+}
+
+void FormDataIO::restoreAutoBackup(const QString& path) {
+    const QString when = exchange::autoBackupMoment(QFileInfo(path).fileName())
+                             .toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+    if (!dialogs_->ask(
+            messageTitle(),
+            QStringLiteral("用 %1 的自动备份替换当前数据吗？当前数据会先另存一份。").arg(when)))
+        return;
+    restoreFile(path);
+}
+
+void FormDataIO::restoreFile(const QString& chosen) {
     exchange::Outcome out;
     {
         ProgressRun progress(this, QStringLiteral("正在恢复数据……"));

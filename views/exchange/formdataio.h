@@ -7,10 +7,12 @@
 
 #include "exchange/progress.h"
 #include "views/common/dialogs.h"
-#include "views/exchange/dataioprompts.h"
 #include "views/common/page.h"
+#include "views/exchange/dataioprompts.h"
 
 namespace tarvel {
+
+class AutoBackupList;
 
 // The data exchange page form_dataio (page 42): backup and restore of the data
 // file, report files out and in, CSV and vCard.
@@ -36,6 +38,8 @@ public slots:
     void cmd_export_vcard_Click();
     void cmd_import_vcard_Click();
     void cmd_undo_import_Click();
+    // 恢复 of an automatic backup: the same checks and safety copy as by hand.
+    void restoreAutoBackup(const QString& path);
 
 signals:
     // Records were restored or added: screens read their data again.
@@ -48,6 +52,7 @@ private:
     bool report(const exchange::Outcome& outcome, const QString& success);
     QString openName(const QString& caption, const QString& filter);
     QString saveName(const QString& caption, const QString& proposed, const QString& filter);
+    void restoreFile(const QString& chosen);
 
     std::shared_ptr<Dialogs> dialogs_;
     std::shared_ptr<DataIoPrompts> prompts_;
@@ -59,6 +64,7 @@ private:
     QComboBox* cboCsvKind_;
     QComboBox* cboVCardVersion_;
     QPushButton* cmdImportCsv_ = nullptr;
+    AutoBackupList* autoBackups_;
 };
 
 }  // namespace tarvel
