@@ -189,10 +189,13 @@ TEST_F(Report, ImportIntoAnotherFileRenumbersAndRelinks) {
         for (int i = 0; i < links.size(); ++i) EXPECT_EQ(column(links[i]), expected[i]) << i;
         EXPECT_EQ(rows("contacts WHERE con_private <> 0"), 0);
         EXPECT_EQ(rows("contacts WHERE con_check <> 0"), 0);
-        // A second import adds the records again, under further new keys.
+        // A second import finds 张三 again by name and account; 李四, known by
+        // nothing but a name, comes again under a further new key.
         ASSERT_TRUE(importReport(report, &summary).ok);
-        EXPECT_EQ(rows("contacts"), 5);
+        EXPECT_EQ(rows("contacts"), 4);
+        EXPECT_EQ(rows("accounts"), 1);
         EXPECT_EQ(rows("upgrade_contacts"), 2);
+        EXPECT_EQ(rows("contacts_contacts"), 2);
     }
 }
 
