@@ -109,7 +109,7 @@ static QStringList keptOptionsNotIn(const QHash<QString, QStringList>& used,
             if (!offered.contains(text, Qt::CaseInsensitive)) missing << text;
         if (missing.isEmpty()) continue;
         for (const QString& text : std::as_const(missing)) added->append({key, text});
-        lines << QStringLiteral("%1的%2选项保留记录已用的：%3")
+        lines << QStringLiteral("%1的%2选项另外保留记录在用的：%3")
                      .arg(kindCaptionOfPrefix(o.object), o.caption,
                           missing.join(QStringLiteral("、")));
     }

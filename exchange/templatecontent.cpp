@@ -28,13 +28,16 @@ QSet<QString> folded(const QStringList& texts) {
     return out;
 }
 
-// The captions shown, in order, of the entries `pick` selects.
+// The entries `pick` selects that are shown, in order: their captions, or
+// with `byName` their fixed names (a renamed entry is no change of order).
 template <typename Pick>
-QStringList shown(const QList<TemplateContent::Entry>& entries, Pick pick) {
+QStringList shown(const QList<TemplateContent::Entry>& entries, Pick pick, bool byName = false) {
     QStringList out;
     for (const TemplateContent::Entry& e : entries)
         if (e.visible && pick(e))
-            out << (e.name.startsWith(QLatin1String("sepline")) ? QStringLiteral("|") : e.caption);
+            out << (byName                                        ? e.name
+                    : e.name.startsWith(QLatin1String("sepline")) ? QStringLiteral("|")
+                                                                  : e.caption);
     return out;
 }
 
@@ -81,13 +84,13 @@ QStringList describeChanges(const TemplateContent& now, const TemplateContent& l
             lines << QStringLiteral("名称“%1”改为“%2”").arg(before, e.caption);
     }
     const auto toolbar = [](const TemplateContent::Entry& e) { return e.type == 1; };
-    if (shown(now.layout, toolbar) != shown(loaded.layout, toolbar))
+    if (shown(now.layout, toolbar, true) != shown(loaded.layout, toolbar, true))
         lines << QStringLiteral("工具栏：") + listed(shown(loaded.layout, toolbar));
     for (const char* owner : {"con", "acc", "opp", "sch", "doc"}) {
         const auto panels = [owner](const TemplateContent::Entry& e) {
             return e.type == 2 && ownerOf(e.name) == QLatin1String(owner);
         };
-        if (shown(now.layout, panels) != shown(loaded.layout, panels))
+        if (shown(now.layout, panels, true) != shown(loaded.layout, panels, true))
             lines << QStringLiteral("%1页显示的相关面板：%2")
                          .arg(kindCaptionOfPrefix(QLatin1String(owner)),
                               listed(shown(loaded.layout, panels)));

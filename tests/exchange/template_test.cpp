@@ -187,4 +187,14 @@ TEST_F(Template, ATemplateOfTheSameSettingsAnnouncesNoChange) {
     EXPECT_TRUE(changes.value(0).startsWith("联系人列表显示的列："))
         << changes.join('\n').toStdString();
     EXPECT_TRUE(changes.value(0).contains("部门/职务"));
+    // A renamed module is one line: the toolbar keeps its buttons and order.
+    run("UPDATE fields SET fie_visible=-1 WHERE fie_type=3 AND fie_name='con_department_title'");
+    run("UPDATE interface SET object_description='人脉' WHERE object_name='contact'");
+    ASSERT_TRUE(describeTemplate(path, &changes).ok);
+    EXPECT_EQ(changes, QStringList({"名称“人脉”改为“联系人”"}));
+    // A hidden toolbar button is named in the toolbar the template brings.
+    run("UPDATE interface SET object_visible=0 WHERE object_type=1 AND object_name='email'");
+    ASSERT_TRUE(describeTemplate(path, &changes).ok);
+    EXPECT_EQ(changes.size(), 2);
+    EXPECT_TRUE(changes.value(1).startsWith("工具栏：")) << changes.join('\n').toStdString();
 }
