@@ -7,9 +7,18 @@
 #include "store/connectionstring.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
+#include "store/sqlvalue.h"
 #include "store/tarveldatabase.h"
 
 namespace tarvel::exchange {
+
+namespace {
+
+// Values as the file stores them: dates stay in their fixed text form, so that
+// they are copied and compared as they are.
+const QString kAsStored = QStringLiteral("TEXT");
+
+}  // namespace
 
 AttachedFile::AttachedFile(const QString& path, const QString& schemaName) : schema_(schemaName) {
     live_ = acquireHandle(globalConnectionString(), &error_);
@@ -79,7 +88,8 @@ bool queryRows(Handle& handle, const QString& sql, QList<QVariantList>* out, QSt
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
         QVariantList row;
-        for (int i = 0, n = sqlite3_column_count(stmt); i < n; ++i) row << columnValue(stmt, i);
+        for (int i = 0, n = sqlite3_column_count(stmt); i < n; ++i)
+            row << sqlvalue::read(stmt, i, kAsStored);
         out->append(row);
     }
     if (rc != SQLITE_DONE) *error = QString::fromUtf8(sqlite3_errmsg(handle.db()));
@@ -92,57 +102,27 @@ bool AttachedFile::run(const QString& sql, const QVariantList& values, QString* 
     sqlite3_stmt* stmt = nullptr;
     bool ok =
         sqlite3_prepare_v2(live_->db(), sql.toUtf8().constData(), -1, &stmt, nullptr) == SQLITE_OK;
-    for (int i = 0; ok && i < values.size(); ++i) bindValue(stmt, i + 1, values[i]);
+    for (int i = 0; ok && i < values.size(); ++i) sqlvalue::bind(stmt, i + 1, values[i]);
     ok = ok && sqlite3_step(stmt) == SQLITE_DONE;
     if (!ok) *error = QString::fromUtf8(sqlite3_errmsg(live_->db()));
     sqlite3_finalize(stmt);
     return ok;
 }
 
-QVariant columnValue(void* statement, int index) {
-    auto* stmt = static_cast<sqlite3_stmt*>(statement);
-    switch (sqlite3_column_type(stmt, index)) {
-        case SQLITE_INTEGER:
-            return QVariant(qint64(sqlite3_column_int64(stmt, index)));
-        case SQLITE_FLOAT:
-            return QVariant(sqlite3_column_double(stmt, index));
-        case SQLITE_TEXT:
-            return QVariant(
-                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, index)),
-                                  sqlite3_column_bytes(stmt, index)));
-        case SQLITE_BLOB:
-            return QVariant(QByteArray(static_cast<const char*>(sqlite3_column_blob(stmt, index)),
-                                       sqlite3_column_bytes(stmt, index)));
-        default:
-            return {};
-    }
-}
-
-void bindValue(void* statement, int index, const QVariant& value) {
-    auto* stmt = static_cast<sqlite3_stmt*>(statement);
-    if (value.isNull()) {
-        sqlite3_bind_null(stmt, index);
-        return;
-    }
-    switch (value.typeId()) {
-        case QMetaType::LongLong:
-        case QMetaType::Int:
-        case QMetaType::Bool:
-            sqlite3_bind_int64(stmt, index, value.toLongLong());
-            break;
-        case QMetaType::Double:
-            sqlite3_bind_double(stmt, index, value.toDouble());
-            break;
-        case QMetaType::QByteArray: {
-            const QByteArray bytes = value.toByteArray();
-            sqlite3_bind_blob(stmt, index, bytes.constData(), int(bytes.size()), SQLITE_TRANSIENT);
-            break;
-        }
-        default: {
-            const QByteArray text = value.toString().toUtf8();
-            sqlite3_bind_text(stmt, index, text.constData(), int(text.size()), SQLITE_TRANSIENT);
-        }
-    }
+bool readFileTables(const QString& path, QSet<QString>* tables, bool* intact) {
+    QString why;
+    auto handle = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, &why);
+    if (!handle) return false;
+    QList<QVariantList> rows, check;
+    bool read = queryRows(
+        *handle, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"), &rows, &why);
+    if (read && intact)
+        *intact = queryRows(*handle, QStringLiteral("PRAGMA integrity_check"), &check, &why) &&
+                  check.size() == 1 && check.front().value(0).toString() == QLatin1String("ok");
+    handle->close();
+    tables->clear();
+    for (const QVariantList& r : std::as_const(rows)) tables->insert(r.value(0).toString());
+    return read && !tables->isEmpty();
 }
 
 }  // namespace tarvel::exchange

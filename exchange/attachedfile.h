@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -51,9 +52,9 @@ private:
 // Rows of a query on an open handle, each a list of its values; false with the reason.
 bool queryRows(Handle& handle, const QString& sql, QList<QVariantList>* out, QString* error);
 
-// A value read from the engine as the matching QVariant (null stays null).
-QVariant columnValue(void* stmt, int index);
-// Binds a QVariant to a statement parameter (1-based), as columnValue reads it.
-void bindValue(void* stmt, int index, const QVariant& value);
+// Opens `path` with the database password and reads the names of its tables;
+// false when it does not open as an encrypted data file or holds no table.
+// With `intact`, also whether it passes the engine's integrity check.
+bool readFileTables(const QString& path, QSet<QString>* tables, bool* intact = nullptr);
 
 }  // namespace tarvel::exchange

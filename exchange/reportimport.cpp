@@ -23,23 +23,15 @@ const QString kSchema = QStringLiteral("tvreport");
 bool checkMergeSource(const QString& path, QString* error) {
     if (!QFileInfo(path).isFile())
         return (*error = QStringLiteral("找不到文件 %1").arg(path), false);
-    const QString notOurs = QStringLiteral("%1 不是Tarvel报表或数据文件，或密码不符").arg(path);
-    QString why;
-    auto handle = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, &why);
-    if (!handle) return (*error = notOurs, false);
-    QList<QVariantList> tables, check;
-    const bool read =
-        queryRows(*handle, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"),
-                  &tables, &why) &&
-        queryRows(*handle, QStringLiteral("PRAGMA integrity_check"), &check, &why);
-    handle->close();
-    if (!read) return (*error = notOurs, false);
+    QSet<QString> tables;
+    bool intact = false;
+    const bool opened = readFileTables(path, &tables, &intact);
     bool records = false;
-    for (const QVariantList& t : std::as_const(tables))
-        records = records || recordTable(t.value(0).toString());
-    if (!records) return (*error = notOurs, false);
-    if (check.size() != 1 || check.front().value(0).toString() != QLatin1String("ok"))
-        return (*error = QStringLiteral("%1 已损坏").arg(path), false);
+    for (const RecordTable& t : recordTables()) records = records || tables.contains(t.name);
+    if (!opened || !records)
+        return (*error = QStringLiteral("%1 不是Tarvel报表或数据文件，或密码不符").arg(path),
+                false);
+    if (!intact) return (*error = QStringLiteral("%1 已损坏").arg(path), false);
     return true;
 }
 

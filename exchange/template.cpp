@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSet>
+#include <memory>
 
 #include "exchange/attachedfile.h"
 #include "exchange/filetools.h"
@@ -148,39 +149,46 @@ Outcome saveTemplate(const QString& chosen) {
     return Outcome{true, false, target, {}};
 }
 
+// A template checked and attached, with what it holds and the options the
+// records use read beside it.
+struct OpenTemplate {
+    std::unique_ptr<AttachedFile> file;
+    TemplateContent loaded;
+    QList<QPair<QString, QString>> kept;  // options the records use that it lacks
+    QStringList keptLines;
+    QString source, error;
+
+    bool open(const QString& path) {
+        source = QFileInfo(path.trimmed()).absoluteFilePath();
+        if (!checkTemplateFile(source, &error)) return false;
+        file = std::make_unique<AttachedFile>(source, kSchema);
+        if (!file->isOpen()) return (error = file->error(), false);
+        if (!loaded.read(*file, file->schema(), &error)) return false;
+        const QHash<QString, QStringList> used = usedOptions(*file, &error);
+        if (!error.isEmpty()) return false;
+        keptLines = keptOptionsNotIn(used, loaded, &kept);
+        return true;
+    }
+};
+
 Outcome describeTemplate(const QString& path, QStringList* changes) {
-    const QString prefix = QStringLiteral("无法载入模板：");
-    QString error;
-    const QString source = QFileInfo(path.trimmed()).absoluteFilePath();
-    if (!checkTemplateFile(source, &error)) return Outcome::failure(prefix + error);
-    AttachedFile file(source, kSchema);
-    if (!file.isOpen()) return Outcome::failure(prefix + file.error());
-    TemplateContent now, loaded;
-    if (!now.read(file, QStringLiteral("main"), &error) ||
-        !loaded.read(file, file.schema(), &error))
-        return Outcome::failure(prefix + error);
-    const QHash<QString, QStringList> used = usedOptions(file, &error);
-    if (!error.isEmpty()) return Outcome::failure(prefix + error);
-    QList<QPair<QString, QString>> added;
-    *changes = describeChanges(now, loaded) + keptOptionsNotIn(used, loaded, &added);
+    OpenTemplate t;
+    TemplateContent now;
+    if (!t.open(path) || !now.read(*t.file, QStringLiteral("main"), &t.error))
+        return Outcome::failure(QStringLiteral("无法载入模板：") + t.error);
+    *changes = describeChanges(now, t.loaded) + t.keptLines;
     if (changes->isEmpty()) *changes << QStringLiteral("模板与当前设置相同，载入后不会有变化。");
-    return Outcome{true, false, source, {}};
+    return Outcome{true, false, t.source, {}};
 }
 
 Outcome loadTemplate(const QString& path, int* kept) {
     const QString prefix = QStringLiteral("载入模板没有完成，当前设置没有改动：");
-    QString error;
-    const QString source = QFileInfo(path.trimmed()).absoluteFilePath();
-    if (!checkTemplateFile(source, &error)) return Outcome::failure(prefix + error);
-    AttachedFile file(source, kSchema);
-    if (!file.isOpen()) return Outcome::failure(prefix + file.error());
-    TemplateContent loaded;
-    if (!loaded.read(file, file.schema(), &error)) return Outcome::failure(prefix + error);
     // What the records use is read before their lists are replaced.
-    const QHash<QString, QStringList> used = usedOptions(file, &error);
-    if (!error.isEmpty()) return Outcome::failure(prefix + error);
-    QList<QPair<QString, QString>> added;
-    keptOptionsNotIn(used, loaded, &added);
+    OpenTemplate t;
+    if (!t.open(path)) return Outcome::failure(prefix + t.error);
+    const AttachedFile& file = *t.file;
+    const auto& added = t.kept;
+    QString error;
 
     Transaction transaction;
     bool ok = transaction.isActive();
@@ -225,7 +233,7 @@ Outcome loadTemplate(const QString& path, int* kept) {
         return Outcome::failure(prefix + error);
     }
     if (kept) *kept = int(added.size());
-    return Outcome{true, false, source, {}};
+    return Outcome{true, false, t.source, {}};
 }
 
 }  // namespace tarvel::exchange

@@ -124,19 +124,9 @@ bool checkTemplateFile(const QString& path, QString* error) {
     if (!QFileInfo(path).isFile())
         return (*error = QStringLiteral("找不到文件 %1").arg(path), false);
     const QString notTemplate = QStringLiteral("%1 不是Tarvel模板文件").arg(path);
-    QString why;
-    auto handle = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, &why);
-    if (!handle) return (*error = notTemplate + QStringLiteral("，或密码不符"), false);
-    QList<QVariantList> rows;
-    const bool read = queryRows(*handle,
-                                QStringLiteral("SELECT name FROM sqlite_master WHERE "
-                                               "type='table'"),
-                                &rows, &why);
-    handle->close();
-    if (!read || rows.isEmpty())
-        return (*error = notTemplate + QStringLiteral("，或密码不符"), false);
     QSet<QString> have;
-    for (const QVariantList& r : std::as_const(rows)) have.insert(r.value(0).toString());
+    if (!readFileTables(path, &have))
+        return (*error = notTemplate + QStringLiteral("，或密码不符"), false);
     for (const RecordTable& t : recordTables())
         if (have.contains(t.name))
             return (*error = QStringLiteral("%1 是Tarvel数据文件，不是模板文件").arg(path), false);
