@@ -30,6 +30,7 @@ AttachedFile::AttachedFile(const QString& path, const QString& schemaName) : sch
 }
 
 AttachedFile::~AttachedFile() {
+    for (void* stmt : std::as_const(prepared_)) sqlite3_finalize(static_cast<sqlite3_stmt*>(stmt));
     if (attached_) live_->exec(QStringLiteral("DETACH DATABASE %1").arg(schema_), nullptr);
 }
 
@@ -99,13 +100,21 @@ bool queryRows(Handle& handle, const QString& sql, QList<QVariantList>* out, QSt
 
 bool AttachedFile::run(const QString& sql, const QVariantList& values, QString* error) const {
     if (!live_) return (*error = error_, false);
-    sqlite3_stmt* stmt = nullptr;
-    bool ok =
-        sqlite3_prepare_v2(live_->db(), sql.toUtf8().constData(), -1, &stmt, nullptr) == SQLITE_OK;
-    for (int i = 0; ok && i < values.size(); ++i) sqlvalue::bind(stmt, i + 1, values[i]);
-    ok = ok && sqlite3_step(stmt) == SQLITE_DONE;
+    auto* stmt = static_cast<sqlite3_stmt*>(prepared_.value(sql));
+    if (!stmt) {
+        if (sqlite3_prepare_v2(live_->db(), sql.toUtf8().constData(), -1, &stmt, nullptr) !=
+            SQLITE_OK) {
+            *error = QString::fromUtf8(sqlite3_errmsg(live_->db()));
+            sqlite3_finalize(stmt);
+            return false;
+        }
+        prepared_.insert(sql, stmt);
+    }
+    for (int i = 0; i < values.size(); ++i) sqlvalue::bind(stmt, i + 1, values[i]);
+    const bool ok = sqlite3_step(stmt) == SQLITE_DONE;
     if (!ok) *error = QString::fromUtf8(sqlite3_errmsg(live_->db()));
-    sqlite3_finalize(stmt);
+    sqlite3_reset(stmt);
+    sqlite3_clear_bindings(stmt);
     return ok;
 }
 

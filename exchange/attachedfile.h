@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -39,7 +40,8 @@ public:
     QVariant scalar(const QString& sql) const;
     // Rows of a query, each a list of its values; false with the reason.
     bool rows(const QString& sql, QList<QVariantList>* out, QString* error) const;
-    // Runs one statement with `values` bound to its parameters in order.
+    // Runs one statement with `values` bound to its parameters in order; the
+    // statement is prepared once and kept while the file is attached.
     bool run(const QString& sql, const QVariantList& values, QString* error) const;
 
 private:
@@ -47,6 +49,7 @@ private:
     QString schema_;
     bool attached_ = false;
     QString error_;
+    mutable QHash<QString, void*> prepared_;  // sqlite3_stmt*, finalised before detaching
 };
 
 // Rows of a query on an open handle, each a list of its values; false with the reason.

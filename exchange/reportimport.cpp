@@ -134,14 +134,16 @@ public:
     }
 
 private:
-    // The records already there under every key they are found by.
+    // The records already there under every key they are found by, with
+    // the values of the columns the incoming records bring.
     bool indexLocal(QString* error) {
         QStringList keyCols;
         for (const QString& c : mergeKeyColumns(t_.name))
             if (file_.columns(t_.name, true).contains(c)) keyCols << c;
         QList<QVariantList> rows;
-        if (!file_.rows(QStringLiteral("SELECT %1, %2 FROM main.%3")
-                            .arg(t_.key, keyCols.join(QStringLiteral(", ")), t_.name),
+        if (!file_.rows(QStringLiteral("SELECT %1 FROM main.%2")
+                            .arg((QStringList{t_.key} + keyCols + cols_).join(QStringLiteral(", ")),
+                                 t_.name),
                         &rows, error))
             return false;
         const QHash<qint64, QString> accounts =
@@ -150,6 +152,7 @@ private:
             const qint64 id = r[0].toLongLong();
             for (const QString& k : mergeKeys(t_.name, byName(keyCols, r, 1), accounts.value(id)))
                 if (!local_.contains(k)) local_.insert(k, id);
+            localValues_.insert(id, r.mid(1 + keyCols.size()));
         }
         return true;
     }
@@ -158,20 +161,16 @@ private:
     // what the user entered stays.
     bool fillEmpty(qint64 id, const QHash<QString, QVariant>& values, bool* changed,
                    QString* error) {
-        QList<QVariantList> rows;
-        if (!file_.rows(QStringLiteral("SELECT %1 FROM main.%2 WHERE %3 = %4")
-                            .arg(cols_.join(QStringLiteral(", ")), t_.name, t_.key)
-                            .arg(id),
-                        &rows, error))
-            return false;
-        if (rows.isEmpty()) return true;
+        // Two incoming records may find the same one: the first fills a field.
+        QVariantList& stored = localValues_[id];
         QStringList sets;
         QVariantList bound;
-        for (int i = 0; i < cols_.size(); ++i) {
+        for (int i = 0; i < cols_.size() && i < stored.size(); ++i) {
             const QVariant incoming = values.value(cols_[i]);
-            if (isEmptyStoredValue(rows[0][i]) && !isEmptyStoredValue(incoming)) {
+            if (isEmptyStoredValue(stored[i]) && !isEmptyStoredValue(incoming)) {
                 sets << cols_[i] + QStringLiteral(" = ?");
                 bound << incoming;
+                stored[i] = incoming;
             }
         }
         *changed = !sets.isEmpty();
@@ -186,6 +185,7 @@ private:
     const RecordTable& t_;
     QStringList cols_;
     QHash<QString, qint64> local_;
+    QHash<qint64, QVariantList> localValues_;
 };
 
 // Re-creates the link rows whose two records arrived, with their new keys; a
