@@ -198,3 +198,16 @@ TEST_F(Template, ATemplateOfTheSameSettingsAnnouncesNoChange) {
     EXPECT_EQ(changes.size(), 2);
     EXPECT_TRUE(changes.value(1).startsWith("工具栏：")) << changes.join('\n').toStdString();
 }
+
+TEST_F(Template, ALoadThatFailsPartWayLeavesEverythingAsItWas) {
+    const QString path = inFolder("t.tvm3");
+    ASSERT_TRUE(saveTemplate(path).ok);
+    customise();
+    const QList<QStringList> before = carried();
+    // The option lists are written after the layout and the columns.
+    run("CREATE TRIGGER refuse BEFORE INSERT ON options BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    const Outcome out = loadTemplate(path);
+    EXPECT_FALSE(out.ok);
+    EXPECT_TRUE(out.ErrMsg.contains("refused")) << out.ErrMsg.toStdString();
+    EXPECT_EQ(carried(), before);
+}
