@@ -110,9 +110,9 @@ public:
         for (const QVariantList& row : std::as_const(incoming)) {
             const qint64 old = row[0].toLongLong();
             const QHash<QString, QVariant> values = byName(cols_, row, 1);
-            qint64 found = 0;
+            qint64 found = sameRow_.value(rowKey(row.mid(1)));
             for (const QString& k : mergeKeys(t_.name, values, accounts.value(old)))
-                if ((found = local_.value(k))) break;
+                if (!found) found = local_.value(k);
             if (found) {
                 bool changed = false;
                 if (!fillEmpty(found, values, &changed, error)) return false;
@@ -153,8 +153,19 @@ private:
             for (const QString& k : mergeKeys(t_.name, byName(keyCols, r, 1), accounts.value(id)))
                 if (!local_.contains(k)) local_.insert(k, id);
             localValues_.insert(id, r.mid(1 + keyCols.size()));
+            if (!sameRow_.contains(rowKey(localValues_[id])))
+                sameRow_.insert(rowKey(localValues_[id]), id);
         }
         return true;
+    }
+
+    // A record alike in every column the two files share is the same record,
+    // however little it holds (an earlier copy of this file).
+    static QString rowKey(const QVariantList& values) {
+        QStringList texts;
+        for (const QVariant& v : values)
+            texts << (v.isNull() ? QStringLiteral("\x1Enull") : v.toString());
+        return texts.join(QLatin1Char('\x1F'));
     }
 
     // The record already there takes the incoming values of its empty fields;
@@ -186,6 +197,7 @@ private:
     QStringList cols_;
     QHash<QString, qint64> local_;
     QHash<qint64, QVariantList> localValues_;
+    QHash<QString, qint64> sameRow_;
 };
 
 // Re-creates the link rows whose two records arrived, with their new keys; a
