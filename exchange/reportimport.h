@@ -26,10 +26,10 @@ inline QString mergeFilter() {
 // in one transaction: every incoming record gets a new key (old and new
 // recorded in the id translation tables, emptied first) and every link row
 // whose two records arrived is re-created with the new keys. A record already
-// there (see mergeKeys) is matched instead: it keeps its key, its empty fields
-// take the incoming values, and its links are added where missing. Columns
-// the other file lacks stay empty, tables it lacks are skipped. Incoming
-// records arrive unticked. `tally` counts added, updated and skipped records.
+// there (see mergeKeys, or alike in every column) is matched instead: it keeps
+// its key, its empty fields take the incoming values, and its links are added
+// where missing. Columns the other file lacks stay empty, tables it lacks are
+// skipped. Incoming records arrive unticked. `tally` counts added, updated and skipped records.
 Outcome importReport(const QString& path, ImportSummary* summary = nullptr,
                      const Progress& progress = {}, ImportTally* tally = nullptr);
 
