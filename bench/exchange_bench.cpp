@@ -265,7 +265,7 @@ int main(int argc, char** argv) {
                                {"merge/raw", mergeRaw, benchmark::kMillisecond}},
                               {"exchange",
                                Layout::MillisecondsWallClock,
-                               {{"backup", 1.5}, {"report", 2.0}, {"merge", 4.0}},
+                               {{"backup", 1.5}, {"report", 2.0}, {"merge", 6.0}},
                                {{"backup/exchange", "backup", 2.0},
                                 {"report/exchange", "report export", 3.0},
                                 {"merge/exchange", "merging a data file", 10.0}}});
