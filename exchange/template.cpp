@@ -25,8 +25,8 @@ QString quoted(const QString& name) {
     return QLatin1Char('"') + name + QLatin1Char('"');
 }
 
-// Copies the rows of `table` between the live file and the attached one (the
-// direction `into` names), the columns both have, less `skip`.
+// Copies the rows of `table` from the live file into the attached one, or
+// back with `intoTemplate` false: the columns both have, less `skip`.
 bool copyRows(const AttachedFile& file, const QString& table, bool intoTemplate,
               const QString& where, const QString& skip, QString* error) {
     QStringList cols = file.sharedColumns(table);
@@ -98,9 +98,12 @@ QStringList templateTables() {
             QStringLiteral("type"),     QStringLiteral("task_type"), QStringLiteral("title")};
 }
 
-static QStringList keptOptionsNotIn(const QHash<QString, QStringList>& used,
-                                    const TemplateContent& loaded,
-                                    QList<QPair<QString, QString>>* added) {
+namespace {
+
+// The options the records use that the loaded lists lack, each added to
+// `added` as (list key, text); a line for the user per list.
+QStringList keptOptionsNotIn(const QHash<QString, QStringList>& used, const TemplateContent& loaded,
+                             QList<QPair<QString, QString>>* added) {
     QStringList lines;
     for (const OptionColumn& o : optionColumns()) {
         const QString key = optionListKey(o.object, o.name);
@@ -116,6 +119,8 @@ static QStringList keptOptionsNotIn(const QHash<QString, QStringList>& used,
     }
     return lines;
 }
+
+}  // namespace
 
 Outcome saveTemplate(const QString& chosen) {
     const QString prefix = QStringLiteral("保存模板没有完成：");
@@ -149,6 +154,8 @@ Outcome saveTemplate(const QString& chosen) {
     return Outcome{true, false, target, {}};
 }
 
+namespace {
+
 // A template checked and attached, with what it holds and the options the
 // records use read beside it.
 struct OpenTemplate {
@@ -170,6 +177,8 @@ struct OpenTemplate {
         return true;
     }
 };
+
+}  // namespace
 
 Outcome describeTemplate(const QString& path, QStringList* changes) {
     OpenTemplate t;
