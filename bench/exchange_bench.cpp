@@ -10,9 +10,15 @@
 //               private-record pass, the cut in one transaction, the export.
 //               The raw side runs the same cut statements (engine SQL) on a
 //               copy in one transaction and exports.
+//   merge       importReport of a backup of the same file: every record is
+//               looked for among those already there (all are found), so no
+//               record and no link is doubled. The raw side attaches the
+//               backup and copies every record and link under new keys in one
+//               transaction, then deletes what it added, so that each run
+//               starts from the same file.
 // After a console run the summary prints each pair's wall-clock ratio and
-// whether one run stays under its budget (backup 2 s, report 3 s). CSV and
-// Excel imports are measured by table_bench.
+// whether one run stays under its budget (backup 2 s, report 3 s, merge
+// 10 s). CSV and Excel imports are measured by table_bench.
 //
 // The data file: 5,000 accounts, 20,000 contacts (each linked to an account),
 // 50,000 tasks (each linked to a contact).
@@ -33,6 +39,7 @@
 #include "exchange/autobackup.h"
 #include "exchange/backup.h"
 #include "exchange/reportexport.h"
+#include "exchange/reportimport.h"
 #include "store/schema.h"
 
 namespace {
@@ -221,6 +228,62 @@ void reportRaw(benchmark::State& state) {
 }
 
 // ---------------------------------------------------------------------------
+// 3. Merging a whole data file (a backup of this one)
+
+void mergeExchange(benchmark::State& state) {
+    if (!QFile::exists(target("m.tbk")) && !tarvel::exchange::backupTo(target("m.tbk")).ok) {
+        state.SkipWithError("no backup to merge");
+        return;
+    }
+    for (auto _ : state) {
+        tarvel::exchange::ImportTally tally;
+        const auto out = tarvel::exchange::importReport(target("m.tbk"), nullptr, {}, &tally);
+        if (!out.ok || tally.added != 0) {
+            state.SkipWithError(out.ok ? "records doubled" : qPrintable(out.ErrMsg));
+            break;
+        }
+    }
+}
+
+// Records first, keys shifted past the live ones; links through the shift.
+const char* kRawMerge =
+    "BEGIN;"
+    "CREATE TEMP TABLE a AS SELECT * FROM m.accounts;"
+    "UPDATE temp.a SET acc_id = acc_id + 1000000, acc_check = 0;"
+    "INSERT INTO main.accounts SELECT * FROM temp.a; DROP TABLE temp.a;"
+    "CREATE TEMP TABLE c AS SELECT * FROM m.contacts;"
+    "UPDATE temp.c SET con_id = con_id + 1000000, con_check = 0;"
+    "INSERT INTO main.contacts SELECT * FROM temp.c; DROP TABLE temp.c;"
+    "CREATE TEMP TABLE t AS SELECT * FROM m.tasks;"
+    "UPDATE temp.t SET tas_id = tas_id + 1000000, tas_check = 0;"
+    "INSERT INTO main.tasks SELECT * FROM temp.t; DROP TABLE temp.t;"
+    "INSERT INTO main.accounts_contacts SELECT acc_id + 1000000, con_id + 1000000 FROM "
+    "m.accounts_contacts;"
+    "INSERT INTO main.contacts_tasks SELECT con_id + 1000000, tas_id + 1000000 FROM "
+    "m.contacts_tasks;"
+    "DELETE FROM main.contacts_tasks WHERE con_id > 1000000;"
+    "DELETE FROM main.accounts_contacts WHERE con_id > 1000000;"
+    "DELETE FROM main.tasks WHERE tas_id > 1000000;"
+    "DELETE FROM main.contacts WHERE con_id > 1000000;"
+    "DELETE FROM main.accounts WHERE acc_id > 1000000;"
+    "COMMIT;";
+
+void mergeRaw(benchmark::State& state) {
+    for (auto _ : state) {
+        sqlite3* db = openRaw(dataFile);
+        const std::string attach = "ATTACH DATABASE '" + target("m.tbk").toStdString() +
+                                   "' AS m KEY '" + tarvel::schema::kDatabasePassword + "'";
+        const bool ok =
+            db && exec(db, attach.c_str()) && exec(db, kRawMerge) && exec(db, "DETACH DATABASE m");
+        if (db) sqlite3_close(db);
+        if (!ok) {
+            state.SkipWithError("raw merge failed");
+            break;
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------
 // The run
 
 bool fillDataFile(const QString& path) {
@@ -258,11 +321,14 @@ int main(int argc, char** argv) {
          {"autobackup/raw", autoBackupRaw, benchmark::kMillisecond},
          {"autobackup-start/exchange", autoBackupStart, benchmark::kMillisecond},
          {"report/exchange", reportExchange, benchmark::kMillisecond},
-         {"report/raw", reportRaw, benchmark::kMillisecond}},
+         {"report/raw", reportRaw, benchmark::kMillisecond},
+         {"merge/exchange", mergeExchange, benchmark::kMillisecond},
+         {"merge/raw", mergeRaw, benchmark::kMillisecond}},
         {"exchange",
          Layout::MillisecondsWallClock,
-         {{"backup", 1.5}, {"autobackup", 1.5}, {"report", 2.0}},
+         {{"backup", 1.5}, {"autobackup", 1.5}, {"report", 2.0}, {"merge", 6.0}},
          {{"backup/exchange", "backup", 2.0},
           {"autobackup-start/exchange", "the window's share of an automatic backup", 0.1},
-          {"report/exchange", "report export", 3.0}}});
+          {"report/exchange", "report export", 3.0},
+          {"merge/exchange", "merging a data file", 10.0}}});
 }

@@ -62,10 +62,10 @@ QJsonObject countRecords(const QString& path) {
     if (!h) return counts;
     for (const RecordKind& k : recordKinds()) {
         sqlite3_stmt* stmt = nullptr;
-        const QByteArray sql = ("SELECT count(*) FROM " + k.table).toUtf8();
+        const QByteArray sql = QByteArray("SELECT count(*) FROM ") + k.table;
         if (sqlite3_prepare_v2(h->db(), sql.constData(), -1, &stmt, nullptr) == SQLITE_OK &&
             sqlite3_step(stmt) == SQLITE_ROW)
-            counts.insert(k.word, sqlite3_column_int(stmt, 0));
+            counts.insert(QLatin1String(k.table), sqlite3_column_int(stmt, 0));
         sqlite3_finalize(stmt);
     }
     h->close();
@@ -75,7 +75,8 @@ QJsonObject countRecords(const QString& path) {
 QList<QPair<QString, int>> recordsFrom(const QJsonObject& counts) {
     QList<QPair<QString, int>> records;
     for (const RecordKind& k : recordKinds())
-        if (counts.contains(k.word)) records.append({k.caption, counts.value(k.word).toInt()});
+        if (const QString table = QLatin1String(k.table); counts.contains(table))
+            records.append({k.captionText(), counts.value(table).toInt()});
     return records;
 }
 

@@ -19,26 +19,6 @@ namespace {
 const QStringList kMobiles = {"con_mobile", "con_mobile2", "con_mobile3"};
 const QStringList kEmails = {"con_email", "con_email2", "con_email3"};
 
-QString normalisedName(const QString& name) {
-    return name.simplified().toCaseFolded();
-}
-
-// Keys under which a contact is found again: its whole name with each mobile
-// and each e-mail.
-QStringList contactKeys(const QString& name, const QStringList& mobiles,
-                        const QStringList& emails) {
-    QStringList keys;
-    const QString n = normalisedName(name);
-    if (n.isEmpty()) return keys;
-    for (const QString& m : mobiles)
-        if (const QString p = ImportSession::normalisedPhone(m); !p.isEmpty())
-            keys << n + QStringLiteral("\x1Fm") + p;
-    for (const QString& e : emails)
-        if (const QString a = ImportSession::normalisedEmail(e); !a.isEmpty())
-            keys << n + QStringLiteral("\x1F") + QStringLiteral("e") + a;
-    return keys;
-}
-
 QStringList texts(const QHash<QString, QVariant>& columns, const QStringList& names) {
     QStringList out;
     for (const QString& name : names) out << columns.value(name).toString();
@@ -74,6 +54,24 @@ QString ImportTally::summary() const {
     if (accountsAdded) text += QStringLiteral("；新建单位 %1 个").arg(accountsAdded);
     if (kept) text += QStringLiteral("；%1 处已有内容与文件不同，保留了已有内容").arg(kept);
     return text;
+}
+
+QString ImportSession::normalisedName(const QString& name) {
+    return name.simplified().toCaseFolded();
+}
+
+QStringList ImportSession::contactKeys(const QString& name, const QStringList& mobiles,
+                                       const QStringList& emails) {
+    QStringList keys;
+    const QString n = normalisedName(name);
+    if (n.isEmpty()) return keys;
+    for (const QString& m : mobiles)
+        if (const QString p = ImportSession::normalisedPhone(m); !p.isEmpty())
+            keys << n + QStringLiteral("\x1Fm") + p;
+    for (const QString& e : emails)
+        if (const QString a = ImportSession::normalisedEmail(e); !a.isEmpty())
+            keys << n + QStringLiteral("\x1F") + QStringLiteral("e") + a;
+    return keys;
 }
 
 QString ImportSession::normalisedPhone(const QString& number) {

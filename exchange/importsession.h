@@ -80,6 +80,12 @@ public:
     // full-width digits set aside; e-mail case folded).
     static QString normalisedPhone(const QString& number);
     static QString normalisedEmail(const QString& address);
+    // The keys under which a contact is found again: its whole name with each
+    // mobile and each e-mail, normalised as above (none without a name).
+    static QStringList contactKeys(const QString& name, const QStringList& mobiles,
+                                   const QStringList& emails);
+    // A whole name as contacts and accounts are compared: blanks and case set aside.
+    static QString normalisedName(const QString& name);
 
 private:
     struct Impl;

@@ -35,6 +35,7 @@ void updateHistory(PageHistory& history, const QString& condition, int id = -1) 
 PageWidget* settingsPage(qint16, const PageServices& s) {
     auto* form = new FormAppSetting;
     form->setDialogs(s.dialogs);
+    form->setFileDialogs(s.files);
     form->setLayoutHost(s.layoutHost);
     return form;
 }

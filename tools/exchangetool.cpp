@@ -16,6 +16,7 @@
 #include "exchange/reportimport.h"
 #include "exchange/tableexport.h"
 #include "exchange/tables.h"
+#include "exchange/template.h"
 #include "exchange/vcard.h"
 #include "exchange/xlsxwrite.h"
 #include "schedule/agenda.h"
@@ -38,7 +39,9 @@ const char* kUsage =
     "  backups                  列出自动备份（文件、日期、大小、各类记录数）\n"
     "  auto-backup              立即做一次自动备份（检验并轮换旧的备份）\n"
     "  export-report 类别 文件  把选定的记录导出到Tarvel报表\n"
-    "  import-report 文件       导入Tarvel报表\n"
+    "  import-report 文件       导入Tarvel报表，或合并另一个数据文件(.tvg)或备份(.tbk)\n"
+    "  export-template 文件     把字段、界面布局和选项列表保存为模板(.tvm3)\n"
+    "  import-template 文件     载入模板，替换字段、界面布局和选项列表\n"
     "  export-csv 类别 文件     把选定的记录导出到CSV文件(文件名以.xlsx结尾时为Excel文件)\n"
     "  import-csv 类别 文件 [--sheet 工作表]\n"
     "                           从CSV或Excel文件导入联系人或单位\n"
@@ -125,8 +128,28 @@ const std::map<QString, Command>& commands() {
          {1,
           [](const QStringList& a, QString* said) {
               ImportSummary summary;
-              const Outcome o = importReport(a[0], &summary);
-              *said = QStringLiteral("已导入Tarvel报表 %1：%2").arg(o.path, describe(summary));
+              ImportTally tally;
+              const Outcome o = importReport(a[0], &summary, {}, &tally);
+              *said = QStringLiteral("已导入Tarvel报表 %1：%2（新增的记录：%3）")
+                          .arg(o.path, tally.summary(), describe(summary));
+              return o;
+          }}},
+        {QStringLiteral("export-template"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              const Outcome o = saveTemplate(a[0]);
+              *said = QStringLiteral("已保存模板：%1").arg(o.path);
+              return o;
+          }}},
+        {QStringLiteral("import-template"),
+         {1,
+          [](const QStringList& a, QString* said) {
+              QStringList changes;
+              Outcome o = describeTemplate(a[0], &changes);
+              if (!o.ok) return o;
+              o = loadTemplate(a[0]);
+              *said =
+                  QStringLiteral("已载入模板 %1：\n").arg(o.path) + changes.join(QLatin1Char('\n'));
               return o;
           }}},
         {QStringLiteral("export-csv"),

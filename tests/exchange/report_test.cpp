@@ -189,10 +189,19 @@ TEST_F(Report, ImportIntoAnotherFileRenumbersAndRelinks) {
         for (int i = 0; i < links.size(); ++i) EXPECT_EQ(column(links[i]), expected[i]) << i;
         EXPECT_EQ(rows("contacts WHERE con_private <> 0"), 0);
         EXPECT_EQ(rows("contacts WHERE con_check <> 0"), 0);
-        // A second import adds the records again, under further new keys.
+        // A second import finds every record again (张三 by name and account,
+        // 李四 alike in every column): nothing doubles, not even a link.
         ASSERT_TRUE(importReport(report, &summary).ok);
-        EXPECT_EQ(rows("contacts"), 5);
+        EXPECT_EQ(rows("contacts"), 3);
+        EXPECT_EQ(rows("accounts"), 1);
         EXPECT_EQ(rows("upgrade_contacts"), 2);
+        EXPECT_EQ(rows("contacts_contacts"), 1);
+        // Once 李四 differs in a column, nothing but a bare name is left to
+        // know it by, and it comes again under a further new key.
+        run("UPDATE contacts SET con_nickname='小李' WHERE con_lastname='李四'");
+        ASSERT_TRUE(importReport(report, &summary).ok);
+        EXPECT_EQ(rows("contacts"), 4);
+        EXPECT_EQ(rows("contacts_contacts"), 2);
     }
 }
 

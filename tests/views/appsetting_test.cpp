@@ -1,6 +1,7 @@
 // The settings window: each page read from and written to storage, only the
 // page shown saved, the toolbar preview and the question after saving.
 #include <QCheckBox>
+#include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
@@ -20,6 +21,7 @@ using tarvel::testsupport::child;
 using tarvel::testsupport::indexed;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::ScriptedFileDialogs;
 using tarvel::testsupport::typeText;
 
 namespace {
@@ -68,6 +70,7 @@ private slots:
     void fieldReorderedAndHiddenIsStillSelected();
     void failedSaveSaysSoAndAsksNothing();
     void moduleNamesCannotBeEmpty();
+    void templateSavedThenLoadedRebuildsEveryScreen();
 
 private:
     std::unique_ptr<FormAppSetting> makeForm(bool withHost = true) {
@@ -312,6 +315,56 @@ void SettingTest::moduleNamesCannotBeEmpty() {
     QCOMPARE(form->focusWidget(), edit(*form, "txt_schedule"));
     QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("联系人"));
     QCOMPARE(stored(1, QStringLiteral("schedule")).ObjDesc(), QStringLiteral("日程安排"));
+}
+
+void SettingTest::templateSavedThenLoadedRebuildsEveryScreen() {
+    auto form = makeForm();
+    auto files = std::make_shared<ScriptedFileDialogs>();
+    form->setFileDialogs(files);
+    const QString path = QDir(file_->folder()).filePath(QStringLiteral("公司模板.tvm3"));
+    files->names = {path};
+    tarvel::testsupport::click(*form, "cmd_save_template");
+    QVERIFY(QFile::exists(path));
+    QVERIFY2(dialogs_->lastText().contains(QStringLiteral("模板已保存到")),
+             qPrintable(dialogs_->lastText()));
+
+    run(
+        QStringLiteral("UPDATE interface SET object_description='人脉' WHERE object_type=1 AND "
+                       "object_name='contact'"));
+    run(
+        QStringLiteral("UPDATE fields SET fie_description='职位' WHERE fie_type=3 AND "
+                       "fie_name='con_department_title'"));
+    loadProgramFieldSettings();
+    form->load();
+    const auto loadAnswering = [&](const QString& chosen, bool ok) {
+        dialogs_->shown.clear();
+        dialogs_->answers = {ok};
+        files->names = {chosen};
+        tarvel::testsupport::click(*form, "cmd_load_template");
+    };
+    // Declining after reading what would change changes nothing.
+    loadAnswering(path, false);
+    QCOMPARE(dialogs_->shown.size(), 1);
+    QVERIFY2(dialogs_->shown[0].text.contains(QStringLiteral("名称“人脉”改为“联系人”")),
+             qPrintable(dialogs_->shown[0].text));
+    QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("人脉"));
+    QCOMPARE(rebuilds_, 0);
+
+    loadAnswering(path, true);
+    QCOMPARE(stored(1, QStringLiteral("contact")).ObjDesc(), QStringLiteral("联系人"));
+    QCOMPARE(edit(*form, "txt_contact")->text(), QStringLiteral("联系人"));
+    QCOMPARE(programFieldSettings(3)->FindCaption(QStringLiteral("con_department_title")),
+             QStringLiteral("部门/职务"));
+    QCOMPARE(rebuilds_, 1);
+
+    // The data file itself is no template: said so, nothing asked or rebuilt.
+    loadAnswering(file_->path(), true);
+    QCOMPARE(dialogs_->shown.size(), 1);
+    QVERIFY2(dialogs_->lastText().contains(QStringLiteral("不是模板文件")),
+             qPrintable(dialogs_->lastText()));
+    QCOMPARE(rebuilds_, 1);
+    loadAnswering(QString(), true);  // a cancelled dialog
+    QVERIFY(dialogs_->shown.isEmpty());
 }
 
 QTEST_MAIN(SettingTest)

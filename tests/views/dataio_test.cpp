@@ -9,6 +9,7 @@
 
 #include "custom/userprofile.h"
 #include "exchange/autobackup.h"
+#include "exchange/backup.h"
 #include "exchange/importsession.h"
 #include "store/clock.h"
 #include "tests/support/tempdatafile.h"
@@ -227,6 +228,20 @@ private slots:
         QCOMPARE(dialogs_->lastText(), QString("导出Tarvel报表完成,现在要发送邮件吗?"));
         QCOMPARE(opened_, QList<qint16>{page::DataExchange});
         QVERIFY(QFileInfo(target).size() > 3);
+    }
+
+    void reportImportTakesDataFilesAndBackups() {
+        // A backup of this very file: everything in it is here already.
+        const QString backup = QDir(file_->folder()).filePath("早先.tbk");
+        QVERIFY(exchange::backupTo(backup).ok);
+        prompts_->names << backup;
+        click(*page_, "cmd_import_report");
+        const QString asked = prompts_->asked.value(0);
+        for (const char* type : {"*.tvr3", "*.tvg", "*.tbk"})
+            QVERIFY2(asked.section('|', 3, 3).contains(type), qPrintable(asked));
+        QVERIFY2(dialogs_->lastText().contains("新增 0，更新 0，跳过 1"),
+                 qPrintable(dialogs_->lastText()));
+        QCOMPARE(contacts(), 1);
     }
 
     void csvImportAsksFirst() {

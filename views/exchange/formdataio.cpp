@@ -227,12 +227,15 @@ void FormDataIO::cmd_export_report_Click() {
 }
 
 void FormDataIO::cmd_import_report_Click() {
-    const QString chosen = openName(QStringLiteral("导入Tarvel报表"), exchange::reportFilter());
+    const QString chosen = openName(QStringLiteral("导入Tarvel报表"), exchange::mergeFilter());
     if (chosen.isEmpty()) return;
     exchange::ImportSummary summary;
+    exchange::ImportTally tally;
     ProgressRun progress(this, QStringLiteral("正在导入Tarvel报表……"));
-    const exchange::Outcome out = exchange::importReport(chosen, &summary, progress.callback());
-    if (report(out, QStringLiteral("导入Tarvel报表完成，新增：") + exchange::describe(summary)))
+    const exchange::Outcome out =
+        exchange::importReport(chosen, &summary, progress.callback(), &tally);
+    if (report(out, QStringLiteral("导入Tarvel报表完成：%1。新增的记录：%2")
+                        .arg(tally.summary(), exchange::describe(summary))))
         emit dataReplaced();
 }
 

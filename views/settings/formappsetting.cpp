@@ -9,12 +9,15 @@
 #include "views/settings/fieldspage.h"
 #include "views/settings/personalpage.h"
 #include "views/settings/relatedpage.h"
+#include "views/settings/templateflow.h"
 #include "views/settings/toolbarpage.h"
 
 namespace tarvel {
 
 FormAppSetting::FormAppSetting(QWidget* parent)
-    : PageWidget(parent), dialogs_(std::make_shared<MessageBoxDialogs>(this)) {
+    : PageWidget(parent),
+      dialogs_(std::make_shared<MessageBoxDialogs>(this)),
+      files_(std::make_shared<QtFileDialogs>(this)) {
     setObjectName(QStringLiteral("form_app_setting"));
     setWindowTitle(QStringLiteral("设置"));
 
@@ -34,7 +37,16 @@ FormAppSetting::FormAppSetting(QWidget* parent)
     QPushButton* save = settingsui::button(this, "cmd_save", QStringLiteral("保存(&S)"));
     save->setMinimumWidth(96);
     connect(save, &QPushButton::clicked, this, &FormAppSetting::cmdSaveClick);
+    QPushButton* saveTemplate =
+        settingsui::button(this, "cmd_save_template", QStringLiteral("保存为模板…"));
+    connect(saveTemplate, &QPushButton::clicked, this, &FormAppSetting::cmdSaveTemplateClick);
+    QPushButton* loadTemplate =
+        settingsui::button(this, "cmd_load_template", QStringLiteral("载入模板…"));
+    connect(loadTemplate, &QPushButton::clicked, this, &FormAppSetting::cmdLoadTemplateClick);
     auto* bottom = new QHBoxLayout;
+    bottom->addWidget(saveTemplate);
+    bottom->addWidget(loadTemplate);
+    bottom->addSpacing(12);
     bottom->addWidget(settingsui::hint(QStringLiteral("保存只写入当前显示的这一页。"), this), 1);
     bottom->addWidget(save);
 
@@ -88,6 +100,19 @@ void FormAppSetting::cmdSaveClick() {
     if (!dialogs_->ask(QStringLiteral("Tarvel 提示"), QStringLiteral(" 现在执行界面修改的结果吗?"),
                        Dialogs::Icon::Question, Dialogs::Buttons::OkCancel))
         return;
+    if (host_.rebuildScreens)
+        host_.rebuildScreens();
+    else
+        rebuildLayout();
+}
+
+void FormAppSetting::cmdSaveTemplateClick() {
+    saveTemplateFlow(*dialogs_, *files_);
+}
+
+void FormAppSetting::cmdLoadTemplateClick() {
+    if (!loadTemplateFlow(*dialogs_, *files_)) return;
+    load();
     if (host_.rebuildScreens)
         host_.rebuildScreens();
     else

@@ -6,6 +6,7 @@
 
 #include "custom/appsetting.h"
 #include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 #include "views/common/page.h"
 
 namespace tarvel {
@@ -24,7 +25,8 @@ struct LayoutHost {
 // The settings window: a page each in SSTab1 for the module captions, the
 // toolbar buttons, the related panels of each record kind, the columns of
 // the lists and the user's profile. Saving writes the page shown, then offers
-// to apply the new layout to the open screens at once.
+// to apply the new layout to the open screens at once. A template file
+// carries the whole customisation to another installation.
 class FormAppSetting : public PageWidget {
     Q_OBJECT
 public:
@@ -35,6 +37,7 @@ public:
     explicit FormAppSetting(QWidget* parent = nullptr);
 
     void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
     void setLayoutHost(LayoutHost host);
 
     // Re-reads every page from storage.
@@ -47,11 +50,15 @@ public:
 
 public slots:
     void cmdSaveClick();
+    // Write the customisation to a template file, or load one in its place.
+    void cmdSaveTemplateClick();
+    void cmdLoadTemplateClick();
 
 private:
     SettingsPage* page(int tab) const;
 
     std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<FileDialogs> files_;
     LayoutHost host_;
     QTabWidget* tabs_;
 };
