@@ -225,32 +225,19 @@ void FormConDetail::takeAccount(int accountId) {
 }
 
 bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
-    *store = true;
-    *newAccount = accountId_ == 0;
-    if (txtAccount_->text().trimmed().isEmpty()) {
-        *store = false;
-        bool filled = false;
-        for (const TextField& f : accountFields_)
-            filled = filled || !controlText(f.control).trimmed().isEmpty();
-        if (!filled ||
-            dialogs_->ask(questionTitle(),
-                          QStringLiteral("您没有填写单位名称，是否要放弃填写单位名称信息？\n"
-                                         "提示：点击[是]，软件只保存除单位信息之外的其它信息！")))
-            return true;
+    AccountEdit edit{txtAccount_->text(), false, accountId_, accountName_};
+    for (const TextField& f : accountFields_)
+        if (f.control != txtAccount_)
+            edit.otherFilled = edit.otherFilled || !controlText(f.control).trimmed().isEmpty();
+    const AccountAnswer answer =
+        askAccountQuestions(*dialogs_, edit,
+                            QStringLiteral("您没有填写单位名称，是否要放弃填写单位名称信息？\n"
+                                           "提示：点击[是]，软件只保存除单位信息之外的其它信息！"));
+    if (!answer.proceed && accountQuestion(edit) == AccountQuestion::DropAccountData)
         txtAccount_->setFocus();
-        return false;
-    }
-    if (accountId_ == 0 || txtAccount_->text() == accountName_) return true;
-    switch (askAccountRename(*dialogs_)) {
-        case AccountRename::Rename:
-            return true;
-        case AccountRename::NewAccount:
-            *newAccount = true;
-            return true;
-        case AccountRename::Cancel:
-            break;
-    }
-    return false;
+    *store = answer.store;
+    *newAccount = accountId_ == 0 || answer.newAccount;
+    return answer.proceed;
 }
 
 bool FormConDetail::storeAccount(Contact& contact, bool newAccount) {

@@ -413,32 +413,21 @@ int FormRelated::shownId(const Section& s) const {
 }
 
 bool FormRelated::askAccountQuestions(int contactId, relatedrecords::AccountChoice& choice) {
-    const QString name = form_.controlValue(QStringLiteral("txt_con_account")).toString();
-    const QString address = form_.controlValue(QStringLiteral("txt_con_accaddr")).toString();
-    choice.chosen = chosenAccount_;
-    if (name.trimmed().isEmpty()) {
-        if (address.trimmed().isEmpty()) return true;
-        const bool drop = dialogs_->ask(
-            questionTitle(), QStringLiteral("您没有填写客户单位名称，是否要放弃填写客户信息？\n"
-                                            "提示：点击[是]，系统只会放弃保存客户信息，"
-                                            "联系人其他信息仍会保存！"));
-        if (!drop) control("txt_con_account")->setFocus();
-        return drop;
-    }
     const int oldAccount = form_.property(QStringLiteral("OldAccountID")).toInt();
-    if (contactId == 0 || oldAccount == 0 || chosenAccount_ != 0 || name == shownAccount_)
-        return true;
-    switch (askAccountRename(*dialogs_)) {
-        case AccountRename::Rename:
-            choice.rename = true;
-            return true;
-        case AccountRename::NewAccount:
-            choice.newAccount = true;
-            return true;
-        case AccountRename::Cancel:
-            break;
-    }
-    return false;
+    const AccountEdit edit{
+        form_.controlValue(QStringLiteral("txt_con_account")).toString(),
+        !form_.controlValue(QStringLiteral("txt_con_accaddr")).toString().trimmed().isEmpty(),
+        contactId == 0 || chosenAccount_ != 0 ? 0 : oldAccount, shownAccount_};
+    const AccountAnswer answer = tarvel::askAccountQuestions(
+        *dialogs_, edit,
+        QStringLiteral("您没有填写客户单位名称，是否要放弃填写客户信息？\n"
+                       "提示：点击[是]，系统只会放弃保存客户信息，联系人其他信息仍会保存！"));
+    if (!answer.proceed && accountQuestion(edit) == AccountQuestion::DropAccountData)
+        control("txt_con_account")->setFocus();
+    choice.chosen = chosenAccount_;
+    choice.rename = answer.rename;
+    choice.newAccount = answer.newAccount;
+    return answer.proceed;
 }
 
 void FormRelated::save(Section& s) {
