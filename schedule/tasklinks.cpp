@@ -1,6 +1,7 @@
 #include "schedule/tasklinks.h"
 
 #include "records/recordbase.h"
+#include "schedule/task.h"
 #include "store/tarveldatabase.h"
 
 namespace tarvel {
@@ -84,6 +85,19 @@ int TaskLinks::accountOfContact(int contactId) {
                      QString::number(contactId));
     if (!rs || rs->Eof()) return 0;
     return recordvalue::int32(rs->value(0));
+}
+
+bool TaskLinks::copyLinks(int fromId, Task& next) {
+    for (qint16 k : {kind::Opportunity, kind::Account, kind::Contact, kind::Document}) {
+        const auto records = linked(k, fromId);
+        if (!records) return false;
+        for (const LinkedRecord& r : *records)
+            if (!next.AddRelative(k, r.id)) {
+                errMsg_ = next.ErrMsg();
+                return false;
+            }
+    }
+    return true;
 }
 
 }  // namespace tarvel

@@ -6,6 +6,8 @@
 
 namespace tarvel {
 
+class Task;
+
 // A record linked to a task, or one that could be: its key and how the
 // task's related panel names it.
 struct LinkedRecord {
@@ -23,6 +25,10 @@ public:
     std::optional<QList<LinkedRecord>> linked(qint16 recordKind, int taskId);
     // Records whose name contains `text` (all for an empty text), by name.
     std::optional<QList<LinkedRecord>> search(qint16 recordKind, const QString& text);
+    // Links `next` to every record linked to task `fromId` (the task a
+    // repeated task follows); false (with ErrMsg, or the task's) on failure.
+    // Runs inside the caller's transaction.
+    bool copyLinks(int fromId, Task& next);
     // The account of a contact; 0 when it has none or cannot be read.
     int accountOfContact(int contactId);
     QString ErrMsg() const { return errMsg_; }

@@ -360,15 +360,7 @@ bool FormSchDetail::saveNextTask(const Task& current) {
     if (!next.AddNextTask()) return false;
     next.setCloseDate(next.TaskDate());
     if (!next.Add()) return false;
-    // Linked like the task it follows.
-    TaskLinks links;
-    for (qint16 k : {kind::Opportunity, kind::Account, kind::Contact, kind::Document}) {
-        const auto linked = links.linked(k, current.ID());
-        if (!linked) return false;
-        for (const LinkedRecord& r : *linked)
-            if (!next.AddRelative(k, r.id)) return false;
-    }
-    return true;
+    return TaskLinks().copyLinks(current.ID(), next);
 }
 
 bool FormSchDetail::cmdSaveClick() {

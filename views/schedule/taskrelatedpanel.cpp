@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QLabel>
 
+#include "browse/relatedrecords.h"
 #include "custom/appsettings.h"
 #include "records/recordbase.h"
 #include "schedule/task.h"
@@ -166,11 +167,11 @@ void TaskRelatedPanel::addChosen(Section& s) {
         if (dialogs_) dialogs_->info(messageTitle(), QStringLiteral("您没有选择任何要添加的记录"));
         return;
     }
-    Task task;
-    task.setID(taskId_);
-    for (QListWidgetItem* item : chosen)
-        if (!task.AddRelative(s.kind, item->data(Qt::UserRole).toInt())) break;
-    if (!task.ErrMsg().isEmpty() && dialogs_) dialogs_->info(messageTitle(), task.ErrMsg());
+    QList<int> ids;
+    for (QListWidgetItem* item : chosen) ids << item->data(Qt::UserRole).toInt();
+    QString error;
+    if (!relatedrecords::link(kind::Task, taskId_, s.kind, ids, error) && dialogs_)
+        dialogs_->info(messageTitle(), error);
     s.found->clearSelection();
     refreshSection(s);
     emit linksChanged();
@@ -187,10 +188,10 @@ void TaskRelatedPanel::unlinkChosen(Section& s) {
                                  ? QStringLiteral("您确定删除和此单位的相关性？")
                                  : QStringLiteral("您确定删除和此记录的相关性？");
     if (!dialogs_ || !dialogs_->ask(questionTitle(), question)) return;
-    Task task;
-    task.setID(taskId_);
-    if (!task.DeleteRelative(s.kind, item->data(Qt::UserRole).toInt()))
-        dialogs_->info(messageTitle(), task.ErrMsg());
+    QString error;
+    if (!relatedrecords::unlink(kind::Task, taskId_, s.kind, item->data(Qt::UserRole).toInt(),
+                                error))
+        dialogs_->info(messageTitle(), error);
     refreshSection(s);
     emit linksChanged();
 }
