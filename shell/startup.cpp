@@ -15,6 +15,7 @@
 #include "shell/formlogin.h"
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
+#include "shell/singleinstance.h"
 #include "store/connectionstring.h"
 #include "views/options/formoption.h"
 #include "views/schedule/formschremind.h"
@@ -168,6 +169,18 @@ int runTarvel(int argc, char* argv[]) {
         i >= 0 && i + 1 < args.size())
         return saveScreenshots(args[i + 1]);
 
+    // A second start on the same data file shows the window already open.
+    // It listens from the start, so that a start during the login finds it too.
+    SingleInstance instance(dataFilePath());
+    if (instance.askRunningWindow()) return 0;
+    instance.listen([] {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (!window->isVisible()) continue;
+            if (window->isMinimized()) window->showNormal();
+            window->raise();
+            window->activateWindow();
+        }
+    });
     std::unique_ptr<TarvelMain> main = startUp([](QDialog& dialog) { dialog.exec(); });
     if (!main) return 0;
     QApplication::setQuitOnLastWindowClosed(true);

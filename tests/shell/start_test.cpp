@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QLineEdit>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QRadioButton>
 #include <QTemporaryDir>
@@ -15,6 +16,7 @@
 #include "shell/formlogin.h"
 #include "shell/globals.h"
 #include "shell/mainwindow.h"
+#include "shell/singleinstance.h"
 #include "shell/startup.h"
 #include "store/clock.h"
 #include "store/encode.h"
@@ -81,6 +83,7 @@ private slots:
     void firstRunStoresTheTrimmedSixCharacterPassword();
     void firstRunOnAReadOnlyDataFileSaysSoAndWaits();
     void startRoutineRunsFirstRunThenLogin();
+    void aSecondStartOnTheSameFileEndsAndLeavesTheFirst();
 
 private:
     std::unique_ptr<tarvel::testing::TempDataFile> file_;
@@ -318,6 +321,34 @@ void StartTest::startRoutineRunsFirstRunThenLogin() {
     QCOMPARE(dialogs_->lastText(), kWrongPassword);
     QVERIFY(startUp(answer(QStringLiteral(" secret1"))) != nullptr);
     QCOMPARE(shown, (QStringList{"form_init", "form_init", "form_login", "form_login"}));
+}
+
+// Two windows on one file would each save over the other's changes.
+void StartTest::aSecondStartOnTheSameFileEndsAndLeavesTheFirst() {
+    const auto start = [this](QProcess& p) {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(TARVEL_BIN), {QStringLiteral("--data-dir"), file_->folder()});
+        QVERIFY(p.waitForStarted());
+    };
+    QProcess first, second;
+    start(first);
+    const QString name =
+        SingleInstance::socketName(file_->folder() + QStringLiteral("/mydata3.tvg"));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        [&] {
+            QLocalSocket probe;
+            probe.connectToServer(name);
+            return probe.waitForConnected(200);
+        }(),
+        15000);
+    start(second);
+    QVERIFY2(second.waitForFinished(15000), "the second start kept running");
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(first.state(), QProcess::Running);
+    first.kill();
+    first.waitForFinished();
 }
 
 QTEST_MAIN(StartTest)
