@@ -31,20 +31,21 @@ const char* kNames[] = {
 // Counts the links of the report's own kind (key prefix) that name a record
 // missing from its table.
 QString danglingLinks(const QString& prefix) {
-    const char* const links[][4] = {
-        {"accounts_contacts", "acc_id", "con_id", "con_id"},
-        {"opportunities_contacts", "opp_id", "con_id", "con_id"},
-        {"opportunities_accounts", "opp_id", "acc_id", "acc_id"},
-        {"contacts_tasks", "con_id", "tas_id", "tas_id"},
-        {"contacts_documents", "con_id", "doc_id", "doc_id"},
-        {"accounts_tasks", "acc_id", "tas_id", "tas_id"},
-        {"accounts_documents", "acc_id", "doc_id", "doc_id"},
-        {"opportunities_tasks", "opp_id", "tas_id", "tas_id"},
-        {"opportunities_documents", "opp_id", "doc_id", "doc_id"},
-        {"tasks_documents", "tas_id", "doc_id", "doc_id"},
-        {"contacts_contacts", "con_id1", "con_id2", "con_id"}};
-    const QHash<QString, QString> tableOf = {{"acc", "accounts"},      {"con", "contacts"},
-                                             {"opp", "opportunities"}, {"tas", "tasks"},
+    const char* const links[][4] = {{"accounts_contacts", "acc_id", "con_id", "con_id"},
+                                    {"opportunities_contacts", "opp_id", "con_id", "con_id"},
+                                    {"opportunities_accounts", "opp_id", "acc_id", "acc_id"},
+                                    {"contacts_tasks", "con_id", "tas_id", "tas_id"},
+                                    {"contacts_documents", "con_id", "doc_id", "doc_id"},
+                                    {"accounts_tasks", "acc_id", "tas_id", "tas_id"},
+                                    {"accounts_documents", "acc_id", "doc_id", "doc_id"},
+                                    {"opportunities_tasks", "opp_id", "tas_id", "tas_id"},
+                                    {"opportunities_documents", "opp_id", "doc_id", "doc_id"},
+                                    {"tasks_documents", "tas_id", "doc_id", "doc_id"},
+                                    {"contacts_contacts", "con_id1", "con_id2", "con_id"}};
+    const QHash<QString, QString> tableOf = {{"acc", "accounts"},
+                                             {"con", "contacts"},
+                                             {"opp", "opportunities"},
+                                             {"tas", "tasks"},
                                              {"doc", "documents"}};
     QStringList counts;
     for (const auto& l : links) {
@@ -52,8 +53,9 @@ QString danglingLinks(const QString& prefix) {
         if (!a.startsWith(prefix) && !b.startsWith(prefix)) continue;
         const QString ta = tableOf[a.left(3)], tb = tableOf[b.left(3)];
         const QString keyA = a.startsWith("con_id") ? QString("con_id") : a;
-        counts << QString("(SELECT COUNT(*) FROM %1 WHERE %2 NOT IN (SELECT %3 FROM %4) OR %5 NOT "
-                          "IN (SELECT %6 FROM %7))")
+        counts << QString(
+                      "(SELECT COUNT(*) FROM %1 WHERE %2 NOT IN (SELECT %3 FROM %4) OR %5 NOT "
+                      "IN (SELECT %6 FROM %7))")
                       .arg(l[0], a, keyA, ta, b, key, tb);
     }
     return "SELECT " + counts.join(" + ");
