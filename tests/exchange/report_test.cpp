@@ -15,6 +15,10 @@ class Report : public ExchangeFixture {
 protected:
     Report() {
         fillSample();
+        // An unticked deal whose task only it links: neither goes with a deals report.
+        run("INSERT INTO opportunities (opp_subject, opp_private, opp_check) VALUES ('小单', 0, "
+            "false)");
+        run("INSERT INTO opportunities_tasks (opp_id, tas_id) VALUES (3, 2)");
         completeProfile();
     }
     QStringList names(const QString& path, const char* sql) { return sqlcipherRows(path, sql); }
