@@ -42,7 +42,7 @@ TEST_F(Statistics, EveryCountFillsBothArrays) {
              "('opp', 'probability', '80'), ('opp', 'probability', '九成')",
              "INSERT INTO contacts (con_id, con_important, con_relation, con_province, con_tag) "
              "VALUES (1, '重要', '客户', '北京', 'A2'), (2, '重要', '朋友', '上海', 'A,B'), (3, "
-             "NULL, '客户', '北京', NULL), (4, '一般', NULL, NULL, 'B')",
+             "NULL, '客户', '北京', NULL), (4, '一般', NULL, NULL, 'BC')",
              "INSERT INTO accounts (acc_id, acc_name, acc_type, acc_industry, acc_important, "
              "acc_province, acc_tag) VALUES (10, '华信', '客户', 'IT', '重要', '北京', 'A'), (11, "
              "'华信', '供应商', NULL, NULL, '北京', NULL), (12, '东方', '客户', 'IT', '重要', "
@@ -66,7 +66,8 @@ TEST_F(Statistics, EveryCountFillsBothArrays) {
         {calc(&Contact::CalcByProvince), "北京=2 上海=1 =1", false},
         // Two accounts of one name stay apart: grouped by key.
         {calc(&Contact::CalcByAccount), "华信=1 华信=1 东方=1 =1", false},
-        // By substring: tag A counts A2; " C " sorts first and is shown trimmed.
+        // By substring: tag A counts A2; " C " sorts first, is shown trimmed and counted
+        // with its blanks (BC is not counted).
         {calc(&Contact::CalcByTag), "C=0 A=2 A2=1 B=2 O'K=0", true},
         {calc(&Account::CalcByOpportunity), "有=1 无=2", true},
         {calc(&Account::CalcByImportant), "重要=2 =1", false},
