@@ -153,7 +153,9 @@ void SearchTest::typingOnNarrowsTheSameWayTheEngineDoes() {
     QVERIFY(openList(listno::Contacts));
     for (const QString& word :
          kOddTexts + QStringList{QStringLiteral("User1"), QStringLiteral("%_%"),
-                                 QStringLiteral("yzw"), QStringLiteral("xyz")}) {
+                                 QStringLiteral("yzw"), QStringLiteral("xyz"),
+                                 // '_' stands for one character of three or four bytes
+                                 QStringLiteral("张_Zh"), QStringLiteral("𠀀_字")}) {
         std::vector<int> shown;
         bool first = true;
         for (int n = 1; n <= word.size(); ++n) {
