@@ -4,8 +4,6 @@
 #include <QDir>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QRadioButton>
-#include <QTextStream>
 #include <QTranslator>
 
 #include "custom/fsettings.h"
@@ -17,9 +15,6 @@
 #include "shell/mainwindow.h"
 #include "shell/singleinstance.h"
 #include "store/connectionstring.h"
-#include "views/options/formoption.h"
-#include "views/schedule/formschremind.h"
-#include "views/settings/formappsetting.h"
 
 namespace tarvel {
 
@@ -77,81 +72,6 @@ void loadChineseTranslations(QApplication& app) {
         app.installTranslator(qt);
 }
 
-// Saves the three windows as the user first sees them, for layout checks.
-int saveScreenshots(const QString& prefix) {
-    bool ok = true;
-    auto shoot = [&](QWidget& w, const QString& name) {
-        w.show();
-        for (int i = 0; i < 10; ++i) QApplication::processEvents();
-        const QString file = prefix + QLatin1Char('_') + name + QStringLiteral(".png");
-        ok = w.grab().save(file) && ok;
-        QTextStream(stdout) << file << Qt::endl;
-        w.hide();
-    };
-    {
-        FormInit init;
-        shoot(init, QStringLiteral("init"));
-        init.findChild<QRadioButton*>(QStringLiteral("opt_agree"))->setChecked(true);
-        init.cmdForwardClick();
-        shoot(init, QStringLiteral("init_password"));
-    }
-    {
-        FormLogin login;
-        shoot(login, QStringLiteral("login"));
-    }
-    {
-        MainWindowOptions options;
-        options.checkForUpdate = false;
-        TarvelMain main(options);
-        main.ShowPage(page::ContactList);
-        shoot(main, QStringLiteral("main"));
-        main.ShowPage(page::Settings);
-        shoot(main, QStringLiteral("setting_main"));
-    }
-    {
-        // The schedule's screens over whatever the data file holds for today.
-        MainWindowOptions options;
-        options.checkForUpdate = false;
-        options.trayAvailable = [] { return false; };
-        TarvelMain main(options);
-        main.Timer1()->stop();  // the shots show the lists, not reminders firing
-        main.ShowPage(page::Home);
-        shoot(main, QStringLiteral("sch_home"));
-        main.ShowPage(page::Schedule);
-        shoot(main, QStringLiteral("sch_module"));
-        main.ShowPage(page::ScheduleStatistics);
-        shoot(main, QStringLiteral("sch_stat"));
-        // The reminder of today's first task that has one, else of the first task.
-        int taskId = 0;
-        for (const TodayTask& t : main.todayList().tasks())
-            if (taskId == 0 || (t.due && !main.todayList().task(taskId)->due)) taskId = t.id;
-        FormSchRemind remind(taskId, main.todayList());
-        remind.load();
-        shoot(remind, QStringLiteral("sch_remind"));
-    }
-    {
-        loadProgramFieldSettings();
-        FormAppSetting settings;
-        settings.resize(settings.sizeHint().expandedTo(QSize(760, 540)));
-        const char* const pages[] = {"captions",    "toolbar",     "acc_related",
-                                     "opp_related", "con_related", "sch_related",
-                                     "doc_related", "fields",      "personal"};
-        for (int i = 0; i < settings.SSTab1()->count(); ++i) {
-            settings.SSTab1()->setCurrentIndex(i);
-            shoot(settings, QStringLiteral("setting_") + QLatin1String(pages[i]));
-        }
-    }
-    {
-        FormOption option;
-        option.setObject(QStringLiteral("con"));
-        option.setName(QStringLiteral("title"));
-        option.setCaptions(QStringLiteral("联系人"), QStringLiteral("称呼"));
-        option.load();
-        shoot(option, QStringLiteral("option"));
-    }
-    return ok ? 0 : 1;
-}
-
 }  // namespace
 
 int runTarvel(int argc, char* argv[]) {
@@ -164,10 +84,6 @@ int runTarvel(int argc, char* argv[]) {
     const QStringList args = QApplication::arguments();
     setApplicationPath(programFolder(args, qEnvironmentVariable("TARVEL_HOME"),
                                      QCoreApplication::applicationDirPath()));
-
-    if (const qsizetype i = args.indexOf(QStringLiteral("--screenshot"));
-        i >= 0 && i + 1 < args.size())
-        return saveScreenshots(args[i + 1]);
 
     // A second start on the same data file shows the window already open.
     // It listens from the start, so that a start during the login finds it too.

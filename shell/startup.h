@@ -31,15 +31,7 @@ bool needsFirstRun();
 using ModalRunner = std::function<void(QDialog&)>;
 std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal);
 
-// main(): the whole program, with the hidden --screenshot PREFIX option that
-// saves the start windows and the main window as PREFIX_init.png,
-// PREFIX_init_password.png, PREFIX_login.png and PREFIX_main.png, the settings
-// window in the main window as PREFIX_setting_main.png and alone, page by
-// page, as PREFIX_setting_<page>.png, the options editor as PREFIX_option.png,
-// and the schedule's screens over today's data: the home page, the schedule
-// module page, the statistics page and a reminder window as
-// PREFIX_sch_home.png, PREFIX_sch_module.png, PREFIX_sch_stat.png and
-// PREFIX_sch_remind.png.
+// main(): the whole program.
 int runTarvel(int argc, char* argv[]);
 
 }  // namespace tarvel

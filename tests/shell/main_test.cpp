@@ -22,9 +22,8 @@
 #include "shell/mainwindow.h"
 #include "shell/updatecheck.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
-#include "tests/views/listrecords.h"
+#include "tests/views/screenfixture.h"
+#include "tools/screenshots/samplerecords.h"
 #include "views/home/formhome.h"
 #include "views/lists/categorypanel.h"
 #include "views/lists/formlist.h"
@@ -60,21 +59,16 @@ void click(TarvelMain& w, const char* key) {
 
 }  // namespace
 
-class MainTest : public QObject {
+class MainTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
         appGlobals() = AppGlobals{};
-        clearUnsaved();
-        Clock::setFixed(at(2024, 5, 1, 10));
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        opener_ = std::make_shared<RecordingOpener>();
+        begin(at(2024, 5, 1, 10));
     }
     void cleanup() {
         main_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void toolbarFollowsTheLayoutTable();
@@ -113,9 +107,6 @@ private:
         return *form;
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
-    std::shared_ptr<RecordingOpener> opener_;
     std::unique_ptr<TarvelMain> main_;
 };
 
@@ -141,7 +132,7 @@ void MainTest::toolbarFollowsTheLayoutTable() {
 // Back and forward return each page as the user left it: a list with its
 // category, sort or search, and its rows in the same order.
 void MainTest::backAndForwardReturnPagesAsLeft() {
-    testsupport::fillListRecords({10, 80, 10, 5, 5});
+    samples::fillRecords({10, 80, 10, 5, 5});
     loadProgramFieldSettings();
     TarvelMain& w = start();
     click(w, "contact");

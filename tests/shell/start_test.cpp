@@ -22,8 +22,7 @@
 #include "store/encode.h"
 #include "store/faulttext.h"
 #include "store/sqlitehandle.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 
 using namespace tarvel;
 using tarvel::testsupport::child;
@@ -65,15 +64,14 @@ void choosePasswords(QDialog& form, const QString& first, const QString& second)
 
 }  // namespace
 
-class StartTest : public QObject {
+class StartTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
         appGlobals() = AppGlobals{};
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
+        begin();
     }
-    void cleanup() { file_.reset(); }
+    void cleanup() { end(); }
 
     void loginTrimsRefusesWrongCaseAndAllowsRetry();
     void loginSaysWhichDataFileCouldNotBeOpened();
@@ -84,23 +82,18 @@ private slots:
     void firstRunOnAReadOnlyDataFileSaysSoAndWaits();
     void startRoutineRunsFirstRunThenLogin();
     void aSecondStartOnTheSameFileEndsAndLeavesTheFirst();
-
-private:
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
 };
 
 void StartTest::loginTrimsRefusesWrongCaseAndAllowsRetry() {
     storePassword(QStringLiteral("abcdef"));
     writeValue("website", "homepage", QStringLiteral(" https://example.org/tarvel "));
-    auto opener = std::make_shared<RecordingOpener>();
     FormLogin form;
     form.setDialogs(dialogs_);
-    form.setShellOpener(opener);
+    form.setShellOpener(opener_);
     form.show();
     QVERIFY(child<QLabel>(form, "lbl_status")->isHidden());
     child<QPushButton>(form, "Label1")->click();
-    QCOMPARE(opener->opened, QList<QUrl>{QUrl(QStringLiteral("https://example.org/tarvel"))});
+    QCOMPARE(opener_->opened, QList<QUrl>{QUrl(QStringLiteral("https://example.org/tarvel"))});
 
     auto* txt = child<QLineEdit>(form, "txt_password");
     QTest::keyClicks(txt, QStringLiteral("ABCDEF"));

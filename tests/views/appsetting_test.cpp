@@ -11,8 +11,7 @@
 #include "custom/appsettings.h"
 #include "custom/fsettings.h"
 #include "custom/userprofile.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/settings/formappsetting.h"
 #include "views/settings/relatedpage.h"
 
@@ -52,16 +51,15 @@ QLineEdit* edit(const QWidget& form, const char* name) {
 
 }  // namespace
 
-class SettingTest : public QObject {
+class SettingTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
+        begin();
         previews_.clear();
         rebuilds_ = 0;
     }
-    void cleanup() { file_.reset(); }
+    void cleanup() { end(); }
 
     void pagesShowTheStoredLayout();
     void savingWritesOnlyThePageShownThenAsks();
@@ -95,8 +93,6 @@ private:
         return form.SSTab1()->tabText(FormAppSetting::RelatedFirst + 2);
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     QList<QStringList> previews_;
     int rebuilds_ = 0;
 };

@@ -10,9 +10,8 @@
 
 #include "shell/mainwindow.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
+#include "tests/views/screenfixture.h"
 #include "views/schedule/formschall.h"
 #include "views/schedule/formschdetail.h"
 
@@ -48,13 +47,11 @@ void doubleClick(QWidget* viewport, const QPoint& at) {
 
 }  // namespace
 
-class CalendarTest : public QObject {
+class CalendarTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        Clock::setFixed(at(2024, 4, 10, 9, 0));
+        begin(at(2024, 4, 10, 9, 0));
         run(QStringLiteral(
             "INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_time, tas_cycle, tas_closedate, "
             "tas_closed, tas_remind, tas_outlay, tas_type) VALUES "
@@ -65,8 +62,7 @@ private slots:
     void cleanup() {
         form_.reset();
         main_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void monthViewShowsItsWeeksAndMovesByMonth();
@@ -98,8 +94,6 @@ private:
         QDate day;
         QTime time;
     } opened_;
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     std::unique_ptr<FormSchAll> form_;
     std::unique_ptr<TarvelMain> main_;
 };
@@ -206,10 +200,9 @@ void CalendarTest::historyReturnsToTheViewAndDate() {
 
 void CalendarTest::calendarFilesGoOutAndComeIn() {
     FormSchAll& page = open(QDate(2024, 4, 10));
-    auto files = std::make_shared<testsupport::ScriptedFileDialogs>();
-    page.setFileDialogs(files);
+    page.setFileDialogs(files_);
     const QString path = QDir(file_->folder()).filePath(QStringLiteral("out.ics"));
-    files->names = {path};
+    files_->names = {path};
     page.findChild<QAction*>(QStringLiteral("m_export_all"))->trigger();
     QCOMPARE(dialogs_->lastText(), QStringLiteral("已导出3项日程。"));
     QFile out(path);
@@ -220,7 +213,7 @@ void CalendarTest::calendarFilesGoOutAndComeIn() {
     QCOMPARE(written.count("BEGIN:VTODO"), 1);
 
     // Back in: three more tasks, the calendar shows both copies of the rent.
-    files->names = {path};
+    files_->names = {path};
     click(page, "cmd_sch_import");
     QVERIFY2(dialogs_->lastText().startsWith(QStringLiteral("新增 3，更新 0")),
              qPrintable(dialogs_->lastText()));

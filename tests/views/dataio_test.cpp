@@ -12,8 +12,7 @@
 #include "exchange/backup.h"
 #include "exchange/importsession.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/exchange/csvpreview.h"
 #include "views/exchange/formdataio.h"
 #include "views/exchange/reportexportflow.h"
@@ -66,13 +65,11 @@ int contacts() {
 
 }  // namespace
 
-class DataIoTest : public QObject {
+class DataIoTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        Clock::setFixed(at(2024, 5, 20, 10, 3));
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
+        begin(at(2024, 5, 20, 10, 3));
         prompts_ = std::make_shared<ScriptedPrompts>();
         opened_.clear();
         page_ = std::make_unique<FormDataIO>();
@@ -85,7 +82,7 @@ private slots:
     }
     void cleanup() {
         page_.reset();
-        file_.reset();
+        end();
     }
 
     void everyControlIsNamedAndReachable() {
@@ -366,8 +363,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     std::shared_ptr<ScriptedPrompts> prompts_;
     std::unique_ptr<FormDataIO> page_;
     QList<qint16> opened_;

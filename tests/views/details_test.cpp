@@ -17,9 +17,8 @@
 #include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
+#include "tests/views/screenfixture.h"
 #include "views/details/formaccdetail.h"
 #include "views/details/formcondetail.h"
 #include "views/details/formdocdetail.h"
@@ -31,21 +30,15 @@ using namespace tarvel;
 using tarvel::testsupport::at;
 using tarvel::testsupport::child;
 using tarvel::testsupport::click;
+using tarvel::testsupport::count;
 using tarvel::testsupport::firstValue;
 using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::text;
 using Answer = Messages::Answer;
 
 namespace {
-
-int number(const QString& sql) {
-    return firstValue(sql).toInt();
-}
-
-QString text(const QString& sql) {
-    return firstValue(sql).toString();
-}
 
 const QString kRenameQuestion = QStringLiteral(
     "您已经更改了客户单位名称，您要更改此客户信息？还是要新建一个客户？\n"
@@ -53,13 +46,11 @@ const QString kRenameQuestion = QStringLiteral(
 
 }  // namespace
 
-class DetailsTest : public QObject {
+class DetailsTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        Clock::setFixed(at(2024, 5, 20, 10, 30));
-        clearUnsaved();
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
+        begin(at(2024, 5, 20, 10, 30));
         run(QStringLiteral(
             "INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')"));
         run(QStringLiteral(
@@ -68,15 +59,12 @@ private slots:
         run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('李娜')"));
         run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)"));
         loadProgramFieldSettings();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        opener_ = std::make_shared<RecordingOpener>();
     }
     void cleanup() {
         main_.reset();
         page_.reset();
         list_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void nameSearchTakesAQuote() {
@@ -110,7 +98,7 @@ private slots:
         click(page, "lbl_save");
         QVERIFY(!page.isModified());
         QCOMPARE(text("SELECT con_nickname FROM contacts WHERE con_id=2"), QStringLiteral("小布"));
-        QCOMPARE(number("SELECT count(*) FROM accounts"), 1);
+        QCOMPARE(count("SELECT count(*) FROM accounts"), 1);
     }
 
     void renamingALinkedAccount_data() {
@@ -132,8 +120,8 @@ private slots:
         QFETCH(int, accounts);
         QFETCH(int, linkedTo);
         QFETCH(QString, firstName);
-        QCOMPARE(number("SELECT count(*) FROM accounts"), accounts);
-        QCOMPARE(number("SELECT acc_id FROM accounts_contacts WHERE con_id=1"), linkedTo);
+        QCOMPARE(count("SELECT count(*) FROM accounts"), accounts);
+        QCOMPARE(count("SELECT acc_id FROM accounts_contacts WHERE con_id=1"), linkedTo);
         QCOMPARE(text("SELECT acc_name FROM accounts WHERE acc_id=1"), firstName);
         QCOMPARE(page.isModified(), answer == Answer::Cancel);
     }
@@ -177,7 +165,7 @@ private slots:
         child<QLineEdit>(page, "txt_jobtitle")->setText(QStringLiteral("经理"));
         QVERIFY(page.save());
         QCOMPARE(page.recordId(), id);
-        QCOMPARE(number("SELECT count(*) FROM contacts"), 4);
+        QCOMPARE(count("SELECT count(*) FROM contacts"), 4);
     }
 
     void noBirthdayIsStoredAs1900_data() {
@@ -211,7 +199,7 @@ private slots:
         QVERIFY(!page.save());
         QCOMPARE(dialogs_->lastText(), QStringLiteral("预计金额必须是数字，请检查。"));
         QVERIFY(page.isModified());
-        QCOMPARE(number("SELECT opp_estimate_sale FROM opportunities WHERE opp_id=1"), 5000);
+        QCOMPARE(count("SELECT opp_estimate_sale FROM opportunities WHERE opp_id=1"), 5000);
         child<QLineEdit>(page, "txt_esale")->setText(QStringLiteral("12,500.5"));
         QVERIFY(page.save());
         QCOMPARE(
@@ -249,8 +237,8 @@ private slots:
         dialogs_->answers = {true};
         click(page, "lbl_delete");
         QCOMPARE(dialogs_->lastText(), QStringLiteral("您确定要删除这个记录吗？"));
-        QCOMPARE(number("SELECT count(*) FROM contacts WHERE con_id=" + gone), 0);
-        QCOMPARE(number("SELECT count(*) FROM accounts_contacts WHERE con_id=" + gone), 0);
+        QCOMPARE(count("SELECT count(*) FROM contacts WHERE con_id=" + gone), 0);
+        QCOMPARE(count("SELECT count(*) FROM accounts_contacts WHERE con_id=" + gone), 0);
         QCOMPARE(list_->rowCount(), 2);
         QVERIFY(page.recordId() != 0);
         QCOMPARE(page.recordId(), int(list_->currentId()));
@@ -305,8 +293,8 @@ private slots:
         click(page, "Img_account_down");
         QCOMPARE(child<QLineEdit>(page, "txt_address1")->text(), QStringLiteral("长安街1号"));
         QVERIFY(page.save());
-        QCOMPARE(number("SELECT acc_id FROM accounts_contacts WHERE con_id=2"), 1);
-        QCOMPARE(number("SELECT count(*) FROM accounts"), 1);
+        QCOMPARE(count("SELECT acc_id FROM accounts_contacts WHERE con_id=2"), 1);
+        QCOMPARE(count("SELECT count(*) FROM accounts"), 1);
     }
 
     void tickedTagsAreJoinedWithCommas() {
@@ -401,7 +389,7 @@ private slots:
         QVERIFY(page->save());
         QVERIFY(page->recordId() > 0);
         QVERIFY(!page->isModified());
-        QCOMPARE(number(check), 1);
+        QCOMPARE(count(check), 1);
     }
 
     void tabOrderFollowsTheSections() {
@@ -483,9 +471,6 @@ private:
         return *page_;
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
-    std::shared_ptr<RecordingOpener> opener_;
     std::unique_ptr<lists::FormList> list_;
     std::unique_ptr<FormConDetail> page_;
     std::unique_ptr<TarvelMain> main_;

@@ -1,7 +1,6 @@
 #pragma once
 // Helpers of the screen tests: controls by name, the test's data file, and
 // message boxes and the shell-open verb that record what they were asked.
-#include <QDateTime>
 #include <QLabel>
 #include <QList>
 #include <QPushButton>
@@ -10,11 +9,9 @@
 #include <QVariant>
 #include <QWidget>
 
-#include "custom/softwaresetting.h"
 #include "store/connectionstring.h"
-#include "store/jetdate.h"
 #include "store/sqlitehandle.h"
-#include "store/tarveldatabase.h"
+#include "tests/support/dataquery.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 
@@ -47,25 +44,6 @@ inline void typeText(QWidget* widget, const QString& text) {
         QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
 }
 
-// Runs a statement against the test's data file; the test stops when it fails.
-inline void run(const QString& sql) {
-    tarveldatabase db;
-    db.Execute(sql);
-    if (!db.ErrMsg().isEmpty()) qFatal("%s", qPrintable(db.ErrMsg()));
-}
-
-// Stores a value of the settings table (type, key), as the settings window would.
-inline void writeValue(const char* type, const char* key, const QString& value) {
-    SoftwareSetting().WriteValue(QLatin1String(type), QLatin1String(key), {}, {}, value, {});
-}
-
-// The first column of the first row; null when there is none.
-inline QVariant firstValue(const QString& sql) {
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(sql);
-    return rs && !rs->Eof() ? rs->value(0) : QVariant();
-}
-
 // While it lives, the test's data file refuses every write as a read-only
 // file does. The tests run as root, whom file modes do not stop, so the
 // program's one shared handle on the file is switched to query-only instead.
@@ -85,11 +63,6 @@ private:
             qFatal("the data file cannot be made read-only");
     }
 };
-
-// A naive date-time, as the program's clock and the data file hold them.
-inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
-    return jetdate::naive(QDate(y, m, d), QTime(h, mi, s));
-}
 
 // Message boxes that record what they were asked to show and answer from a script.
 class ScriptedDialogs : public Dialogs {

@@ -5,8 +5,7 @@
 #include <QtTest>
 
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/home/formhome.h"
 
 using namespace tarvel;
@@ -27,12 +26,11 @@ QStringList rows(const QTreeWidget& list) {
 }
 }  // namespace
 
-class HomeTest : public QObject {
+class HomeTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        Clock::setFixed(at(2026, 3, 2, 8));
+        begin(at(2026, 3, 2, 8));
         run(QStringLiteral(
             "INSERT INTO opportunities (opp_id, opp_subject, opp_die_date, opp_phase, "
             "opp_estimate_sale) VALUES (1, '服务器', #2026-3-9 17:00#, '谈判', 12000.5), "
@@ -44,15 +42,11 @@ private slots:
             "(3, '太早', #2026-1-30#, NULL, 0, #2026-1-30#, 0), (4, '每天', #2026-2-1#, "
             "NULL, 1, #2026-12-31#, 0)"));
     }
-    void cleanup() {
-        Clock::reset();
-        file_.reset();
-    }
+    void cleanup() { end(); }
     void listsShowTheWeekAheadAndTheMonthBehind();
     void aListThatCannotBeReadSaysSo();
 
 private:
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
     TodayList today_;
 };
 

@@ -24,10 +24,9 @@
 #include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 #include "tests/views/listids.h"
-#include "tests/views/listrecords.h"
+#include "tests/views/screenfixture.h"
+#include "tools/screenshots/samplerecords.h"
 #include "views/common/filedialogs.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -60,24 +59,19 @@ QString python(const QString& script, const QString& file) {
 
 }  // namespace
 
-class ListTest : public QObject {
+class ListTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        Clock::setFixed(at(2024, 5, 20, 10));
-        clearUnsaved();
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        testsupport::fillListRecords({40, 300, 60, 30, 20});
+        begin(at(2024, 5, 20, 10));
+        samples::fillRecords({40, 300, 60, 30, 20});
         loadProgramFieldSettings();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        files_ = std::make_shared<ScriptedFileDialogs>();
         opened_.clear();
         history_.clear();
     }
     void cleanup() {
         form_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void categoryConditions_data();
@@ -127,10 +121,7 @@ private:
                                                         Qt::Checked, Qt::CheckStateRole));
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
     std::unique_ptr<FormList> form_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
-    std::shared_ptr<ScriptedFileDialogs> files_;
     QStringList opened_;
     QStringList history_;
 };
@@ -209,6 +200,25 @@ void ListTest::typingSearchesAfterThePause() {
     box->clear();
     form.searchNow();
     QCOMPARE(form.gridModel()->rowCount(), 300);
+    // A longer text searches the rows shown; taking letters back widens them again.
+    for (const char* text : {"er_1", "er_19", "er_1"}) {
+        box->setText(QLatin1String(text));
+        form.searchNow();
+    }
+    QCOMPARE(shownIds(form),
+             engineIds(form.kind(), searchCondition(listno::Contacts, QStringLiteral("er_1"))));
+    // Rows read again are searched again.
+    run(QStringLiteral("UPDATE contacts SET con_email3='new_ab_x@q.cn' WHERE con_id=100"));
+    form.refresh();
+    box->setText(QStringLiteral("Ab_x"));
+    form.searchNow();
+    QCOMPARE(shownIds(form), QSet<qint64>{100});
+    // A search from a category covers every record, not only the category's.
+    open(listno::Contacts, QStringLiteral(" WHERE con_province='北京'"));
+    child<QLineEdit>(*form_, "txt_search")->setText(QStringLiteral("user1"));
+    form_->searchNow();
+    QCOMPARE(shownIds(*form_),
+             engineIds(form_->kind(), searchCondition(listno::Contacts, QStringLiteral("user1"))));
 }
 
 void ListTest::ticksGoThroughTheTables() {
@@ -574,8 +584,7 @@ void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
     QCOMPARE(opened_, QStringList{QStringLiteral("43: WHERE con_check=true")});
     FormEmail email;
     email.setDialogs(dialogs_);
-    auto opener = std::make_shared<testsupport::RecordingOpener>();
-    email.setShellOpener(opener);
+    email.setShellOpener(opener_);
     email.fill(PageRequest{});
     QCOMPARE(child<QListWidget>(email, "lst_to")->count(), 2);
     QCOMPARE(child<QListWidget>(email, "lst_noaddress")->count(), 1);
@@ -584,9 +593,9 @@ void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
                 .endsWith(QStringLiteral("张三 销售部")));
     child<QLineEdit>(email, "txt_subject")->setText(QStringLiteral("新品发布"));
     testsupport::click(email, "cmd_send");
-    QCOMPARE(opener->opened.size(), 1);
+    QCOMPARE(opener_->opened.size(), 1);
     const QString bcc =
-        QUrlQuery(opener->opened[0]).queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded);
+        QUrlQuery(opener_->opened[0]).queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded);
     const QStringList sentTo = bcc.split(QLatin1Char(','));
     QCOMPARE(
         QSet<QString>(sentTo.begin(), sentTo.end()),

@@ -6,8 +6,7 @@
 #include <QTableView>
 #include <QtTest>
 
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/options/formoption.h"
 #include "views/options/optionwidgets.h"
 
@@ -44,11 +43,11 @@ QStringList items(const QListWidget& list) {
 
 }  // namespace
 
-class OptionTest : public QObject {
+class OptionTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
-    void init() { file_ = std::make_unique<tarvel::testing::TempDataFile>(); }
-    void cleanup() { file_.reset(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void combosAndListsKeepTheirText();
     void editorAddSaveDeleteExitRefreshesTheCombo();
@@ -74,7 +73,6 @@ private:
     }
     void pick(int row) { grid_->setCurrentIndex(grid_->model()->index(row, 1)); }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
     QLineEdit* text_ = nullptr;
     QTableView* grid_ = nullptr;
 };
@@ -194,8 +192,7 @@ void OptionTest::lastDeletionDisablesTheTextBox() {
 void OptionTest::refusedWritesSaySoAndKeepTheText() {
     QComboBox combo;
     auto form = editor("combobox", &combo, "con", "title");
-    auto dialogs = std::make_shared<tarvel::testsupport::ScriptedDialogs>();
-    form->setDialogs(dialogs);
+    form->setDialogs(dialogs_);
     const QStringList before = stored("con", "title");
     {
         tarvel::testsupport::ReadOnlyDataFile readOnly;
@@ -207,8 +204,8 @@ void OptionTest::refusedWritesSaySoAndKeepTheText() {
         QCOMPARE(text_->text(), QStringLiteral("院士"));  // still there for another try
         QCOMPARE(form->editState(), int(FormOption::Adding));
     }
-    QCOMPARE(dialogs->shown.size(), 2);
-    for (const auto& shown : dialogs->shown)
+    QCOMPARE(dialogs_->shown.size(), 2);
+    for (const auto& shown : dialogs_->shown)
         QVERIFY2(shown.text.contains(QStringLiteral("选项没有保存成功")) &&
                      shown.text.contains(QDir::toNativeSeparators(file_->path())),
                  qPrintable(shown.text));

@@ -15,8 +15,7 @@
 #include "records/recordbase.h"
 #include "store/clock.h"
 #include "store/trace.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/formrelated.h"
 
@@ -24,17 +23,12 @@ using namespace tarvel;
 using tarvel::testsupport::at;
 using tarvel::testsupport::child;
 using tarvel::testsupport::click;
+using tarvel::testsupport::count;
 using tarvel::testsupport::firstValue;
-using tarvel::testsupport::RecordingOpener;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
-using tarvel::testsupport::ScriptedFileDialogs;
 
 namespace {
-
-int count(const QString& sql) {
-    return firstValue(sql).toInt();
-}
 
 // The keys a grid lists, sorted (the key column is the grid's first).
 QList<int> gridKeys(const QTableView* grid) {
@@ -53,13 +47,11 @@ int rowOf(const QTableView* grid, int key) {
 
 }  // namespace
 
-class RelatedPanelTest : public QObject {
+class RelatedPanelTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        Clock::setFixed(at(2024, 5, 1, 10, 0));
+        begin(at(2024, 5, 1, 10, 0));
         run("INSERT INTO accounts (acc_id, acc_name, acc_address) VALUES (10, '华信', "
             "'人民路1号'), "
             "(11, '东方贸易', NULL), (12, '南方建材', NULL)");
@@ -70,8 +62,7 @@ private slots:
     }
     void cleanup() {
         panel_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void contactIsNeverItsOwnRelatedContact();
@@ -92,6 +83,8 @@ private:
     FormRelated& open(qint16 owner, int id) {
         panel_ = std::make_unique<FormRelated>(owner);
         panel_->setDialogs(dialogs_);
+        panel_->setFileDialogs(files_);
+        panel_->setShellOpener(opener_);
         panel_->showRecord(id);
         return *panel_;
     }
@@ -111,8 +104,6 @@ private:
         return tabs->tabText(tabs->indexOf(child<QWidget>(*panel_, page)));
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     std::unique_ptr<FormRelated> panel_;
 };
 
@@ -421,12 +412,8 @@ void RelatedPanelTest::documentsAreChosenSavedAndOpened() {
         QVERIFY(f.open(QIODevice::WriteOnly));
     }
     const QString native = QDir::toNativeSeparators(folder.path());
-    auto opener = std::make_shared<RecordingOpener>();
-    auto files = std::make_shared<ScriptedFileDialogs>();
-    files->names = {folder.filePath(QStringLiteral("报价单.xlsx"))};
+    files_->names = {folder.filePath(QStringLiteral("报价单.xlsx"))};
     open(kind::Contact, 1);
-    panel_->setShellOpener(opener);
-    panel_->setFileDialogs(files);
     click(*panel_, "cmd_doc_add");
     QCOMPARE(child<QLineEdit>(*panel_, "txt_doc_name")->text(), QStringLiteral("报价单.xlsx"));
     QCOMPARE(child<QLineEdit>(*panel_, "txt_doc_path")->text(), native);
@@ -448,11 +435,11 @@ void RelatedPanelTest::documentsAreChosenSavedAndOpened() {
     QCOMPARE(count("SELECT COUNT(*) FROM documents"), 1);
     choose("dgrid_doc", count("SELECT doc_id FROM documents"));
     dialogs_->shown.clear();
-    QCOMPARE(opener->opened, (QList<QUrl>{expected, expected}));
+    QCOMPARE(opener_->opened, (QList<QUrl>{expected, expected}));
     // A file that is gone is reported, not opened.
     type("txt_doc_name", QStringLiteral("不存在.pdf"));
     click(*panel_, "img_doc_open");
-    QCOMPARE(opener->opened.size(), 2);
+    QCOMPARE(opener_->opened.size(), 2);
     QVERIFY(dialogs_->lastText().contains(QStringLiteral("不存在.pdf")));
 }
 

@@ -8,8 +8,7 @@
 
 #include "records/recordbase.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/schedule/formschremind.h"
 
 using namespace tarvel;
@@ -34,12 +33,11 @@ int remindFlag(int taskId) {
 
 }  // namespace
 
-class RemindTest : public QObject {
+class RemindTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
+        begin();
         opened_.clear();
         today_ = TodayList();  // what fired in the previous test is gone
         // A weekly one-time reminder at 23:00 from Wednesday 2024-5-1, and a
@@ -52,8 +50,7 @@ private slots:
     }
     void cleanup() {
         window_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void showsTheTaskAndOpensIt();
@@ -79,8 +76,6 @@ private:
         QTest::mouseClick(child<QPushButton>(w, name), Qt::LeftButton);
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     TodayList today_;
     std::unique_ptr<FormSchRemind> window_;
     QStringList opened_;

@@ -7,9 +7,8 @@
 #include "shell/mainwindow.h"
 #include "shell/windowplacement.h"
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
+#include "tests/views/screenfixture.h"
 #include "views/schedule/formschremind.h"
 
 using namespace tarvel;
@@ -17,9 +16,11 @@ using tarvel::testsupport::at;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
 
-class ReminderStartTest : public QObject {
+class ReminderStartTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
+    void init() { begin(); }
+    void cleanup() { end(); }
     void cascadeStaysInside_data();
     void cascadeStaysInside();
     void missedRemindersFireOnceAtStart();
@@ -51,8 +52,6 @@ void ReminderStartTest::cascadeStaysInside() {
 }
 
 void ReminderStartTest::missedRemindersFireOnceAtStart() {
-    tarvel::testing::TempDataFile file;
-    auto dialogs = std::make_shared<ScriptedDialogs>();
     // Three reminders this morning, one repeating one already dismissed today,
     // one this afternoon; the program starts at 11:00.
     run(QStringLiteral(
@@ -64,7 +63,7 @@ void ReminderStartTest::missedRemindersFireOnceAtStart() {
         "(4, 'd', #2024-4-1#, #7:00#, 1, #2024-12-31#, 1, 1, #2024-5-1#), "
         "(5, 'e', #2024-5-1#, #15:00#, 0, #2024-5-1#, 1, 0, null)"));
     Clock::setFixed(at(2024, 5, 1, 11, 0));
-    const std::unique_ptr<TarvelMain> window = tarvel::testsupport::quietMain(dialogs);
+    const std::unique_ptr<TarvelMain> window = tarvel::testsupport::quietMain(dialogs_);
     TarvelMain& main = *window;
     main.move(5000, 5000);  // wherever the main window went, reminders stay visible
     main.Timer1Timer();
@@ -80,7 +79,6 @@ void ReminderStartTest::missedRemindersFireOnceAtStart() {
     QCOMPARE(corners.size(), 3);  // fanned out, none hidden under another
     main.Timer1Timer();
     QCOMPARE(main.reminderWindows().size(), 3);  // once only
-    Clock::reset();
 }
 
 QTEST_MAIN(ReminderStartTest)

@@ -7,8 +7,7 @@
 #include <QtTest>
 
 #include "store/clock.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
+#include "tests/views/screenfixture.h"
 #include "views/schedule/formschstat.h"
 
 using namespace tarvel;
@@ -17,13 +16,11 @@ using tarvel::testsupport::child;
 using tarvel::testsupport::indexed;
 using tarvel::testsupport::ScriptedDialogs;
 
-class StatTest : public QObject {
+class StatTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        Clock::setFixed(at(2024, 5, 20, 10));
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
+        begin(at(2024, 5, 20, 10));
         opened_.clear();
         page_ = std::make_unique<FormSchStat>();
         page_->setDialogs(dialogs_);
@@ -34,8 +31,7 @@ private slots:
     }
     void cleanup() {
         page_.reset();
-        file_.reset();
-        Clock::reset();
+        end();
     }
 
     void periodOfThirtyDaysIsQuietAndThirtyOneWarns();
@@ -47,8 +43,6 @@ private:
         indexed<QPushButton>(*page_, "lbl_Selection", index)->click();
     }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     std::unique_ptr<FormSchStat> page_;
     QStringList opened_;
 };

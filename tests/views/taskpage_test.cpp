@@ -17,9 +17,8 @@
 #include "shell/mainwindow.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
-#include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 #include "tests/views/quietmain.h"
+#include "tests/views/screenfixture.h"
 #include "views/schedule/formschdetail.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -27,30 +26,17 @@ using namespace tarvel;
 using tarvel::testsupport::at;
 using tarvel::testsupport::child;
 using tarvel::testsupport::click;
+using tarvel::testsupport::count;
 using tarvel::testsupport::firstValue;
 using tarvel::testsupport::run;
 using tarvel::testsupport::ScriptedDialogs;
+using tarvel::testsupport::text;
 
-namespace {
-
-int count(const QString& sql) {
-    return firstValue(sql).toInt();
-}
-
-QString text(const QString& sql) {
-    return firstValue(sql).toString();
-}
-
-}  // namespace
-
-class TaskPageTest : public QObject {
+class TaskPageTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
-        file_ = std::make_unique<tarvel::testing::TempDataFile>();
-        dialogs_ = std::make_shared<ScriptedDialogs>();
-        Clock::setFixed(at(2024, 5, 1, 10, 0));
-        clearUnsaved();
+        begin(at(2024, 5, 1, 10, 0));
         form_ = std::make_unique<FormSchDetail>();
         form_->setDialogs(dialogs_);
         PageRequest request;
@@ -60,9 +46,7 @@ private slots:
     void cleanup() {
         form_.reset();
         main_.reset();
-        file_.reset();
-        Clock::reset();
-        clearUnsaved();
+        end();
     }
 
     void typedTimesAreChecked_data();
@@ -86,8 +70,6 @@ private:
     }
     int tasks() { return count(QStringLiteral("SELECT COUNT(*) FROM tasks")); }
 
-    std::unique_ptr<tarvel::testing::TempDataFile> file_;
-    std::shared_ptr<ScriptedDialogs> dialogs_;
     std::unique_ptr<FormSchDetail> form_;
     std::unique_ptr<TarvelMain> main_;
 };

@@ -6,8 +6,8 @@
 #include <QtTest>
 
 #include "store/datacontrol.h"
+#include "tests/support/dataquery.h"
 #include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 
 using namespace tarvel;
 using tarvel::testsupport::run;
@@ -133,5 +133,5 @@ void RecordsetModelTest::emptyWithoutAnOpenRecordset() {
     QCOMPARE(model_->currentRow(), -1);
 }
 
-QTEST_MAIN(RecordsetModelTest)
+QTEST_GUILESS_MAIN(RecordsetModelTest)
 #include "recordsetmodel_test.moc"

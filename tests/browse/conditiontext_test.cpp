@@ -4,8 +4,8 @@
 #include <QtTest>
 
 #include "store/clock.h"
+#include "tests/support/dataquery.h"
 #include "tests/support/tempdatafile.h"
-#include "tests/views/helpers.h"
 
 using namespace tarvel;
 
@@ -89,5 +89,5 @@ void ConditionTextTest::namesKindsByTheirModuleCaptions() {
              QStringLiteral("没有联系超过15天的人脉"));
 }
 
-QTEST_MAIN(ConditionTextTest)
+QTEST_GUILESS_MAIN(ConditionTextTest)
 #include "conditiontext_test.moc"

@@ -1,16 +1,17 @@
 #pragma once
-// Generated records for the list screens: accounts, contacts (most linked to
-// an account), opportunities, tasks and documents with varied provinces,
-// tags and texts, written in one transaction.
+// Generated records that look like a salesperson's: accounts, contacts (most
+// linked to an account), opportunities, tasks and documents with varied
+// provinces, tags and texts, written in one transaction. The pictures and the
+// list tests stand on them.
 #include <QRandomGenerator>
 #include <QStringList>
 
 #include "store/tarveldatabase.h"
 #include "store/transaction.h"
 
-namespace tarvel::testsupport {
+namespace tarvel::samples {
 
-struct ListRecordCounts {
+struct RecordCounts {
     int accounts = 0;
     int contacts = 0;
     int opportunities = 0;
@@ -29,7 +30,7 @@ inline void execOrDie(const QString& sql) {
 }
 
 // Keys start at 1 in an empty file, so contact n is con_id n.
-inline void fillListRecords(const ListRecordCounts& n, quint32 seed = 7) {
+inline void fillRecords(const RecordCounts& n, quint32 seed = 7) {
     QRandomGenerator random(seed);
     const QStringList surnames = {"王", "李", "张", "刘", "陈", "杨", "黄", "赵", "吴", "周"};
     const QStringList given = {"伟", "芳", "娜", "敏", "静", "强", "磊", "军", "洋", "勇"};
@@ -125,4 +126,4 @@ inline void fillListRecords(const ListRecordCounts& n, quint32 seed = 7) {
     transaction.commit();
 }
 
-}  // namespace tarvel::testsupport
+}  // namespace tarvel::samples
