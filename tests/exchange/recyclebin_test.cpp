@@ -271,3 +271,12 @@ TEST_F(RecycleBin, BackupsAndReportsCarryNoDeletedRecords) {
     // The live file keeps its bin.
     EXPECT_EQ(binEntries().size(), 1);
 }
+
+TEST_F(RecycleBin, AnOlderDataFileGetsTheBinAtItsFirstDelete) {
+    fillSample();
+    run("DROP TABLE bin_rows");
+    run("DROP TABLE bin_entries");
+    ASSERT_TRUE(remove(kind::Contact, {2}));
+    ASSERT_EQ(binEntries().size(), 1);
+    EXPECT_EQ(binEntries().front().name, QStringLiteral("李四"));
+}
