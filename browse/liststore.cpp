@@ -2,6 +2,7 @@
 
 #include "browse/listsql.h"
 #include "custom/fsettings.h"
+#include "exchange/recyclebin.h"
 #include "records/account.h"
 #include "records/contact.h"
 #include "records/document.h"
@@ -119,6 +120,14 @@ bool ListStore::anyTicked() {
 }
 
 bool ListStore::deleteRecords(const QList<qint64>& ids) {
+    // The records of one delete go to the recycle bin as one group.
+    QString binError;
+    const qint64 batch = exchange::recyclebin::newBatch(&binError);
+    if (batch == 0) {
+        addError(binError);
+        return false;
+    }
+    const RecordKindInfo* kind = kindByListNumber(kind_.number);
     for (qint64 id : ids) {
         Transaction transaction;
         if (!transaction.isActive()) {
@@ -126,7 +135,8 @@ bool ListStore::deleteRecords(const QList<qint64>& ids) {
             return false;
         }
         QString error;
-        if (!deleteRecord(kind_.number, id, &error)) {
+        if (!exchange::recyclebin::keep(kind->code, id, batch, &error) ||
+            !deleteRecord(kind_.number, id, &error)) {
             addError(error);
             return false;
         }

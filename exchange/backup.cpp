@@ -5,6 +5,7 @@
 
 #include "custom/softwaresetting.h"
 #include "exchange/filetools.h"
+#include "exchange/recyclebin.h"
 #include "store/clock.h"
 #include "store/schema.h"
 #include "store/sqlitehandle.h"
@@ -72,8 +73,10 @@ Outcome backupFile(const QString& live, const QString& target, const QDateTime& 
         reader->close();
         if (!copied) return failed();
     }
-    // The compaction works on a copy, never on the live file.
-    if (!compactDataFile(n.plainCopy, n.compacted, stepProgress(progress, 30, 70), &error,
+    // The recycle bin stays in the live file only; the compaction works on a
+    // copy, never on the live file.
+    if (!recyclebin::clearFile(n.plainCopy, &error) ||
+        !compactDataFile(n.plainCopy, n.compacted, stepProgress(progress, 30, 70), &error,
                          scratch) ||
         !copyFile(n.compacted, target, stepProgress(progress, 70, 100), &error, scratch))
         return failed();

@@ -6,6 +6,7 @@
 #include "custom/userprofile.h"
 #include "exchange/filedatabase.h"
 #include "exchange/filetools.h"
+#include "exchange/recyclebin.h"
 #include "store/transaction.h"
 
 namespace tarvel::exchange {
@@ -207,7 +208,8 @@ Outcome exportReport(int kind, const QString& chosen, const Progress& progress) 
     const QString prefix = QStringLiteral("导出Tarvel报表没有完成：");
     QString error;
     if (!settleDataFile(liveDataFile(), &error) ||
-        !copyFile(liveDataFile(), copy, stepProgress(progress, 0, 30), &error))
+        !copyFile(liveDataFile(), copy, stepProgress(progress, 0, 30), &error) ||
+        !recyclebin::clearFile(copy, &error))
         return Outcome::from(prefix, error);
     {
         FileDatabase db(copy);

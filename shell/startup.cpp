@@ -8,6 +8,7 @@
 
 #include "custom/fsettings.h"
 #include "exchange/importjournal.h"
+#include "exchange/recyclebin.h"
 #include "shell/autobackuphook.h"
 #include "shell/forminit.h"
 #include "shell/formlogin.h"
@@ -58,6 +59,8 @@ std::unique_ptr<TarvelMain> startUp(const ModalRunner& runModal) {
     // journal in; where it cannot be written, the first import says why.
     QString notWritable;
     exchange::ImportJournal::ensureTables(&notWritable);
+    // Deleted records older than the bin keeps them go by themselves.
+    exchange::recyclebin::expire(&notWritable);
     // The lists read their columns from these for as long as the program runs.
     loadProgramFieldSettings();
     return std::make_unique<TarvelMain>();

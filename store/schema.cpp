@@ -250,6 +250,18 @@ const std::vector<Table>& laterTables() {
           {"ext_table", Type::Text},
           {"ext_key", Type::Int},
           {"ext_import", Type::Int}}},
+        // Deleted records kept for a while: one entry per record, the records
+        // of one bulk delete sharing bin_batch, and the rows each took with it.
+        {"bin_entries",
+         {{"bin_id", Type::Key},
+          {"bin_deleted", Type::Date},
+          {"bin_kind", Type::Int},
+          {"bin_key", Type::Int},
+          {"bin_name", Type::Memo},
+          {"bin_batch", Type::Int}}},
+        // A row as it was stored: table and a JSON object of its columns.
+        {"bin_rows",
+         {{"bin_entry", Type::Int}, {"bin_table", Type::Text}, {"bin_row", Type::Memo}}},
     };
     return tables;
 }
@@ -303,6 +315,7 @@ QStringList laterTableStatements() {
         "CREATE INDEX IF NOT EXISTS idx_external_ids ON external_ids (ext_source, ext_id)");
     statements << QStringLiteral(
         "CREATE INDEX IF NOT EXISTS idx_import_changes ON import_changes (ijc_import)");
+    statements << QStringLiteral("CREATE INDEX IF NOT EXISTS idx_bin_rows ON bin_rows (bin_entry)");
     return statements;
 }
 

@@ -11,6 +11,7 @@
 
 #include "browse/tickmodel.h"
 #include "browse/unsaved.h"
+#include "exchange/recyclebin.h"
 #include "exchange/tableexport.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
@@ -159,6 +160,15 @@ void TaskPageTest::savesEveryFieldAndTheRecurrence() {
     click(*form_, "cmd_sch_delete");
     QCOMPARE(tasks(), 0);
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts_tasks")), 0);
+    // ... into the recycle bin with its link, from where the task comes back.
+    QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM bin_entries WHERE bin_kind=4")), 1);
+    QCOMPARE(
+        count(QStringLiteral("SELECT COUNT(*) FROM bin_rows WHERE bin_table='contacts_tasks'")), 1);
+    QString error;
+    QVERIFY2(exchange::recyclebin::restore(
+                 {count(QStringLiteral("SELECT bin_id FROM bin_entries"))}, nullptr, &error),
+             qPrintable(error));
+    QCOMPARE(tasks(), 1);
 }
 
 // 无结束日期 beside the end date: stored as the open end the task-date

@@ -20,6 +20,7 @@
 #include "store/clock.h"
 #include "views/common/progressrun.h"
 #include "views/exchange/autobackuplist.h"
+#include "views/exchange/recyclebindialog.h"
 #include "views/exchange/reportexportflow.h"
 
 namespace tarvel {
@@ -123,6 +124,17 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     lblLastImport_->setWordWrap(true);
     undo->addWidget(lblLastImport_, 0, 1);
     undo->setColumnStretch(1, 1);
+
+    auto* bin = new QGridLayout(section(QStringLiteral("删除的记录"), page));
+    bin->addWidget(
+        button("cmd_recycle_bin", QStringLiteral("回收站"), &FormDataIO::cmd_recycle_bin_Click), 0,
+        0);
+    bin->setColumnStretch(1, 1);
+    binOpener_ = [this](std::shared_ptr<Dialogs> dialogs) {
+        RecycleBinDialog dialog(std::move(dialogs), this);
+        dialog.exec();
+        return dialog.restoredAny();
+    };
     page->addStretch(1);
 
     setTabOrder(findChild<QWidget*>(QStringLiteral("Cmd_Backup")),
@@ -320,6 +332,10 @@ void FormDataIO::cmd_undo_import_Click() {
     const exchange::Outcome out = exchange::undoLastImport(&result);
     if (report(out, result.summary())) emit dataReplaced();
     refresh();
+}
+
+void FormDataIO::cmd_recycle_bin_Click() {
+    if (binOpener_ && binOpener_(dialogs_)) emit dataReplaced();
 }
 
 }  // namespace tarvel

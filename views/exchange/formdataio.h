@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <functional>
 #include <memory>
 
 #include "exchange/progress.h"
@@ -24,6 +25,10 @@ public:
     void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
     void setPrompts(std::shared_ptr<DataIoPrompts> prompts) { prompts_ = std::move(prompts); }
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
+    // Shows the recycle bin; true when records were put back. Tests replace the
+    // modal dialog.
+    using RecycleBinOpener = std::function<bool(std::shared_ptr<Dialogs>)>;
+    void setRecycleBinOpener(RecycleBinOpener opener) { binOpener_ = std::move(opener); }
 
     void fill(const PageRequest& request) override;
     void refresh() override;
@@ -38,6 +43,7 @@ public slots:
     void cmd_export_vcard_Click();
     void cmd_import_vcard_Click();
     void cmd_undo_import_Click();
+    void cmd_recycle_bin_Click();
     // 恢复 of an automatic backup: the same checks and safety copy as by hand.
     void restoreAutoBackup(const QString& path);
 
@@ -57,6 +63,7 @@ private:
     std::shared_ptr<Dialogs> dialogs_;
     std::shared_ptr<DataIoPrompts> prompts_;
     PageSwitch pageSwitch_;
+    RecycleBinOpener binOpener_;
     QLabel* lblBackupDate_;
     QLabel* lblLastImport_;
     QPushButton* cmdUndoImport_;

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "browse/unsaved.h"
+#include "exchange/recyclebin.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
 #include "schedule/tasklinks.h"
@@ -396,13 +397,18 @@ void FormSchDetail::cmdDeleteClick() {
     Task task;
     task.setID(taskId_);
     bool ok = false;
+    QString binError;
     {
+        // The task and its links go to the recycle bin in the delete's transaction.
+        const qint64 batch = exchange::recyclebin::newBatch(&binError);
         Transaction transaction;
-        ok = transaction.isActive() && task.GetById() && task.DeleteRelation() && task.Delete() &&
-             transaction.commit();
+        ok = batch != 0 && transaction.isActive() && task.GetById() &&
+             exchange::recyclebin::keep(kind::Task, taskId_, batch, &binError) &&
+             task.DeleteRelation() && task.Delete() && transaction.commit();
     }
     if (!ok) {
-        dialogs_->info(messageTitle(), QStringLiteral("日程没有删除。\n") + task.ErrMsg());
+        dialogs_->info(messageTitle(),
+                       QStringLiteral("日程没有删除。\n") + task.ErrMsg() + binError);
         return;
     }
     const bool forToday = occursToday(task);

@@ -1,0 +1,164 @@
+// The recycle bin dialog and its button on the data exchange page, driven by
+// control names over a real data file.
+#include <QDir>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTreeWidget>
+#include <QtTest>
+
+#include "browse/listkind.h"
+#include "browse/liststore.h"
+#include "records/kinds.h"
+#include "store/clock.h"
+#include "tests/views/screenfixture.h"
+#include "views/exchange/formdataio.h"
+#include "views/exchange/recyclebindialog.h"
+
+using namespace tarvel;
+using tarvel::testsupport::at;
+using tarvel::testsupport::child;
+using tarvel::testsupport::click;
+using tarvel::testsupport::firstValue;
+using tarvel::testsupport::run;
+using tarvel::testsupport::ScriptedDialogs;
+
+namespace {
+
+void removeRecords(qint16 code, const QList<qint64>& ids) {
+    lists::ListStore store(*lists::listKindForRecord(code));
+    if (!store.deleteRecords(ids)) qFatal("%s", qPrintable(store.ErrMsg()));
+}
+
+int countOf(const char* sql) {
+    return firstValue(QLatin1String(sql)).toInt();
+}
+
+// Rows of the grid as "kind|name", groups with their records indented.
+QStringList shownRows(const QTreeWidget* grid) {
+    QStringList rows;
+    for (int i = 0; i < grid->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* top = grid->topLevelItem(i);
+        rows << top->text(1) + '|' + top->text(2);
+        for (int j = 0; j < top->childCount(); ++j)
+            rows << "  " + top->child(j)->text(1) + '|' + top->child(j)->text(2);
+    }
+    return rows;
+}
+
+QTreeWidgetItem* rowNamed(QTreeWidget* grid, const QString& name) {
+    const auto found = grid->findItems(name, Qt::MatchExactly | Qt::MatchRecursive, 2);
+    if (found.isEmpty()) qFatal("no row %s", qPrintable(name));
+    return found.front();
+}
+
+}  // namespace
+
+class RecycleBinTest : public tarvel::testsupport::ScreenFixture {
+    Q_OBJECT
+private slots:
+    void init() {
+        begin(at(2026, 4, 7, 16, 20));
+        for (const char* sql :
+             {"INSERT INTO accounts (acc_name) VALUES ('华信科技有限公司')",
+              "INSERT INTO contacts (con_lastname, con_check) VALUES ('王明', true)",
+              "INSERT INTO contacts (con_lastname, con_check) VALUES ('李芳', true)",
+              "INSERT INTO contacts (con_lastname, con_check) VALUES ('赵强', false)",
+              "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)",
+              "INSERT INTO tasks (tas_subject) VALUES ('季度回访')"})
+            run(QString::fromUtf8(sql));
+        removeRecords(kind::Task, {1});
+        Clock::advance(3600);
+        removeRecords(kind::Contact, {1, 2});
+    }
+    void cleanup() { end(); }
+
+    void listsGroupsNewestFirstAndSearches() {
+        RecycleBinDialog dialog(dialogs_);
+        QTreeWidget* grid = child<QTreeWidget>(dialog, "lv_bin_entries");
+        QCOMPARE(shownRows(grid), QStringList({"批量删除|2条记录", "  联系人|李芳", "  联系人|王明",
+                                               "日程安排|季度回访"}));
+        QCOMPARE(grid->topLevelItem(0)->text(0), QStringLiteral("2026-04-07 17:20"));
+        for (QLabel* label : dialog.findChildren<QLabel*>())
+            if (label->text().contains('&')) QVERIFY(label->buddy());
+        child<QLineEdit>(dialog, "txt_bin_search")->setText(QStringLiteral("日程"));
+        QCOMPARE(shownRows(grid), QStringList({"日程安排|季度回访"}));
+        child<QLineEdit>(dialog, "txt_bin_search")->setText(QStringLiteral("李"));
+        QCOMPARE(shownRows(grid), QStringList({"联系人|李芳"}));
+        QVERIFY(!child<QPushButton>(dialog, "cmd_bin_restore")->isEnabled());
+        const QString shots = qEnvironmentVariable("TARVEL_SCREENSHOTS");
+        if (shots.isEmpty()) return;
+        child<QLineEdit>(dialog, "txt_bin_search")->clear();
+        grid->setCurrentItem(grid->topLevelItem(0));
+        dialog.show();
+        dialog.grab().save(QDir(shots).filePath("dlg_recycle_bin.png"));
+    }
+
+    void restoringAGroupBringsBackEveryRecordAndLink() {
+        RecycleBinDialog dialog(dialogs_);
+        QTreeWidget* grid = child<QTreeWidget>(dialog, "lv_bin_entries");
+        grid->topLevelItem(0)->setSelected(true);
+        click(dialog, "cmd_bin_restore");
+        QCOMPARE(countOf("SELECT COUNT(*) FROM contacts"), 3);
+        QCOMPARE(countOf("SELECT COUNT(*) FROM accounts_contacts WHERE con_id=1"), 1);
+        QCOMPARE(shownRows(grid), QStringList({"日程安排|季度回访"}));
+        QVERIFY(dialog.restoredAny());
+        QCOMPARE(dialogs_->lastText(), QStringLiteral("已恢复2条记录。"));
+    }
+
+    void restoreNamesLinksThatCannotComeBack() {
+        run("DELETE * FROM accounts WHERE acc_id=1");
+        RecycleBinDialog dialog(dialogs_);
+        rowNamed(child<QTreeWidget>(dialog, "lv_bin_entries"), QStringLiteral("王明"))
+            ->setSelected(true);
+        click(dialog, "cmd_bin_restore");
+        QCOMPARE(countOf("SELECT COUNT(*) FROM contacts WHERE con_id=1"), 1);
+        QVERIFY2(dialogs_->lastText().contains(QStringLiteral("客户单位（编号1）")),
+                 qPrintable(dialogs_->lastText()));
+        // 李芳 of the same delete stays in the bin.
+        QCOMPARE(countOf("SELECT COUNT(*) FROM bin_entries"), 2);
+    }
+
+    void purgeAndEmptyAskFirst() {
+        RecycleBinDialog dialog(dialogs_);
+        QTreeWidget* grid = child<QTreeWidget>(dialog, "lv_bin_entries");
+        rowNamed(grid, QStringLiteral("季度回访"))->setSelected(true);
+        dialogs_->answers = {false};
+        click(dialog, "cmd_bin_purge");
+        QCOMPARE(dialogs_->shown.last().kind, QStringLiteral("ask"));
+        QCOMPARE(countOf("SELECT COUNT(*) FROM bin_entries"), 3);
+        dialogs_->answers = {true};
+        click(dialog, "cmd_bin_purge");
+        QCOMPARE(countOf("SELECT COUNT(*) FROM bin_entries"), 2);
+        QCOMPARE(countOf("SELECT COUNT(*) FROM tasks"), 0);
+        dialogs_->answers = {false};
+        click(dialog, "cmd_bin_empty");
+        QCOMPARE(grid->topLevelItemCount(), 1);
+        dialogs_->answers = {true};
+        click(dialog, "cmd_bin_empty");
+        QCOMPARE(grid->topLevelItemCount(), 0);
+        QCOMPARE(countOf("SELECT COUNT(*) FROM bin_rows"), 0);
+        QVERIFY(!child<QPushButton>(dialog, "cmd_bin_empty")->isEnabled());
+    }
+
+    void theDataExchangePageOpensTheBin() {
+        FormDataIO page;
+        page.setDialogs(dialogs_);
+        QList<std::shared_ptr<Dialogs>> opened;
+        bool restored = false;
+        page.setRecycleBinOpener([&](std::shared_ptr<Dialogs> d) {
+            opened << d;
+            return restored;
+        });
+        QSignalSpy replaced(&page, &FormDataIO::dataReplaced);
+        click(page, "cmd_recycle_bin");
+        restored = true;
+        click(page, "cmd_recycle_bin");
+        QCOMPARE(opened.size(), 2);
+        QCOMPARE(opened.front().get(), static_cast<Dialogs*>(dialogs_.get()));
+        QCOMPARE(replaced.count(), 1);
+    }
+
+};
+
+QTEST_MAIN(RecycleBinTest)
+#include "recyclebin_test.moc"
