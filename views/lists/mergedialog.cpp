@@ -1,0 +1,147 @@
+#include "views/lists/mergedialog.h"
+
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "custom/fsettings.h"
+#include "records/kinds.h"
+
+namespace tarvel::lists {
+
+namespace {
+
+// A stored value as the user reads it: dates without a time of midnight.
+QString shown(const QVariant& v) {
+    if (exchange::isUnfilled(v)) return QStringLiteral("（空）");
+    QString text = v.toString();
+    if (text.endsWith(QLatin1String(" 00:00:00"))) text.chop(9);
+    return text.size() > 40 ? text.left(40) + QStringLiteral("…") : text;
+}
+
+}  // namespace
+
+MergeDialog::MergeDialog(qint16 kindCode, const QList<qint64>& keys,
+                         std::shared_ptr<Dialogs> dialogs, QWidget* parent)
+    : QDialog(parent), kindCode_(kindCode), dialogs_(std::move(dialogs)) {
+    setObjectName(QStringLiteral("dlg_merge"));
+    const RecordKindInfo* k = kindByCode(kindCode);
+    setWindowTitle(QStringLiteral("合并重复的") + (k ? k->captionText() : QString()));
+    const exchange::Outcome o = exchange::readMergeRecords(kindCode, keys, &records_, &columns_);
+    if (!o.ok) {
+        records_.clear();
+        if (dialogs_) dialogs_->warning(messageTitle(), o.ErrMsg);
+        return;
+    }
+    build();
+}
+
+void MergeDialog::build() {
+    FSettings captions;
+    captions.GetMySetting(kindCode_);
+    const QHash<QString, qint64> preferred = exchange::defaultChoice(columns_, records_);
+    const RecordKindInfo* k = kindByCode(kindCode_);
+
+    auto* grid = new QGridLayout;
+    auto* keptLabel = new QLabel(QStringLiteral("保留哪条记录(&K)："), this);
+    keptLabel->setObjectName(QStringLiteral("lbl_keep"));
+    grid->addWidget(keptLabel, 0, 0);
+    kept_ = new QButtonGroup(this);
+    for (int i = 0; i < records_.size(); ++i) {
+        const exchange::MergeRecord& r = records_.at(i);
+        auto* b = new QRadioButton(QStringLiteral("%1（编号 %2）")
+                                       .arg(r.values.value(QLatin1String(k->nameColumn)).toString())
+                                       .arg(r.key),
+                                   this);
+        b->setObjectName(QStringLiteral("opt_keep_%1").arg(i));
+        b->setChecked(i == 0);
+        kept_->addButton(b, i);
+        grid->addWidget(b, 0, i + 1);
+        if (i == 0) keptLabel->setBuddy(b);
+    }
+    int row = 1;
+    for (const QString& c : std::as_const(columns_)) {
+        QString caption = captions.FindCaption(c);
+        if (caption == QStringLiteral("无")) caption = c;
+        auto* label = new QLabel(caption + QStringLiteral("："), this);
+        label->setObjectName(QStringLiteral("lbl_") + c);
+        grid->addWidget(label, row, 0);
+        auto* group = new QButtonGroup(this);
+        for (int i = 0; i < records_.size(); ++i) {
+            auto* b = new QRadioButton(shown(records_.at(i).values.value(c)), this);
+            b->setObjectName(QStringLiteral("opt_%1_%2").arg(c).arg(i));
+            b->setChecked(records_.at(i).key == preferred.value(c));
+            group->addButton(b, i);
+            grid->addWidget(b, row, i + 1);
+            if (b->isChecked()) label->setBuddy(b);
+        }
+        choices_.insert(c, group);
+        ++row;
+    }
+    auto* inner = new QWidget(this);
+    inner->setObjectName(QStringLiteral("pnl_fields"));
+    inner->setLayout(grid);
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scr_fields"));
+    scroll->setWidget(inner);
+    scroll->setWidgetResizable(true);
+
+    auto* note = new QLabel(
+        QStringLiteral("每个字段选一个值；其他记录的关联都移到保留的记录上，然后删除其他记录。"),
+        this);
+    note->setObjectName(QStringLiteral("lbl_note"));
+    note->setWordWrap(true);
+    auto* merge = new QPushButton(QStringLiteral("合并(&M)"), this);
+    merge->setObjectName(QStringLiteral("cmd_merge"));
+    connect(merge, &QPushButton::clicked, this, &MergeDialog::merge);
+    auto* cancel = new QPushButton(QStringLiteral("取消"), this);
+    cancel->setObjectName(QStringLiteral("cmd_cancel"));
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(merge);
+    buttons->addWidget(cancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(note);
+    layout->addWidget(scroll, 1);
+    layout->addLayout(buttons);
+    resize(280 + 220 * int(records_.size()), 620);
+}
+
+exchange::MergeRequest MergeDialog::request() const {
+    exchange::MergeRequest r;
+    r.kindCode = kindCode_;
+    const int keep = kept_ ? kept_->checkedId() : 0;
+    for (int i = 0; i < records_.size(); ++i) {
+        if (i == keep)
+            r.kept = records_.at(i).key;
+        else
+            r.others << records_.at(i).key;
+    }
+    for (auto it = choices_.cbegin(); it != choices_.cend(); ++it)
+        if (const int i = it.value()->checkedId(); i >= 0)
+            r.fieldFrom.insert(it.key(), records_.at(i).key);
+    return r;
+}
+
+void MergeDialog::merge() {
+    if (!isReady()) return;
+    const exchange::MergeRequest r = request();
+    if (dialogs_ && !dialogs_->ask(questionTitle(),
+                                   QStringLiteral("合并后只保留选定的一条记录，其他 %1 条记录的关联"
+                                                  "都移到它上面，然后删除这些记录。确定合并吗？")
+                                       .arg(r.others.size())))
+        return;
+    const exchange::Outcome o = exchange::mergeRecords(r);
+    if (!o.ok) {
+        if (dialogs_) dialogs_->warning(messageTitle(), o.ErrMsg);
+        return;
+    }
+    accept();
+}
+
+}  // namespace tarvel::lists
