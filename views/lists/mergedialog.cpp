@@ -7,6 +7,7 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "custom/fsettings.h"
 #include "records/kinds.h"
@@ -65,6 +66,11 @@ void MergeDialog::build() {
     }
     int row = 1;
     for (const QString& c : std::as_const(columns_)) {
+        // A field empty in every record has nothing to choose.
+        if (std::all_of(records_.cbegin(), records_.cend(), [&c](const exchange::MergeRecord& r) {
+                return exchange::isUnfilled(r.values.value(c));
+            }))
+            continue;
         QString caption = captions.FindCaption(c);
         if (caption == QStringLiteral("无")) caption = c;
         auto* label = new QLabel(caption + QStringLiteral("："), this);
@@ -82,6 +88,9 @@ void MergeDialog::build() {
         choices_.insert(c, group);
         ++row;
     }
+    grid->setRowStretch(row, 1);
+    grid->setHorizontalSpacing(24);
+    grid->setColumnStretch(int(records_.size()) + 1, 1);
     auto* inner = new QWidget(this);
     inner->setObjectName(QStringLiteral("pnl_fields"));
     inner->setLayout(grid);
@@ -90,9 +99,10 @@ void MergeDialog::build() {
     scroll->setWidget(inner);
     scroll->setWidgetResizable(true);
 
-    auto* note = new QLabel(
-        QStringLiteral("每个字段选一个值；其他记录的关联都移到保留的记录上，然后删除其他记录。"),
-        this);
+    auto* note =
+        new QLabel(QStringLiteral("每个字段选一个值；其他记录的关联都移到保留的记录上，然后删除其他"
+                                  "记录。创建日期取最早的，最近联系日期取最晚的。"),
+                   this);
     note->setObjectName(QStringLiteral("lbl_note"));
     note->setWordWrap(true);
     auto* merge = new QPushButton(QStringLiteral("合并(&M)"), this);
