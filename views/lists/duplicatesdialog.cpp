@@ -46,6 +46,7 @@ DuplicatesDialog::DuplicatesDialog(qint16 kindCode, std::shared_ptr<Dialogs> dia
     list_->setWordWrap(true);
     list_->setAlternatingRowColors(true);
     label->setBuddy(list_);
+    list_->setAccessibleName(QStringLiteral("可能重复的记录"));
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("lbl_count"));
     auto* merge = new QPushButton(QStringLiteral("合并(&M)"), this);

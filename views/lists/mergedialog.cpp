@@ -80,6 +80,10 @@ void MergeDialog::build() {
         for (int i = 0; i < records_.size(); ++i) {
             auto* b = new QRadioButton(shown(records_.at(i).values.value(c)), this);
             b->setObjectName(QStringLiteral("opt_%1_%2").arg(c).arg(i));
+            // Read out with its field and record, which the grid shows by position.
+            b->setAccessibleName(QStringLiteral("%1：%2（编号 %3）")
+                                     .arg(caption, b->text())
+                                     .arg(records_.at(i).key));
             b->setChecked(records_.at(i).key == preferred.value(c));
             group->addButton(b, i);
             grid->addWidget(b, row, i + 1);
