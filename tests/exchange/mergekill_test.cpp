@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QThread>
+#include <cstdio>
 
 #include "exchange/recordmerge.h"
 #include "records/kinds.h"
@@ -19,6 +20,18 @@ namespace {
 constexpr int kContacts = 3000;
 constexpr int kKills = 12;
 const char* const kChildFile = "TARVEL_MERGE_CHILD_FILE";
+// What the child prints as the merge begins, so kills land in the merge
+// rather than in the start of the process.
+const char* const kMerging = "merging now\n";
+
+bool waitForMerge(QProcess& child) {
+    QByteArray out;
+    while (!out.contains(kMerging)) {
+        if (!child.waitForReadyRead(60000)) return false;
+        out += child.readAllStandardOutput();
+    }
+    return true;
+}
 
 // Whether the file is whole, and counts that tell before, after and a mix apart.
 QString fingerprint(const QString& path) {
@@ -91,6 +104,8 @@ TEST(MergeKillChild, MergesEveryContactIntoTheFirst) {
     setGlobalConnectionString(connectionStringFor(path));
     MergeRequest request{kind::Contact, 1, {}, {}, 0, {}};
     for (int i = 2; i <= kContacts; ++i) request.others << i;
+    std::fputs(kMerging, stdout);
+    std::fflush(stdout);
     const Outcome o = mergeRecords(request);
     ASSERT_TRUE(o.ok) << o.ErrMsg.toStdString();
 }
@@ -101,10 +116,11 @@ TEST_F(MergeKill, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
     ASSERT_TRUE(before.startsWith("ok,")) << before.toStdString();
 
     const QString reference = freshCopy("whole");
-    QElapsedTimer timer;
-    timer.start();
     QProcess whole;
     startChild(whole, reference);
+    ASSERT_TRUE(waitForMerge(whole));
+    QElapsedTimer timer;
+    timer.start();
     ASSERT_TRUE(whole.waitForFinished(120000));
     ASSERT_EQ(whole.exitCode(), 0) << whole.readAllStandardOutput().toStdString();
     const qint64 duration = timer.elapsed();
@@ -119,8 +135,8 @@ TEST_F(MergeKill, KilledAtRandomMomentsLeavesTheStateBeforeOrAfter) {
         const QString live = freshCopy(QString("kill%1").arg(i));
         QProcess child;
         startChild(child, live);
-        ASSERT_TRUE(child.waitForStarted());
-        QThread::msleep(random.bounded(int(duration * 11 / 10) + 1));
+        ASSERT_TRUE(waitForMerge(child));
+        QThread::msleep(random.bounded(int(duration) + 1));
         child.kill();  // SIGKILL
         child.waitForFinished();
         if (child.exitStatus() == QProcess::CrashExit) ++killedWorking;
