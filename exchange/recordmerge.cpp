@@ -49,6 +49,20 @@ Outcome readRecords(Handle& h, const RecordKindInfo& k, const QList<qint64>& key
                                  byKey.insert(r.key, r);
                              });
     if (!ok) return Outcome::failure(error);
+    if (k.code == kind::Contact &&
+        !runBound(h,
+                  QStringLiteral("SELECT l.con_id, a.acc_id, a.acc_name FROM accounts a JOIN "
+                                 "accounts_contacts l ON l.acc_id = a.acc_id WHERE l.con_id IN "
+                                 "(%1) ORDER BY a.acc_id DESC")
+                      .arg(keyList(keys)),
+                  {}, &error, [&](sqlite3_stmt* s) {
+                      // Descending, so the lowest account (the one lists show) is left.
+                      if (auto it = byKey.find(sqlite3_column_int64(s, 0)); it != byKey.end()) {
+                          it->accountId = sqlite3_column_int64(s, 1);
+                          it->accountName = columnValue(s, 2).toString();
+                      }
+                  }))
+        return Outcome::failure(error);
     records->clear();
     for (qint64 key : keys) {
         if (!byKey.contains(key))

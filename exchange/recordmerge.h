@@ -20,6 +20,9 @@ struct MergedAwayRow {
 struct MergeRecord {
     qint64 key = 0;
     QHash<QString, QVariant> values;  // column -> value as stored
+    // Contacts: the account it belongs to (0 and empty: none).
+    qint64 accountId = 0;
+    QString accountName;
 };
 
 struct MergeRequest {

@@ -24,6 +24,8 @@ int main(int argc, char** argv) {
              "INSERT INTO accounts (acc_id, acc_name) VALUES (4, '上海远景有限公司')",
              "INSERT INTO accounts (acc_id, acc_name) VALUES (5, 'Yuanjing Co., Ltd.')",
              "INSERT INTO accounts (acc_id, acc_name) VALUES (6, 'YUANJING Inc.')",
+             "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)",
+             "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 2)",
              "INSERT INTO contacts (con_lastname, con_mobile, con_email, con_title, "
              "con_department_title, con_province, con_create_date) VALUES ('王伟', "
              "'13800138000', '', '销售经理', '', '北京', '2024-03-05 00:00:00')",

@@ -34,6 +34,10 @@ private slots:
                  "INSERT INTO tasks (tas_id, tas_subject) VALUES (1, '拜访')",
                  "INSERT INTO contacts_tasks VALUES (1, 1)",
                  "INSERT INTO contacts_tasks VALUES (3, 1)",
+                 "INSERT INTO accounts (acc_id, acc_name) VALUES (1, '甲公司')",
+                 "INSERT INTO accounts (acc_id, acc_name) VALUES (2, '乙公司')",
+                 "INSERT INTO accounts_contacts VALUES (1, 2)",
+                 "INSERT INTO accounts_contacts VALUES (2, 3)",
              })
             run(QString::fromUtf8(sql));
         loadProgramFieldSettings();
@@ -68,6 +72,7 @@ private slots:
                 child<QRadioButton>(merge, "opt_con_title_1")->isChecked() &&
                 child<QRadioButton>(merge, "opt_con_title_2")->text() == QStringLiteral("总监");
             child<QRadioButton>(merge, "opt_keep_2")->click();
+            child<QRadioButton>(merge, "opt_account_1")->click();
             child<QRadioButton>(merge, "opt_con_lastname_0")->click();
             child<QRadioButton>(merge, "opt_con_title_1")->click();
             dialogs_->answers = {true};
@@ -84,6 +89,9 @@ private slots:
                      .toString(),
                  QStringLiteral("王伟|经理"));
         QCOMPARE(firstValue("SELECT COUNT(*) FROM contacts_tasks").toInt(), 1);
+        QCOMPARE(firstValue("SELECT acc_id || '-' || con_id FROM accounts_contacts").toString(),
+                 QStringLiteral("1-3"));
+        QCOMPARE(firstValue("SELECT COUNT(*) FROM accounts_contacts").toInt(), 1);
     }
 
     void aMergeTheUserDeclinesChangesNothing() {

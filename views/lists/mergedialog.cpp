@@ -65,6 +65,28 @@ void MergeDialog::build() {
         if (i == 0) keptLabel->setBuddy(b);
     }
     int row = 1;
+    const auto hasAccount = [](const exchange::MergeRecord& r) { return r.accountId != 0; };
+    if (std::any_of(records_.cbegin(), records_.cend(), hasAccount)) {
+        // A contact belongs to one account, so one of theirs stays.
+        auto* label = new QLabel(QStringLiteral("客户/单位(&A)："), this);
+        label->setObjectName(QStringLiteral("lbl_account"));
+        grid->addWidget(label, row, 0);
+        account_ = new QButtonGroup(this);
+        const auto first = std::find_if(records_.cbegin(), records_.cend(), hasAccount);
+        for (int i = 0; i < records_.size(); ++i) {
+            const exchange::MergeRecord& r = records_.at(i);
+            auto* b =
+                new QRadioButton(r.accountId ? r.accountName : QStringLiteral("（空）"), this);
+            b->setObjectName(QStringLiteral("opt_account_%1").arg(i));
+            b->setAccessibleName(
+                QStringLiteral("客户/单位：%1（编号 %2）").arg(b->text()).arg(r.key));
+            b->setChecked(i == first - records_.cbegin());
+            account_->addButton(b, i);
+            grid->addWidget(b, row, i + 1);
+            if (b->isChecked()) label->setBuddy(b);
+        }
+        ++row;
+    }
     for (const QString& c : std::as_const(columns_)) {
         // A field empty in every record has nothing to choose.
         if (std::all_of(records_.cbegin(), records_.cend(), [&c](const exchange::MergeRecord& r) {
@@ -136,6 +158,8 @@ exchange::MergeRequest MergeDialog::request() const {
         else
             r.others << records_.at(i).key;
     }
+    if (account_ && account_->checkedId() >= 0)
+        r.accountFrom = records_.at(account_->checkedId()).key;
     for (auto it = choices_.cbegin(); it != choices_.cend(); ++it)
         if (const int i = it.value()->checkedId(); i >= 0)
             r.fieldFrom.insert(it.key(), records_.at(i).key);

@@ -35,6 +35,7 @@ private:
     QList<exchange::MergeRecord> records_;
     QStringList columns_;
     QButtonGroup* kept_ = nullptr;
+    QButtonGroup* account_ = nullptr;        // contacts with an account: whose stays
     QHash<QString, QButtonGroup*> choices_;  // column -> one button per record
 };
 
