@@ -14,18 +14,25 @@ namespace tarvel::lists {
 
 namespace {
 
-// "王伟（编号 3）、王 伟（编号 9）": the members as the user knows them.
-QString memberNames(qint16 kindCode, const QList<qint64>& keys) {
+// Key -> name of every record in the groups, read at once.
+QHash<qint64, QString> namesOf(qint16 kindCode, const QList<exchange::DuplicateGroup>& groups) {
     const RecordKindInfo* k = kindByCode(kindCode);
     QStringList ids;
-    for (qint64 key : keys) ids << QString::number(key);
+    for (const exchange::DuplicateGroup& g : groups)
+        for (qint64 key : g.keys) ids << QString::number(key);
     QHash<qint64, QString> names;
+    if (ids.isEmpty()) return names;
     tarveldatabase db;
     const auto rs = db.GetReadRs(QStringLiteral("SELECT %1, %2 FROM %3 WHERE %1 IN (%4)")
                                      .arg(QLatin1String(k->key), QLatin1String(k->nameColumn),
                                           QLatin1String(k->table), ids.join(QLatin1Char(','))));
     for (bool more = rs && !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof())
         names.insert(rs->value(0).toLongLong(), rs->value(1).toString());
+    return names;
+}
+
+// "王伟（编号 3）、王 伟（编号 9）": the members as the user knows them.
+QString memberNames(const QHash<qint64, QString>& names, const QList<qint64>& keys) {
     QStringList out;
     for (qint64 key : keys) out << QStringLiteral("%1（编号 %2）").arg(names.value(key)).arg(key);
     return out.join(QStringLiteral("、"));
@@ -79,8 +86,9 @@ bool DuplicatesDialog::search() {
         if (dialogs_) dialogs_->warning(messageTitle(), o.ErrMsg);
         return false;
     }
+    const QHash<qint64, QString> names = namesOf(kindCode_, groups_);
     for (const exchange::DuplicateGroup& g : std::as_const(groups_))
-        list_->addItem(memberNames(kindCode_, g.keys) + QLatin1Char('\n') +
+        list_->addItem(memberNames(names, g.keys) + QLatin1Char('\n') +
                        g.reasons.join(QStringLiteral("；")));
     if (!groups_.isEmpty()) list_->setCurrentRow(0);
     count_->setText(groups_.isEmpty() ? QStringLiteral("没有找到重复的记录")
