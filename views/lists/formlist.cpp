@@ -23,12 +23,14 @@
 #include "browse/unsaved.h"
 #include "custom/fsettings.h"
 #include "exchange/tableexport.h"
+#include "records/kinds.h"
 #include "store/clock.h"
 #include "views/common/filedialogs.h"
 #include "views/common/flatbutton.h"
 #include "views/common/progressrun.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
+#include "views/lists/duplicatesdialog.h"
 
 namespace tarvel::lists {
 
@@ -186,6 +188,20 @@ void FormList::buildTopBar(QHBoxLayout* bar) {
     bar->addSpacing(16);
     bar->addWidget(add);
     bar->addWidget(all);
+    if (kind_.fieldType == kind::Contact || kind_.fieldType == kind::Account) {
+        auto* duplicates = new QPushButton(QStringLiteral("查找重复"), this);
+        duplicates->setObjectName(QStringLiteral("cmd_find_duplicates"));
+        connect(duplicates, &QPushButton::clicked, this, &FormList::findDuplicates);
+        bar->addWidget(duplicates);
+    }
+}
+
+void FormList::findDuplicates() {
+    if (keepUnsavedEdits()) return;
+    DuplicatesDialog dialog(kind_.fieldType, dialogs_, this);
+    if (!dialog.search()) return;
+    dialog.exec();
+    if (dialog.merged()) refresh();
 }
 
 void FormList::changeEvent(QEvent* event) {

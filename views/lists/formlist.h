@@ -131,6 +131,8 @@ private:
     void showRelated();
     void printLabels();
     void exportReport();
+    // 查找重复 of the contacts and accounts lists; the list is read again after a merge.
+    void findDuplicates();
     // Asks for the file name (the offered one ends in `suffix`), then reads the
     // ticked rows; null when the user cancelled or the rows could not be read.
     RecordsetPtr tickedForExport(const QString& suffix, const QString& filter, QString* path);

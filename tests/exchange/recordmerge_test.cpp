@@ -1,0 +1,241 @@
+// Merging duplicate contacts and accounts on a real data file.
+#include "exchange/recordmerge.h"
+
+#include "exchange/tables.h"
+#include "records/kinds.h"
+#include "tests/exchange/exchangefixture.h"
+
+using namespace tarvel;
+using namespace tarvel::exchange;
+using exchange_test::ExchangeFixture;
+
+namespace {
+
+class Merge : public ExchangeFixture {
+protected:
+    // Every row of every table a merge may touch, for before/after comparisons.
+    QStringList wholeFile() {
+        QStringList out;
+        QStringList tables = {"contacts", "accounts", "external_ids", "upgrade_contacts"};
+        for (const LinkTable& l : linkTables()) tables << l.name;
+        for (const QString& t : tables) {
+            tarveldatabase db;
+            const auto rs = db.GetReadRs(QString("SELECT * FROM %1").arg(t));
+            EXPECT_TRUE(rs && rs->State() == adStateOpen) << t.toStdString();
+            QStringList rows;
+            for (bool more = rs && !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof()) {
+                QStringList fields;
+                for (int i = 0; i < rs->FieldCount(); ++i) fields << rs->value(i).toString();
+                rows << fields.join('|');
+            }
+            rows.sort();
+            for (const QString& r : rows) out << t + ": " + r;
+        }
+        return out;
+    }
+
+    // Link rows that appear twice (contacts_contacts in either direction) and
+    // link rows naming a record that is gone, over every link table.
+    QStringList brokenLinks() {
+        QStringList out;
+        for (const LinkTable& l : linkTables()) {
+            const QString pair = l.firstTable == l.secondTable
+                                     ? QString("MIN(%1, %2), MAX(%1, %2)").arg(l.first, l.second)
+                                     : QString("%1, %2").arg(l.first, l.second);
+            for (const QString& r : column(QString("SELECT %1 || '/' || COUNT(*) FROM %2 GROUP BY "
+                                                   "%1 HAVING COUNT(*) > 1")
+                                               .arg(pair, l.name)))
+                out << l.name + " twice: " + r;
+            const RecordTable* a = recordTable(l.firstTable);
+            const RecordTable* b = recordTable(l.secondTable);
+            const int orphans =
+                count(QString("SELECT COUNT(*) FROM %1 WHERE %2 NOT IN (SELECT %3 "
+                              "FROM %4) OR %5 NOT IN (SELECT %6 FROM %7)")
+                          .arg(l.name, l.first, a->key, a->name, l.second, b->key, b->name));
+            if (orphans) out << l.name + QString(" orphans: %1").arg(orphans);
+        }
+        return out;
+    }
+
+    // Three 王伟 (1 kept, 2 and 3 merged into it) and their neighbours:
+    // opportunities 1-3, tasks 1-3, documents 1-2, accounts 甲 and 乙,
+    // contact 4 (李娜) related to each of them in both directions.
+    void fillThreeContacts() {
+        for (const char* sql : {
+                 "INSERT INTO contacts (con_id, con_lastname, con_mobile, con_title, "
+                 "con_create_date, con_recent_contact_date, con_birthday) VALUES (1, '王伟', '', "
+                 "'经理', '2025-03-01 00:00:00', '2026-01-05 00:00:00', '1900-01-01 00:00:00')",
+                 "INSERT INTO contacts (con_id, con_lastname, con_mobile, con_title, "
+                 "con_create_date, con_recent_contact_date, con_birthday) VALUES (2, '王 伟', "
+                 "'13800138000', '', '2024-07-09 00:00:00', '2026-02-01 00:00:00', "
+                 "'1985-04-03 00:00:00')",
+                 "INSERT INTO contacts (con_id, con_lastname, con_mobile, con_title, con_email, "
+                 "con_create_date, con_recent_contact_date) VALUES (3, 'wang wei', "
+                 "'+86 13800138000', '总监', 'ww@x.cn', '2025-01-01 00:00:00', NULL)",
+                 "INSERT INTO contacts (con_id, con_lastname) VALUES (4, '李娜')",
+                 "INSERT INTO accounts (acc_id, acc_name) VALUES (1, '甲公司')",
+                 "INSERT INTO accounts (acc_id, acc_name) VALUES (2, '乙公司')",
+                 "INSERT INTO opportunities (opp_id, opp_subject) VALUES (1, '大单')",
+                 "INSERT INTO opportunities (opp_id, opp_subject) VALUES (2, '小单')",
+                 "INSERT INTO opportunities (opp_id, opp_subject) VALUES (3, '续约')",
+                 "INSERT INTO tasks (tas_id, tas_subject) VALUES (1, '拜访')",
+                 "INSERT INTO tasks (tas_id, tas_subject) VALUES (2, '回访')",
+                 "INSERT INTO tasks (tas_id, tas_subject) VALUES (3, '报价')",
+                 "INSERT INTO documents (doc_id, doc_name) VALUES (1, '合同')",
+                 "INSERT INTO documents (doc_id, doc_name) VALUES (2, '报价单')",
+                 // 2 and 3 have accounts, 1 none: the merged contact takes 2's.
+                 "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 2)",
+                 "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 3)",
+                 // Opportunity 1: kept 1 has a role, 2 another; opportunity 2: 1 without
+                 // a role, 3 with one; opportunity 3 only 3's.
+                 "INSERT INTO opportunities_contacts VALUES (1, 1, '决策人')",
+                 "INSERT INTO opportunities_contacts VALUES (1, 2, '联系人')",
+                 "INSERT INTO opportunities_contacts VALUES (2, 1, '')",
+                 "INSERT INTO opportunities_contacts VALUES (2, 3, '技术把关')",
+                 "INSERT INTO opportunities_contacts VALUES (3, 3, '采购')",
+                 "INSERT INTO contacts_tasks VALUES (1, 1)",
+                 "INSERT INTO contacts_tasks VALUES (2, 1)",
+                 "INSERT INTO contacts_tasks VALUES (2, 2)",
+                 "INSERT INTO contacts_tasks VALUES (3, 3)",
+                 "INSERT INTO contacts_documents VALUES (2, 1)",
+                 "INSERT INTO contacts_documents VALUES (3, 1)",
+                 "INSERT INTO contacts_documents VALUES (3, 2)",
+                 // 李娜 related to all three, made from either side; 2 and 3 related
+                 // to each other (which merges away).
+                 "INSERT INTO contacts_contacts VALUES (1, 4, '同事')",
+                 "INSERT INTO contacts_contacts VALUES (4, 2, '朋友')",
+                 "INSERT INTO contacts_contacts VALUES (3, 4, '')",
+                 "INSERT INTO contacts_contacts VALUES (2, 3, '本人')",
+                 "INSERT INTO external_ids (ext_source, ext_id, ext_table, ext_key) VALUES "
+                 "('vcard', 'uid-3', 'contacts', 3)",
+             })
+            run(QString::fromUtf8(sql));
+    }
+
+    QStringList linksOf(const QString& sql) { return column(sql); }
+};
+
+}  // namespace
+
+TEST_F(Merge, ThreeContactsBecomeOneWithEveryLinkOnceAndNoOrphans) {
+    fillThreeContacts();
+    QList<MergedAwayRow> handed;
+    MergeRequest request;
+    request.kindCode = kind::Contact;
+    request.kept = 1;
+    request.others = {2, 3};
+    request.fieldFrom.insert("con_title", 3);
+    request.keepRemovedRows = [&](const QList<MergedAwayRow>& rows, QString*) {
+        handed = rows;
+        return true;
+    };
+    MergeResult result;
+    const Outcome o = mergeRecords(request, &result);
+    ASSERT_TRUE(o.ok) << o.ErrMsg.toStdString();
+
+    EXPECT_EQ(brokenLinks(), QStringList());
+    EXPECT_EQ(column("SELECT con_id FROM contacts ORDER BY con_id"), QStringList({"1", "4"}));
+    // Fields: the kept name, the first filled mobile and birthday, the chosen
+    // title, the earliest creation and latest recent-contact date.
+    EXPECT_EQ(column("SELECT con_lastname || '|' || con_mobile || '|' || con_title || '|' || "
+                     "con_email || '|' || con_birthday || '|' || con_create_date || '|' || "
+                     "con_recent_contact_date FROM contacts WHERE con_id=1"),
+              QStringList({"王伟|13800138000|总监|ww@x.cn|1985-04-03 00:00:00|2024-07-09 00:00:00|"
+                           "2026-02-01 00:00:00"}));
+    EXPECT_EQ(linksOf("SELECT opp_id || ':' || con_part_in_opp FROM opportunities_contacts "
+                      "WHERE con_id=1 ORDER BY opp_id"),
+              QStringList({"1:决策人", "2:技术把关", "3:采购"}));
+    EXPECT_EQ(linksOf("SELECT tas_id FROM contacts_tasks WHERE con_id=1 ORDER BY tas_id"),
+              QStringList({"1", "2", "3"}));
+    EXPECT_EQ(linksOf("SELECT doc_id FROM contacts_documents WHERE con_id=1 ORDER BY doc_id"),
+              QStringList({"1", "2"}));
+    EXPECT_EQ(linksOf("SELECT con_id1 || '-' || con_id2 || ':' || con_relation FROM "
+                      "contacts_contacts"),
+              QStringList({"1-4:同事"}));
+    EXPECT_EQ(linksOf("SELECT acc_id FROM accounts_contacts WHERE con_id=1"), QStringList({"2"}));
+    EXPECT_EQ(count("SELECT COUNT(*) FROM accounts_contacts"), 1);
+    EXPECT_EQ(linksOf("SELECT ext_key FROM external_ids"), QStringList({"1"}));
+
+    // What goes to the bin: every record as it was, and each link row touched.
+    QStringList tables;
+    for (const MergedAwayRow& r : handed)
+        if (r.table == "contacts")
+            tables << r.values.value("con_id").toString() + r.values.value("con_title").toString();
+    EXPECT_EQ(tables, QStringList({"1经理", "2", "3总监"}));
+    int linkRows = 0;
+    for (const MergedAwayRow& r : handed) linkRows += r.table != "contacts";
+    EXPECT_EQ(linkRows, result.linksMoved + result.linksDropped +
+                            1 /* opportunity 2's empty role before it was filled */);
+    EXPECT_GT(result.linksDropped, 0);
+}
+
+TEST_F(Merge, TheKeptAccountMayBeChosen) {
+    fillThreeContacts();
+    MergeRequest request{kind::Contact, 2, {1, 3}, {}, 3, {}};
+    ASSERT_TRUE(mergeRecords(request).ok);
+    EXPECT_EQ(linksOf("SELECT acc_id || '-' || con_id FROM accounts_contacts"),
+              QStringList({"1-2"}));
+    EXPECT_EQ(brokenLinks(), QStringList());
+}
+
+TEST_F(Merge, AccountsKeepRolesAndEachContactKeepsOneAccount) {
+    fillSample();  // accounts 1 and 2; contact 1 belongs to both
+    run("INSERT INTO opportunities_accounts VALUES (1, 2, '卖方')");
+    run("INSERT INTO opportunities_accounts VALUES (2, 2, '')");
+    run("INSERT INTO accounts_tasks VALUES (2, 2)");
+    run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 2)");
+    run("UPDATE accounts SET acc_telephone='010-1234' WHERE acc_id=2");
+    ASSERT_TRUE(mergeRecords({kind::Account, 1, {2}, {}, 0, {}}).ok);
+    EXPECT_EQ(brokenLinks(), QStringList());
+    EXPECT_EQ(column("SELECT acc_name || '|' || acc_telephone FROM accounts"),
+              QStringList({"甲公司|010-1234"}));
+    EXPECT_EQ(linksOf("SELECT opp_id || ':' || acc_part_in_opp FROM opportunities_accounts "
+                      "ORDER BY opp_id"),
+              QStringList({"1:买方", "2:买方"}));
+    EXPECT_EQ(linksOf("SELECT con_id FROM accounts_contacts ORDER BY con_id"),
+              QStringList({"1", "2", "4"}));
+    EXPECT_EQ(linksOf("SELECT acc_id || '-' || tas_id FROM accounts_tasks"), QStringList({"1-2"}));
+}
+
+TEST_F(Merge, RefusedOrStoppedMergesChangeNothing) {
+    fillThreeContacts();
+    const QStringList before = wholeFile();
+    auto refuse = [](const QList<MergedAwayRow>&, QString* error) {
+        *error = QStringLiteral("回收站已满");
+        return false;
+    };
+    const struct {
+        const char* what;
+        MergeRequest request;
+        const char* message;
+    } cases[] = {
+        {"no others", {kind::Contact, 1, {}, {}, 0, {}}, "至少一条"},
+        {"kept among the others", {kind::Contact, 1, {1, 2}, {}, 0, {}}, "至少一条"},
+        {"a task", {kind::Task, 1, {2}, {}, 0, {}}, "只能合并"},
+        {"a record that is gone", {kind::Contact, 1, {2, 99}, {}, 0, {}}, "已不存在"},
+        {"an unknown field", {kind::Contact, 1, {2}, {{"con_id", 2}}, 0, {}}, "con_id"},
+        {"a field from outside", {kind::Contact, 1, {2}, {{"con_title", 4}}, 0, {}}, "不在"},
+        {"the bin refuses", {kind::Contact, 1, {2, 3}, {}, 0, refuse}, "回收站已满"},
+    };
+    for (const auto& c : cases) {
+        const Outcome o = mergeRecords(c.request);
+        EXPECT_FALSE(o.ok) << c.what;
+        EXPECT_TRUE(o.ErrMsg.contains(QString::fromUtf8(c.message)))
+            << c.what << ": " << o.ErrMsg.toStdString();
+        EXPECT_EQ(wholeFile(), before) << c.what;
+    }
+}
+
+TEST(MergeChoice, FilledFieldsArePreferredKeptFirst) {
+    const QList<MergeRecord> records = {
+        {7, {{"a", "甲"}, {"b", ""}, {"c", QVariant()}, {"d", "1900-01-01 00:00:00"}, {"e", " "}}},
+        {3, {{"a", "乙"}, {"b", "x"}, {"c", QVariant()}, {"d", "1990-05-06 00:00:00"}, {"e", ""}}},
+        {5, {{"a", "丙"}, {"b", "y"}, {"c", "z"}, {"d", "1991-01-01 00:00:00"}, {"e", ""}}},
+    };
+    const QHash<QString, qint64> choice = defaultChoice({"a", "b", "c", "d", "e"}, records);
+    EXPECT_EQ(choice.value("a"), 7);  // the kept one's own value
+    EXPECT_EQ(choice.value("b"), 3);  // the first filled other, in the order given
+    EXPECT_EQ(choice.value("c"), 5);
+    EXPECT_EQ(choice.value("d"), 3);  // the birthday that means none is empty
+    EXPECT_EQ(choice.value("e"), 7);  // nothing filled: the kept one
+}
