@@ -14,11 +14,7 @@ namespace tarvel::lists {
 // 2 contacts, 3 tasks, 4 documents. It differs from the relation and field
 // kind codes (1 to 5) on purpose; ListKind::fieldType carries those.
 namespace listno {
-inline constexpr int Opportunities = 0;
-inline constexpr int Accounts = 1;
-inline constexpr int Contacts = 2;
-inline constexpr int Tasks = 3;
-inline constexpr int Documents = 4;
+enum : int { Opportunities = 0, Accounts = 1, Contacts = 2, Tasks = 3, Documents = 4 };
 }  // namespace listno
 
 // The labels and counts of one group of the navigation panel; false and an

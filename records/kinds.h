@@ -18,22 +18,24 @@ inline constexpr qint16 Document = 5;
 // Page codes of the page-switching routine, as stored in the page history.
 // Each module keeps a band of codes: its list, then its detail page.
 namespace page {
-inline constexpr qint16 Home = 1;
-inline constexpr qint16 OpportunityList = 3;
-inline constexpr qint16 OpportunityDetail = 4;
-inline constexpr qint16 AccountList = 12;
-inline constexpr qint16 AccountDetail = 13;
-inline constexpr qint16 ContactList = 22;
-inline constexpr qint16 ContactDetail = 23;
-inline constexpr qint16 Schedule = 30;
-inline constexpr qint16 Task = 31;
-inline constexpr qint16 ScheduleStatistics = 32;
-inline constexpr qint16 TaskDetail = 33;
-inline constexpr qint16 DocumentList = 40;
-inline constexpr qint16 DocumentDetail = 41;
-inline constexpr qint16 DataExchange = 42;
-inline constexpr qint16 Email = 43;
-inline constexpr qint16 Settings = 44;
+enum : qint16 {
+    Home = 1,
+    OpportunityList = 3,
+    OpportunityDetail = 4,
+    AccountList = 12,
+    AccountDetail = 13,
+    ContactList = 22,
+    ContactDetail = 23,
+    Schedule = 30,
+    Task = 31,
+    ScheduleStatistics = 32,
+    TaskDetail = 33,
+    DocumentList = 40,
+    DocumentDetail = 41,
+    DataExchange = 42,
+    Email = 43,
+    Settings = 44,
+};
 }  // namespace page
 
 // Everything the program knows of one of the five record kinds, in one row.
