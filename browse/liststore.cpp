@@ -120,30 +120,30 @@ bool ListStore::anyTicked() {
 }
 
 bool ListStore::deleteRecords(const QList<qint64>& ids) {
-    // The records of one delete go to the recycle bin as one group.
-    QString binError;
-    const qint64 batch = exchange::recyclebin::newBatch(&binError);
+    // One delete is all or nothing, and its records go to the recycle bin as
+    // one group.
+    Transaction transaction;
+    if (!transaction.isActive()) {
+        addError(transaction.error());
+        return false;
+    }
+    QString error;
+    const qint64 batch = exchange::recyclebin::newBatch(&error);
     if (batch == 0) {
-        addError(binError);
+        addError(error);
         return false;
     }
     const RecordKindInfo* kind = kindByListNumber(kind_.number);
     for (qint64 id : ids) {
-        Transaction transaction;
-        if (!transaction.isActive()) {
-            addError(transaction.error());
-            return false;
-        }
-        QString error;
         if (!exchange::recyclebin::keep(kind->code, id, batch, &error) ||
             !deleteRecord(kind_.number, id, &error)) {
             addError(error);
             return false;
         }
-        if (!transaction.commit()) {
-            addError(transaction.error());
-            return false;
-        }
+    }
+    if (!transaction.commit()) {
+        addError(transaction.error());
+        return false;
     }
     return true;
 }

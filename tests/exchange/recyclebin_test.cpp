@@ -162,6 +162,20 @@ TEST_F(RecycleBin, BulkDeleteOfTickedRowsIsOneGroupRestoredWhole) {
     EXPECT_EQ(tables(), before);
 }
 
+TEST_F(RecycleBin, ABulkDeleteRefusedHalfWayLeavesEveryTableAsItWas) {
+    fillSample();
+    lists::ListStore store(*lists::listKindForRecord(kind::Contact));
+    const QList<qint64> ticked = store.tickedIds();
+    ASSERT_GE(ticked.size(), 2);
+    run(QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON contacts WHEN old.con_id = %1 "
+                       "BEGIN SELECT RAISE(ABORT, 'refused'); END")
+            .arg(ticked.last()));
+    const auto before = tables();
+    EXPECT_FALSE(store.deleteRecords(ticked));
+    EXPECT_FALSE(store.ErrMsg().isEmpty());
+    EXPECT_EQ(tables(), before);
+}
+
 TEST_F(RecycleBin, LinksWhoseOtherEndIsGoneAreListedNotRestored) {
     fillSample();
     const auto before = tables();
