@@ -1,14 +1,15 @@
 #include "exchange/recordmatch.h"
 
 #include "exchange/importsession.h"
+#include "exchange/tables.h"
 
 namespace tarvel::exchange {
 
 namespace {
 
+// What recognises a record besides its kind's name column (records/kinds.h).
 struct KeyColumns {
     const char* table;
-    const char* name;
     const char* created;
     QStringList alike;     // with the name, any one of these alike finds the record
     QStringList together;  // with the name, all of these alike together
@@ -16,19 +17,22 @@ struct KeyColumns {
 
 const KeyColumns* keyColumns(const QString& table) {
     static const KeyColumns all[] = {
-        {"accounts", "acc_name", nullptr, {}, {}},
+        {"accounts", nullptr, {}, {}},
         {"contacts",
-         "con_lastname",
          "con_create_date",
          {"con_mobile", "con_mobile2", "con_mobile3", "con_email", "con_email2", "con_email3"},
          {}},
-        {"opportunities", "opp_subject", "opp_create_date", {}, {}},
-        {"tasks", "tas_subject", "tas_create_date", {}, {"tas_date", "tas_time"}},
-        {"documents", "doc_name", "doc_create_date", {}, {"doc_path"}},
+        {"opportunities", "opp_create_date", {}, {}},
+        {"tasks", "tas_create_date", {}, {"tas_date", "tas_time"}},
+        {"documents", "doc_create_date", {}, {"doc_path"}},
     };
     for (const KeyColumns& k : all)
         if (table == QLatin1String(k.table)) return &k;
     return nullptr;
+}
+
+QString nameColumn(const KeyColumns* k) {
+    return QLatin1String(recordKind(QLatin1String(k->table))->nameColumn);
 }
 
 QString text(const QHash<QString, QVariant>& columns, const QString& name) {
@@ -40,7 +44,7 @@ QString text(const QHash<QString, QVariant>& columns, const QString& name) {
 QStringList mergeKeyColumns(const QString& table) {
     const KeyColumns* k = keyColumns(table);
     if (!k) return {};
-    QStringList out{QLatin1String(k->name)};
+    QStringList out{nameColumn(k)};
     if (k->created) out << QLatin1String(k->created);
     return out + k->alike + k->together;
 }
@@ -49,8 +53,7 @@ QStringList mergeKeys(const QString& table, const QHash<QString, QVariant>& colu
                       const QString& accountName) {
     const KeyColumns* k = keyColumns(table);
     if (!k) return {};
-    const QString n =
-        ImportSession::normalisedName(columns.value(QLatin1String(k->name)).toString());
+    const QString n = ImportSession::normalisedName(columns.value(nameColumn(k)).toString());
     if (n.isEmpty()) return {};
     if (table == QLatin1String("accounts")) return {n};
     QStringList keys;
