@@ -10,7 +10,7 @@
 #include <QSet>
 #include <QThread>
 
-#include "custom/softwaresetting.h"
+#include "custom/safekeeping.h"
 #include "exchange/backup.h"
 #include "exchange/filetools.h"
 #include "exchange/tables.h"
@@ -26,12 +26,6 @@ const QString kSuffix = QStringLiteral(".tbk");
 const QString kMomentForm = QStringLiteral("yyyy-MM-dd-HHmmss");
 // What each backup holds and the state of the data file it was taken from.
 const QString kIndexName = QStringLiteral(".tarvel-backups.json");
-
-QString settingText(const QString& key) {
-    SoftwareSetting row;
-    row.GetValue(QStringLiteral("backup"), key);
-    return row.Set_Value().trimmed();
-}
 
 QJsonObject readIndex(const QString& folder) {
     QFile f(QDir(folder).filePath(kIndexName));
@@ -99,14 +93,13 @@ QString AutoBackupEntry::recordsText() const {
 
 AutoBackupPlace autoBackupPlace(const QString& live) {
     AutoBackupPlace place;
-    const QString folder = settingText(QStringLiteral("folder"));
+    const Safekeeping settings = Safekeeping::load();
+    const QString folder = settings.backupFolder;
     // A relative folder is taken from the data file's folder.
     const QDir beside(QFileInfo(live).absolutePath());
     place.folder = QDir::cleanPath(
         beside.absoluteFilePath(folder.isEmpty() ? QStringLiteral("backups") : folder));
-    bool number = false;
-    const qint64 megabytes = settingText(QStringLiteral("limit_mb")).toLongLong(&number);
-    place.limitBytes = number && megabytes > 0 ? megabytes * 1024 * 1024 : kDefaultBackupLimit;
+    place.limitBytes = qint64(settings.backupLimitMb) * 1024 * 1024;
     return place;
 }
 

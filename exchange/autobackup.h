@@ -7,16 +7,17 @@
 #include <QStringList>
 #include <functional>
 
+#include "custom/safekeeping.h"
+
 namespace tarvel::exchange {
 
-// Where automatic backups go and how much room they may take: the setting
-// rows backup/folder (a folder; empty: `backups` beside the data file) and
-// backup/limit_mb (megabytes; empty: 1024).
+// Where automatic backups go and how much room they may take, from the
+// safekeeping settings.
 struct AutoBackupPlace {
     QString folder;
     qint64 limitBytes = 0;
 };
-constexpr qint64 kDefaultBackupLimit = qint64(1024) * 1024 * 1024;
+constexpr qint64 kDefaultBackupLimit = qint64(Safekeeping::kDefaultLimitMb) * 1024 * 1024;
 AutoBackupPlace autoBackupPlace(const QString& live);
 
 // One automatic backup: its file, when it was made, its size and the records

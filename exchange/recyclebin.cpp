@@ -7,6 +7,7 @@
 #include <QSet>
 #include <functional>
 
+#include "custom/safekeeping.h"
 #include "exchange/tables.h"
 #include "records/kinds.h"
 #include "store/clock.h"
@@ -401,18 +402,7 @@ bool empty(QString* error) {
 }
 
 int keepDays() {
-    QString ignored;
-    auto h = live(&ignored);
-    int days = 30;
-    if (h)
-        run(*h,
-            QStringLiteral("SELECT set_value FROM setting WHERE set_type='bin' AND set_key='days'"),
-            {}, &ignored, [&](sqlite3_stmt* s) {
-                bool ok = false;
-                const int value = cellOf(s, 0).toString().trimmed().toInt(&ok);
-                if (ok) days = value;
-            });
-    return days;
+    return Safekeeping::load().binDays;
 }
 
 bool expire(QString* error, int* removed) {

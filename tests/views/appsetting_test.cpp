@@ -5,12 +5,17 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTreeWidget>
 #include <QtTest>
 
 #include "custom/appsettings.h"
 #include "custom/fsettings.h"
+#include "custom/safekeeping.h"
 #include "custom/userprofile.h"
+#include "exchange/autobackup.h"
+#include "exchange/filetools.h"
+#include "exchange/recyclebin.h"
 #include "tests/views/screenfixture.h"
 #include "views/settings/formappsetting.h"
 #include "views/settings/relatedpage.h"
@@ -69,6 +74,7 @@ private slots:
     void failedSaveSaysSoAndAsksNothing();
     void moduleNamesCannotBeEmpty();
     void templateSavedThenLoadedRebuildsEveryScreen();
+    void safekeepingIsStoredInAFileWithoutItsRows();
 
 private:
     std::unique_ptr<FormAppSetting> makeForm(bool withHost = true) {
@@ -361,6 +367,40 @@ void SettingTest::templateSavedThenLoadedRebuildsEveryScreen() {
     QCOMPARE(rebuilds_, 1);
     loadAnswering(QString(), true);  // a cancelled dialog
     QVERIFY(dialogs_->shown.isEmpty());
+}
+
+void SettingTest::safekeepingIsStoredInAFileWithoutItsRows() {
+    // Data files made before these settings have no rows for them.
+    run(QStringLiteral("DELETE * FROM setting WHERE set_type='backup' OR set_type='bin'"));
+    auto form = makeForm();
+    QCOMPARE(child<QSpinBox>(*form, "spn_bin_days")->value(), 30);
+    QCOMPARE(child<QSpinBox>(*form, "spn_backup_limit")->value(), 1024);
+
+    // A file where the folder should be is refused before anything is written.
+    const QString live = exchange::liveDataFile();
+    edit(*form, "txt_backup_folder")->setText(QFileInfo(live).fileName());
+    child<QSpinBox>(*form, "spn_bin_days")->setValue(0);
+    save(*form, FormAppSetting::SafekeepingTab, true);
+    QCOMPARE(dialogs_->shown.size(), 1);
+    QVERIFY(dialogs_->shown[0].text.contains(QStringLiteral("不是文件夹")));
+    QCOMPARE(exchange::recyclebin::keepDays(), 30);
+
+    edit(*form, "txt_backup_folder")->setText(QStringLiteral(" 备份's "));
+    child<QSpinBox>(*form, "spn_backup_limit")->setValue(2000);
+    save(*form, FormAppSetting::SafekeepingTab, true);
+    QVERIFY(dialogs_->shown.isEmpty());
+    QCOMPARE(exchange::recyclebin::keepDays(), 0);
+    const exchange::AutoBackupPlace place = exchange::autoBackupPlace(live);
+    QCOMPARE(place.folder, QFileInfo(live).absoluteDir().filePath(QStringLiteral("备份's")));
+    QCOMPARE(place.limitBytes, qint64(2000) * 1024 * 1024);
+
+    // Saved again, the rows are rewritten rather than doubled.
+    child<QSpinBox>(*form, "spn_bin_days")->setValue(7);
+    save(*form, FormAppSetting::SafekeepingTab, true);
+    QCOMPARE(Safekeeping::load().binDays, 7);
+    QCOMPARE(tarvel::testsupport::count(QStringLiteral(
+                 "SELECT count(*) FROM setting WHERE set_type='bin' AND set_key='days'")),
+             1);
 }
 
 QTEST_MAIN(SettingTest)

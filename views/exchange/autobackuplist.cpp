@@ -26,6 +26,7 @@ AutoBackupList::AutoBackupList(QWidget* parent)
     grid_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     grid_->setMinimumHeight(120);
     label->setBuddy(grid_);
+    grid_->setAccessibleName(QStringLiteral("自动备份列表"));
     cmdRestore_ = new QPushButton(QStringLiteral("恢复选中的自动备份..."));
     cmdRestore_->setObjectName(QStringLiteral("cmd_restore_auto"));
     auto* layout = new QVBoxLayout(this);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "custom/softwaresetting.h"
@@ -44,11 +45,23 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     setObjectName(QStringLiteral("form_dataio"));
     dialogs_ = std::make_shared<MessageBoxDialogs>(this);
     prompts_ = std::make_shared<DialogDataIoPrompts>(this);
-    auto* page = new QVBoxLayout(this);
+    auto* outer = new QVBoxLayout(this);
     auto* title = new QLabel(QStringLiteral("数据交换"));
     title->setObjectName(QStringLiteral("lbl_title"));
     setHeadingFont(title, 1.4);
-    page->addWidget(title);
+    outer->addWidget(title);
+    // The sections are taller than a small window: they scroll under the
+    // title rather than being cut off at the bottom.
+    auto* content = new QWidget;
+    content->setObjectName(QStringLiteral("fra_sections"));
+    auto* page = new QVBoxLayout(content);
+    page->setContentsMargins(0, 0, 0, 0);
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("scr_sections"));
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(content);
+    outer->addWidget(scroll, 1);
 
     auto* backup = new QGridLayout(section(QStringLiteral("备份与恢复"), page));
     backup->addWidget(

@@ -55,6 +55,7 @@ RecycleBinDialog::RecycleBinDialog(std::shared_ptr<Dialogs> dialogs, QWidget* pa
     grid_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     grid_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     list->setBuddy(grid_);
+    grid_->setAccessibleName(QStringLiteral("已删除的记录"));
     cmdRestore_ = namedButton("cmd_bin_restore", QStringLiteral("恢复(&R)"));
     cmdPurge_ = namedButton("cmd_bin_purge", QStringLiteral("彻底删除(&D)"));
     cmdEmpty_ = namedButton("cmd_bin_empty", QStringLiteral("清空回收站(&E)"));

@@ -9,6 +9,7 @@
 #include "views/settings/fieldspage.h"
 #include "views/settings/personalpage.h"
 #include "views/settings/relatedpage.h"
+#include "views/settings/safekeepingpage.h"
 #include "views/settings/templateflow.h"
 #include "views/settings/toolbarpage.h"
 
@@ -23,7 +24,9 @@ FormAppSetting::FormAppSetting(QWidget* parent)
 
     tabs_ = new QTabWidget(this);
     tabs_->setObjectName(QStringLiteral("SSTab1"));
-    tabs_->setUsesScrollButtons(false);
+    // All tabs show on a wide window; a narrow one scrolls them rather than
+    // growing wider than the screen.
+    tabs_->setUsesScrollButtons(true);
     tabs_->setElideMode(Qt::ElideNone);
     auto* captions = new CaptionsPage;
     auto* toolbar = new ToolbarPage;
@@ -31,7 +34,7 @@ FormAppSetting::FormAppSetting(QWidget* parent)
     connect(captions, &CaptionsPage::captionsSaved, toolbar, &ToolbarPage::renameItems);
     QList<SettingsPage*> pages = {captions, toolbar};
     for (const QString& owner : RelatedPage::owners()) pages << new RelatedPage(owner);
-    pages << new FieldsPage << new PersonalPage;
+    pages << new FieldsPage << new PersonalPage << new SafekeepingPage;
     for (SettingsPage* page : pages) tabs_->addTab(page, QString());
 
     QPushButton* save = settingsui::button(this, "cmd_save", QStringLiteral("保存(&S)"));

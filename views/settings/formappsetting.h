@@ -32,7 +32,14 @@ class FormAppSetting : public PageWidget {
 public:
     // The pages of SSTab1, in order; the five related-panel pages follow
     // RelatedFirst in the order of RelatedPage::owners().
-    enum Tab { CaptionsTab = 0, ToolbarTab = 1, RelatedFirst = 2, FieldsTab = 7, PersonalTab = 8 };
+    enum Tab {
+        CaptionsTab = 0,
+        ToolbarTab = 1,
+        RelatedFirst = 2,
+        FieldsTab = 7,
+        PersonalTab = 8,
+        SafekeepingTab = 9
+    };
 
     explicit FormAppSetting(QWidget* parent = nullptr);
 
