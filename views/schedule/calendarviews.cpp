@@ -86,6 +86,9 @@ DayCell::DayCell(QWidget* parent) : QFrame(parent) {
     tasks_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     tasks_->setTextElideMode(Qt::ElideRight);
     tasks_->setUniformItemSizes(true);  // one line each: no per-item measuring
+    // Six weeks of days must fit a small window: a day keeps room for one line
+    // and scrolls the rest, instead of pushing the last week off the page.
+    tasks_->setMinimumHeight(tasks_->fontMetrics().height() + 4);
     tasks_->viewport()->installEventFilter(this);
 
     auto* top = new QHBoxLayout;
