@@ -102,22 +102,6 @@ TEST_F(AutoBackup, MakesACheckedBackupThatListsItsRecords) {
     EXPECT_EQ(QDir(folder()).entryList({"*.part*"}, QDir::Files | QDir::Hidden), QStringList());
 }
 
-TEST_F(AutoBackup, IsDueOnTheFirstStartOfADayAndAtCloseAfterAChange) {
-    EXPECT_TRUE(backupDueAtStart(folder(), Clock::today()));
-    EXPECT_TRUE(backupDueAtClose(file.path(), folder()));
-    closeAllHandles();
-    ASSERT_TRUE(runAutoBackup(job()).ok);
-    EXPECT_FALSE(backupDueAtStart(folder(), Clock::today()));
-    EXPECT_TRUE(backupDueAtStart(folder(), Clock::today().addDays(1)));
-    // Reading the file is no change.
-    EXPECT_EQ(rows("contacts"), 0);
-    closeAllHandles();
-    EXPECT_FALSE(backupDueAtClose(file.path(), folder()));
-    fillSample();
-    closeAllHandles();
-    EXPECT_TRUE(backupDueAtClose(file.path(), folder()));
-}
-
 TEST_F(AutoBackup, TheSettingsMoveTheFolderAndSetTheLimit) {
     const QString elsewhere = inFolder("别处/备份");
     run(QString("INSERT INTO setting (set_type, set_key, set_value) VALUES ('backup', 'folder', "

@@ -201,12 +201,13 @@ TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {
     const qint64 blocks = QFileInfo(file.path()).size() / 1024;
     const struct {
         Operation op;
-        qint64 limit;  // the largest file the child may write, in KiB
-        const char* says;
+        qint64 limit;      // the largest file the child may write, in KiB
+        const char* says;  // every piece, '|' between them
     } cases[] = {
-        {kOperations[0], blocks / 2, "备份没有完成"},
-        {kOperations[1], blocks / 2, "恢复没有完成，当前数据没有改动"},
-        {kOperations[2], blocks / 2, "导出Tarvel报表没有完成"},
+        // A copy that cannot be written says what happened and what to do.
+        {kOperations[0], blocks / 2, "备份没有完成|磁盘已满|腾出磁盘空间"},
+        {kOperations[1], blocks / 2, "恢复没有完成，当前数据没有改动|磁盘已满|腾出磁盘空间"},
+        {kOperations[2], blocks / 2, "导出Tarvel报表没有完成|磁盘已满|腾出磁盘空间"},
         {kOperations[3], blocks, "导入Tarvel报表没有完成，当前数据没有改动"},
         {kOperations[4], blocks, "导入没有完成，当前数据没有改动"},
     };
@@ -221,13 +222,16 @@ TEST_F(Crash, AFullDiskGivesAClearMessageAndLeavesTheFileWhole) {
         ASSERT_TRUE(child.waitForFinished(120000));
         const QString err = QString::fromUtf8(child.readAllStandardError());
         EXPECT_EQ(child.exitCode(), 1) << c.op.name << err.toStdString();
-        EXPECT_TRUE(err.contains(QString::fromUtf8(c.says)))
-            << c.op.name << ": " << err.toStdString();
+        for (const QString& piece : QString::fromUtf8(c.says).split('|'))
+            EXPECT_TRUE(err.contains(piece)) << c.op.name << ": " << err.toStdString();
         problem.clear();
         EXPECT_EQ(fingerprint(live, &problem), before) << c.op.name;
         EXPECT_TRUE(problem.isEmpty()) << problem.toStdString();
         if (c.op.writes)
             EXPECT_FALSE(QFileInfo::exists(QDir(QFileInfo(live).path()).filePath(c.op.writes)));
+        // No piece of the work is left in the scratch folder either.
+        EXPECT_EQ(QDir(scratchFolderOf(live)).entryList(QDir::Files | QDir::Hidden), QStringList())
+            << c.op.name;
     }
 }
 

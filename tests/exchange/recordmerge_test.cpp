@@ -169,15 +169,6 @@ TEST_F(Merge, ThreeContactsBecomeOneWithEveryLinkOnceAndNoOrphans) {
     EXPECT_GT(result.linksDropped, 0);
 }
 
-TEST_F(Merge, TheKeptAccountMayBeChosen) {
-    fillThreeContacts();
-    MergeRequest request{kind::Contact, 2, {1, 3}, {}, 3, {}};
-    ASSERT_TRUE(mergeRecords(request).ok);
-    EXPECT_EQ(linksOf("SELECT acc_id || '-' || con_id FROM accounts_contacts"),
-              QStringList({"1-2"}));
-    EXPECT_EQ(brokenLinks(), QStringList());
-}
-
 TEST_F(Merge, AccountsKeepRolesAndEachContactKeepsOneAccount) {
     fillSample();  // accounts 1 and 2; contact 1 belongs to both
     run("INSERT INTO opportunities_accounts VALUES (1, 2, '卖方')");

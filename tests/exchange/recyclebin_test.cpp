@@ -213,21 +213,6 @@ TEST_F(RecycleBin, RestoreOntoATakenKeyChangesNothing) {
     EXPECT_EQ(binEntries().size(), 1);
 }
 
-TEST_F(RecycleBin, PurgeAndEmptyRemoveEntriesForGood) {
-    fillSample();
-    ASSERT_TRUE(remove(kind::Contact, {2}));
-    ASSERT_TRUE(remove(kind::Document, {1}));
-    const auto afterDelete = tables();
-    QString error;
-    ASSERT_TRUE(recyclebin::purge({binEntries(QStringLiteral("李四")).front().id}, &error));
-    EXPECT_EQ(binEntries().size(), 1);
-    EXPECT_EQ(binEntries().front().kind, kind::Document);
-    ASSERT_TRUE(recyclebin::empty(&error));
-    EXPECT_TRUE(binEntries().isEmpty());
-    EXPECT_EQ(rows("bin_rows"), 0);
-    EXPECT_EQ(tables(), afterDelete);
-}
-
 TEST_F(RecycleBin, EntriesExpireAfterTheDaysTheSettingKeeps) {
     fillSample();
     for (const int keep : {3, 30}) {

@@ -128,7 +128,8 @@ private slots:
         QCOMPARE(countOf("SELECT COUNT(*) FROM bin_entries"), 3);
         dialogs_->answers = {true};
         click(dialog, "cmd_bin_purge");
-        QCOMPARE(countOf("SELECT COUNT(*) FROM bin_entries"), 2);
+        QCOMPARE(shownRows(grid),
+                 QStringList({"批量删除|2条记录", "  联系人|李芳", "  联系人|王明"}));
         QCOMPARE(countOf("SELECT COUNT(*) FROM tasks"), 0);
         dialogs_->answers = {false};
         click(dialog, "cmd_bin_empty");
@@ -137,6 +138,9 @@ private slots:
         click(dialog, "cmd_bin_empty");
         QCOMPARE(grid->topLevelItemCount(), 0);
         QCOMPARE(countOf("SELECT COUNT(*) FROM bin_rows"), 0);
+        // Gone for good: nothing came back.
+        QCOMPARE(countOf("SELECT COUNT(*) FROM contacts") + countOf("SELECT COUNT(*) FROM tasks"),
+                 1);
         QVERIFY(!child<QPushButton>(dialog, "cmd_bin_empty")->isEnabled());
     }
 
@@ -157,7 +161,6 @@ private slots:
         QCOMPARE(opened.front().get(), static_cast<Dialogs*>(dialogs_.get()));
         QCOMPARE(replaced.count(), 1);
     }
-
 };
 
 QTEST_MAIN(RecycleBinTest)
