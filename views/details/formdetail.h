@@ -24,7 +24,7 @@ namespace tarvel {
 class NameSearch;
 
 namespace lists {
-class FormList;
+class ListRows;
 struct ListKind;
 }  // namespace lists
 
@@ -38,8 +38,9 @@ class FormDetail : public PageWidget {
 public:
     void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
-    // The list page of the kind; the function returns null while none is open.
-    void setList(std::function<lists::FormList*()> list) { list_ = std::move(list); }
+    // The rows of the kind's list page, which the page steps through and
+    // deletes from; the function returns null while no list page is open.
+    void setRows(std::function<lists::ListRows*()> rows) { rows_ = std::move(rows); }
     // Writes the shown record into the current history entry (a new record
     // once saved), so that going back returns to it.
     void setHistoryUpdate(std::function<void(const QString& condition, int id)> update) {
@@ -160,19 +161,20 @@ protected:
     bool loading() const { return loading_; }
     QString objectCode() const;
     const lists::ListKind& kind() const { return kind_; }
-    lists::FormList* list() const;
+    lists::ListRows* rows() const;
 
     std::shared_ptr<Dialogs> dialogs_;
 
 private:
-    void moveTo(int row);
+    // A step through the list's rows, after the unsaved question.
+    void step(bool (lists::ListRows::*move)());
     void updateHeader();
     void applyCaptions();
 
     const lists::ListKind& kind_;
     QString moduleCaption_;  // the module's caption in the interface layout
     std::shared_ptr<ShellOpener> opener_;
-    std::function<lists::FormList*()> list_;
+    std::function<lists::ListRows*()> rows_;
     std::function<void(const QString&, int)> historyUpdate_;
     int recordId_ = 0;
     bool modified_ = false;
