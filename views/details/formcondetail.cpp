@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/accountedit.h"
 #include "browse/listkind.h"
 #include "records/contact.h"
 #include "records/recordsearch.h"
@@ -240,23 +241,6 @@ bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
     return answer.proceed;
 }
 
-bool FormConDetail::storeAccount(Contact& contact, bool newAccount) {
-    // Read whole, since Update rewrites every column of the account.
-    Account& account = contact.Account();
-    account = Account();
-    account.setID(newAccount ? 0 : accountId_);
-    if (!newAccount && !account.GetById()) return false;
-    readTextFields(account, accountFields_);
-    account.setRCDate(recordvalue::now());
-    if (account.ID() == 0) {
-        account.setCreateDate(recordvalue::today());
-        if (!account.Add()) return false;
-    } else if (!account.Update()) {
-        return false;
-    }
-    return contact.AddRelative(kind::Account, account.ID());
-}
-
 bool FormConDetail::saveFields(int* id, QString* error) {
     if (txtName_->text().trimmed().isEmpty()) {
         info(QStringLiteral("请填写姓名。"));
@@ -273,7 +257,8 @@ bool FormConDetail::saveFields(int* id, QString* error) {
         stampDates(contact, *id == 0);
     };
     const auto account = [&](Contact& contact, QString* accountError) {
-        if (!store || storeAccount(contact, newAccount)) return true;
+        const auto fill = [this](Account& account) { readTextFields(account, accountFields_); };
+        if (!store || storeContactAccount(contact, accountId_, newAccount, fill)) return true;
         *accountError = contact.Account().ErrMsg();
         return false;
     };
