@@ -276,6 +276,31 @@ QCheckBox* FormDetail::addPrivateBox(QFormLayout* form) {
     return box;
 }
 
+QWidget* FormDetail::finishBasicSection(QFormLayout* form, const char* tagColumn,
+                                        QCheckBox** privateBox) {
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), tagColumn, QStringLiteral("标签"), tags);
+    *privateBox = addPrivateBox(form);
+    return sectionBox(fields_, "fra_basic", QStringLiteral("基本信息"), form);
+}
+
+void FormDetail::addWebRow(QFormLayout* form, const char* name, const char* button,
+                           const QString& buttonName, const char* column, const QString& caption) {
+    auto* web = make<QLineEdit>(name);
+    auto* visit = iconButton(button, QStringLiteral("访问"), buttonName);
+    connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
+    addRow(form, web, column, caption, lineOf(fields_, {web, visit}));
+}
+
+void FormDetail::addMapRow(QFormLayout* form, const char* name, const char* button,
+                           const QString& buttonName, const char* column, const QString& caption) {
+    auto* address = make<QLineEdit>(name);
+    auto* map = iconButton(button, QStringLiteral("地图"), buttonName);
+    connect(map, &QPushButton::clicked, this,
+            [this, address] { webSearch("se_map", address->text()); });
+    addRow(form, address, column, caption, lineOf(fields_, {address, map}));
+}
+
 QLabel* FormDetail::captionFor(QWidget* field, const char* column, const QString& fallback) {
     auto* label = new QLabel(fallback + QStringLiteral("："), fields_);
     label->setBuddy(field);
@@ -431,6 +456,13 @@ bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
     info(caption + QStringLiteral("必须是数字，请检查。"));
     box->setFocus();
     box->selectAll();
+    return false;
+}
+
+bool FormDetail::requireName(QLineEdit* box, const QString& what) {
+    if (!box->text().trimmed().isEmpty()) return true;
+    info(QStringLiteral("请填写") + what + QStringLiteral("。"));
+    box->setFocus();
     return false;
 }
 

@@ -116,6 +116,15 @@ protected:
                             bool showChosen);
     // chk_private on its own form row.
     QCheckBox* addPrivateBox(QFormLayout* form);
+    // The end of a basic section: the tags on the row of `tagColumn`, then
+    // chk_private (returned in *privateBox); returns the section "基本信息".
+    QWidget* finishBasicSection(QFormLayout* form, const char* tagColumn, QCheckBox** privateBox);
+    // A web address box with a button that opens the page.
+    void addWebRow(QFormLayout* form, const char* name, const char* button,
+                   const QString& buttonName, const char* column, const QString& caption);
+    // An address box with a button that looks the address up on the map.
+    void addMapRow(QFormLayout* form, const char* name, const char* button,
+                   const QString& buttonName, const char* column, const QString& caption);
     // A label for `field` captioned by the list field of `column` (or
     // `fallback`) and "：", kept up to date with the stored captions.
     QLabel* captionFor(QWidget* field, const char* column, const QString& fallback);
@@ -152,6 +161,8 @@ protected:
     void webSearch(const char* key, const QString& text);
     // An amount box holds a number (or nothing); else the user is told.
     bool checkAmount(QLineEdit* box, const QString& caption);
+    // A record needs its name; without one the user is told "请填写<what>。".
+    bool requireName(QLineEdit* box, const QString& what);
     void info(const QString& text);
     // The unsaved-changes question; true when the page may move on.
     bool mayLeave();
