@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 namespace tarvel {
+
+class Account;
+class Contact;
 
 // The account boxes of a contact being saved, on its page or on a panel.
 struct AccountEdit {
@@ -22,5 +26,14 @@ AccountQuestion accountQuestion(const AccountEdit& edit);
 inline bool storesAccount(const AccountEdit& edit) {
     return !edit.typedName.trimmed().isEmpty();
 }
+
+// Stores the account typed with a contact and links the contact to it: the
+// shown account `accountId` is read whole first (its update rewrites every
+// column) and rewritten, or a new one is made when `newAccount` or none is
+// shown. `fill` puts the typed account fields in. The recent-contact date is
+// now, a new account's creation today. False with the reason in the
+// contact's Account().ErrMsg().
+bool storeContactAccount(Contact& contact, int accountId, bool newAccount,
+                         const std::function<void(Account&)>& fill);
 
 }  // namespace tarvel

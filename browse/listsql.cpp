@@ -26,6 +26,15 @@ SplitCondition splitCondition(const QString& condition) {
     return {where, QLatin1Char(' ') + condition.mid(at)};
 }
 
+QString sortedCondition(const QString& condition, const QString& column) {
+    const SplitCondition split = splitCondition(condition);
+    const QString ascending = QStringLiteral(" ORDER BY ") + column + QStringLiteral(" ASC");
+    const QString order = split.order == ascending
+                              ? QStringLiteral(" ORDER BY ") + column + QStringLiteral(" DESC")
+                              : ascending;
+    return split.where + order;
+}
+
 QString listQuery(const ListKind& kind, const QString& columns, const QString& condition) {
     const SplitCondition split = splitCondition(condition);
     return QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + kind.source +

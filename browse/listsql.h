@@ -18,6 +18,10 @@ struct SplitCondition {
 };
 SplitCondition splitCondition(const QString& condition);
 
+// The condition sorted by `column`: ascending, or descending when it was
+// sorted ascending by that column already.
+QString sortedCondition(const QString& condition, const QString& column);
+
 // "SELECT " + columns + " FROM " + source + " " + condition + the kind's
 // default order unless the condition brings its own.
 QString listQuery(const ListKind& kind, const QString& columns, const QString& condition);

@@ -92,18 +92,9 @@ bool Account::GetByIdEx(int otherId, qint16 relationKind) {
                            QStringLiteral("acc_part_in_opp"), partInOpp_));
 }
 
-bool Account::AddRelative(qint16 relationKind, int otherId, const QString& text) {
-    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, text));
-}
-
 bool Account::CalcByOpportunity() {
     return report("CalcByOpportunity",
-                  participationCounts(
-                      QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id IN "
-                                     "(SELECT DISTINCT acc_id FROM opportunities_accounts)"),
-                      QStringLiteral("SELECT COUNT(*) AS acc_count FROM accounts WHERE acc_id NOT "
-                                     "IN (SELECT DISTINCT acc_id FROM opportunities_accounts)"),
-                      "acc_count"));
+                  participationCounts(QStringLiteral("acc"), QStringLiteral("accounts")));
 }
 
 bool Account::InitAccount(int accountId, bool load) {

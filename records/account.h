@@ -38,7 +38,7 @@ public:
 
     // Links: kinds 1 (role = text), 4, 5. An account is tied to a contact only
     // from the contact's side, so kinds 2 and 3 only stamp this account.
-    bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
+    using RecordRow::AddRelative;
 
     bool CalcByOpportunity();
     bool CalcByImportant() { return count("CalcByImportant"); }

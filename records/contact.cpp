@@ -160,18 +160,9 @@ QVariant Contact::GetMaxId() {
     return rs ? rs->value(0) : QVariant();
 }
 
-bool Contact::AddRelative(qint16 relationKind, int otherId, const QString& text) {
-    return report("AddRelative", addRelative(links(), id_, relationKind, otherId, text));
-}
-
 bool Contact::CalcByOpportunity() {
     return report("CalcByOpportunity",
-                  participationCounts(
-                      QStringLiteral("SELECT COUNT(*) AS con_count FROM contacts WHERE con_id IN "
-                                     "(SELECT DISTINCT con_id FROM opportunities_contacts)"),
-                      QStringLiteral("SELECT COUNT(*) AS con_count FROM contacts WHERE con_id NOT "
-                                     "IN (SELECT DISTINCT con_id FROM opportunities_contacts)"),
-                      "con_count"));
+                  participationCounts(QStringLiteral("con"), QStringLiteral("contacts")));
 }
 
 bool Contact::InitContact(int contactId, bool load) {

@@ -65,7 +65,7 @@ public:
 
     // Links to any kind; `text` is the role (kind 1) or the relation (kind 3).
     // Kind 2 moves the contact: a contact has at most one account.
-    bool AddRelative(qint16 relationKind, int otherId, const QString& text = QString());
+    using RecordRow::AddRelative;
 
     bool CalcByOpportunity();
     bool CalcByImportant() { return count("CalcByImportant"); }

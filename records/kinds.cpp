@@ -2,33 +2,43 @@
 
 #include <QRegularExpression>
 #include <algorithm>
+#include <array>
 
 namespace tarvel {
 
+namespace {
+
+// The kinds a record's related panel shows, in tab order and in the order of
+// the stored interface layout.
+struct PanelOrder {
+    qint16 code;
+    std::array<qint16, 4> tabs;
+    std::array<qint16, 4> layout;
+};
+
+const PanelOrder& panelOrder(qint16 code) {
+    using namespace kind;
+    static const PanelOrder orders[] = {
+        {Opportunity, {Contact, Account, Task, Document}, {Task, Contact, Account, Document}},
+        {Account, {Contact, Opportunity, Task, Document}, {Task, Contact, Opportunity, Document}},
+        {Contact, {Contact, Opportunity, Task, Document}, {Task, Contact, Opportunity, Document}},
+        {Task, {Contact, Opportunity, Task, Document}, {Opportunity, Contact, Account, Document}},
+        {Document, {Contact, Account, Opportunity, Task}, {Opportunity, Account, Contact, Task}}};
+    for (const PanelOrder& o : orders)
+        if (o.code == code) return o;
+    return orders[4];
+}
+
+}  // namespace
+
 QList<qint16> RecordKindInfo::panelKinds() const {
-    switch (code) {
-        case kind::Opportunity:
-            return {kind::Contact, kind::Account, kind::Task, kind::Document};
-        case kind::Document:
-            return {kind::Contact, kind::Account, kind::Opportunity, kind::Task};
-        default:  // contacts and accounts
-            return {kind::Contact, kind::Opportunity, kind::Task, kind::Document};
-    }
+    const auto& tabs = panelOrder(code).tabs;
+    return {tabs.begin(), tabs.end()};
 }
 
 QList<qint16> RecordKindInfo::layoutPanels() const {
-    switch (code) {
-        case kind::Account:
-            return {kind::Task, kind::Contact, kind::Opportunity, kind::Document};
-        case kind::Opportunity:
-            return {kind::Task, kind::Contact, kind::Account, kind::Document};
-        case kind::Contact:
-            return {kind::Task, kind::Contact, kind::Opportunity, kind::Document};
-        case kind::Task:
-            return {kind::Opportunity, kind::Contact, kind::Account, kind::Document};
-        default:
-            return {kind::Opportunity, kind::Account, kind::Contact, kind::Task};
-    }
+    const auto& layout = panelOrder(code).layout;
+    return {layout.begin(), layout.end()};
 }
 
 const QList<RecordKindInfo>& recordKinds() {

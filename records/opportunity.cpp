@@ -5,6 +5,7 @@
 namespace tarvel {
 
 const RecordDescription<Opportunity>& Opportunity::description() {
+    using O = Opportunity;
     static const RecordDescription<Opportunity> d{
         "opportunities",
         "opp_id",
@@ -13,37 +14,27 @@ const RecordDescription<Opportunity>& Opportunity::description() {
         "g_OppID",
         "txt_opp_name",
         "bCantChgFlag_OppName",
-        {{"opp_id", "ID", &Opportunity::id_},
-         {"opp_subject", "Subject", &Opportunity::subject_, "txt_opp_name", 255, {1, 1, 1, 1}},
-         {"opp_die_date", "DieDate", &Opportunity::dieDate_, "dt_opp_enddate", 0, {4, 3, 2, 2}},
-         {"opp_estimate_sale", "ESale", &Opportunity::eSale_, "txt_opp_revenue", 0, {6, 5, 3, 3}},
-         {"opp_sale", "Sale", &Opportunity::sale_, "txt_opp_revenue2", 0, {7, 6, 4, 4}},
-         {"opp_description",
-          "Description",
-          &Opportunity::description_,
-          "rtxt_opp_memo",
-          0,
-          {2, 2, 12, 11}},
+        {{"opp_id", "ID", &O::id_},
+         {"opp_subject", "Subject", &O::subject_, "txt_opp_name", 255, {1, 1, 1, 1}},
+         {"opp_die_date", "DieDate", &O::dieDate_, "dt_opp_enddate", 0, {4, 3, 2, 2}},
+         {"opp_estimate_sale", "ESale", &O::eSale_, "txt_opp_revenue", 0, {6, 5, 3, 3}},
+         {"opp_sale", "Sale", &O::sale_, "txt_opp_revenue2", 0, {7, 6, 4, 4}},
+         {"opp_description", "Description", &O::description_, "rtxt_opp_memo", 0, {2, 2, 12, 11}},
          {"opp_succeed_probability",
           "Probability",
-          &Opportunity::probability_,
+          &O::probability_,
           "cbo_opp_probability",
           0,
           {11, 10, 7, 5}},
-         {"opp_type", "OppType", &Opportunity::oppType_, "cbo_opp_type", 50, {12, 11, 5, 6}},
-         {"opp_phase", "Phase", &Opportunity::phase_, "cbo_opp_stage", 50, {9, 8, 6, 7}},
-         {"opp_important",
-          "Important",
-          &Opportunity::important_,
-          "cbo_opp_importance",
-          50,
-          {8, 7, 8, 8}},
-         {"opp_tag", "Tag", &Opportunity::tag_, "txt_opp_tag", 255, {15, 14, 13, 12}},
-         {"opp_create_date", "CreateDate", &Opportunity::createDate_, nullptr, 0, {3, 0, 9, 0}},
-         {"opp_recent_contact_date", "RCDate", &Opportunity::rcDate_, nullptr, 0, {5, 4, 10, 9}},
-         {"opp_private", "iPrivate", &Opportunity::private_, nullptr, 0, {10, 9, 11, 10}},
-         {"opp_industry", "Industry", &Opportunity::industry_, nullptr, 0, {13, 12, 0, 0}},
-         {"opp_province", "Province", &Opportunity::province_, nullptr, 0, {14, 13, 0, 0}}}};
+         {"opp_type", "OppType", &O::oppType_, "cbo_opp_type", 50, {12, 11, 5, 6}},
+         {"opp_phase", "Phase", &O::phase_, "cbo_opp_stage", 50, {9, 8, 6, 7}},
+         {"opp_important", "Important", &O::important_, "cbo_opp_importance", 50, {8, 7, 8, 8}},
+         {"opp_tag", "Tag", &O::tag_, "txt_opp_tag", 255, {15, 14, 13, 12}},
+         {"opp_create_date", "CreateDate", &O::createDate_, nullptr, 0, {3, 0, 9, 0}},
+         {"opp_recent_contact_date", "RCDate", &O::rcDate_, nullptr, 0, {5, 4, 10, 9}},
+         {"opp_private", "iPrivate", &O::private_, nullptr, 0, {10, 9, 11, 10}},
+         {"opp_industry", "Industry", &O::industry_, nullptr, 0, {13, 12, 0, 0}},
+         {"opp_province", "Province", &O::province_, nullptr, 0, {14, 13, 0, 0}}}};
     return d;
 }
 

@@ -333,11 +333,17 @@ bool RecordBase::tagCounts(const char* object, const QString& countPrefix) {
     return true;
 }
 
-bool RecordBase::participationCounts(const QString& inSql, const QString& notInSql,
-                                     const char* countColumn) {
-    const QString column = QLatin1String(countColumn);
-    const RecordsetPtr in = read(inSql);
-    const RecordsetPtr notIn = in ? read(notInSql) : nullptr;
+bool RecordBase::participationCounts(const QString& prefix, const QString& table) {
+    const QString column = prefix + QStringLiteral("_count");
+    const QString key = prefix + QStringLiteral("_id");
+    const auto count = [&](const char* in) {
+        return read(QStringLiteral("SELECT COUNT(*) AS ") + column + QStringLiteral(" FROM ") +
+                    table + QStringLiteral(" WHERE ") + key + QLatin1String(in) +
+                    QStringLiteral("IN (SELECT DISTINCT ") + key +
+                    QStringLiteral(" FROM opportunities_") + table + QLatin1Char(')'));
+    };
+    const RecordsetPtr in = count(" ");
+    const RecordsetPtr notIn = in ? count(" NOT ") : nullptr;
     if (!notIn) return false;
     arrDesc_ = {QStringLiteral("有"), QStringLiteral("无")};
     arrValue_ = {recordvalue::int32(in->value(column)), recordvalue::int32(notIn->value(column))};

@@ -197,9 +197,10 @@ protected:
     bool groupedCounts(const QString& sql, const char* labelColumn);
     // One count per defined tag of `object` ("con", "acc", "opp"), by substring.
     bool tagCounts(const char* object, const QString& countPrefix);
-    // The two fixed categories "有" and "无" of taking part in an opportunity.
-    bool participationCounts(const QString& inSql, const QString& notInSql,
-                             const char* countColumn);
+    // The two fixed categories "有" and "无" of taking part in an opportunity:
+    // the records of `table` (column prefix `prefix`) with and without a link
+    // in opportunities_<table>.
+    bool participationCounts(const QString& prefix, const QString& table);
 
     // Panel helpers. needForm and needGrid fail (with a reason) when none is
     // set; the others do nothing without a form.

@@ -147,8 +147,9 @@ PageWidget* detailPage(qint16 code, const PageServices& s) {
     form->setDialogs(s.dialogs);
     form->setShellOpener(s.opener);
     auto opened = s.openedPage;
-    form->setList([opened, listCode = form->listPage()] {
-        return qobject_cast<lists::FormList*>(opened(listCode));
+    form->setRows([opened, listCode = form->listPage()]() -> lists::ListRows* {
+        auto* list = qobject_cast<lists::FormList*>(opened(listCode));
+        return list ? &list->rows() : nullptr;
     });
     PageHistory* history = s.history;
     form->setHistoryUpdate([history, code](const QString& condition, int id) {

@@ -460,7 +460,7 @@ private:
             list_->setDialogs(dialogs_);
             list_->fill({page::ContactList, QString(), 0});
             list_->setCurrentRow(0);
-            page_->setList([this] { return list_.get(); });
+            page_->setRows([this] { return &list_->rows(); });
             id = int(list_->currentId());
         }
         page_->fill({page::ContactDetail, QString(), id});

@@ -54,28 +54,18 @@ QWidget* FormAccDetail::basicGroup() {
                    {"cbo_importance", "img_importance", "importance", "acc_important", "重要性"},
                    {"cbo_relation", "img_relation", "relationship", "acc_relation", "关系"},
                    {"cbo_region", "Img_region", "region", "acc_province", "地区"}});
-    auto* tags = tagEditor();
-    addRow(form, field("txt_tag"), "acc_tag", QStringLiteral("标签"), tags);
-    chkPrivate_ = addPrivateBox(form);
-    return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
+    return finishBasicSection(form, "acc_tag", &chkPrivate_);
 }
 
 QWidget* FormAccDetail::addressGroup() {
     auto* form = new QFormLayout;
     addRow(form, make<QLineEdit>("txt_tel"), "acc_telephone", QStringLiteral("电话"));
     addRow(form, make<QLineEdit>("txt_fax"), "acc_fax", QStringLiteral("传真"));
-    auto* address = make<QLineEdit>("txt_address");
-    auto* map = iconButton("Img_Search_Address", QStringLiteral("地图"),
-                           QStringLiteral("在地图上查找地址"));
-    connect(map, &QPushButton::clicked, this,
-            [this, address] { webSearch("se_map", address->text()); });
-    addRow(form, address, "acc_address", QStringLiteral("地址"),
-           lineOf(fieldsArea(), {address, map}));
+    addMapRow(form, "txt_address", "Img_Search_Address", QStringLiteral("在地图上查找地址"),
+              "acc_address", QStringLiteral("地址"));
     addRow(form, make<QLineEdit>("txt_zip"), "acc_postcode", QStringLiteral("邮编"));
-    auto* web = make<QLineEdit>("txt_web");
-    auto* visit = iconButton("Img_web_vist", QStringLiteral("访问"), QStringLiteral("打开网址"));
-    connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
-    addRow(form, web, "acc_website", QStringLiteral("网址"), lineOf(fieldsArea(), {web, visit}));
+    addWebRow(form, "txt_web", "Img_web_vist", QStringLiteral("打开网址"), "acc_website",
+              QStringLiteral("网址"));
     return sectionBox(fieldsArea(), "fra_contact", QStringLiteral("联系方式"), form);
 }
 
@@ -86,11 +76,7 @@ QString FormAccDetail::recordName() const {
 bool FormAccDetail::showFields(int id, QString* error) {
     search_->clear();
     Account account;
-    account.setID(id);
-    if (id != 0 && !account.GetById()) {
-        *error = account.ErrMsg();
-        return false;
-    }
+    if (!readRecord(account, id, error)) return false;
     showTextFields(account, fields_);
     showTags(account.Tag());
     chkPrivate_->setChecked(account.iPrivate() != 0);
@@ -98,11 +84,7 @@ bool FormAccDetail::showFields(int id, QString* error) {
 }
 
 bool FormAccDetail::saveFields(int* id, QString* error) {
-    if (txtSubject_->text().trimmed().isEmpty()) {
-        info(QStringLiteral("请填写单位名称。"));
-        txtSubject_->setFocus();
-        return false;
-    }
+    if (!requireName(txtSubject_, QStringLiteral("单位名称"))) return false;
     return storeRecord<Account>(id, error, [&](Account& account) {
         readTextFields(account, fields_);
         account.setTag(tagText().left(255));

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "browse/accountedit.h"
 #include "browse/listkind.h"
 #include "records/contact.h"
 #include "records/recordsearch.h"
@@ -93,10 +94,7 @@ QWidget* FormConDetail::basicGroup() {
     connect(noBirthday, &QPushButton::clicked, this, [this] { dtBirthday_->setDate(noDate()); });
     addRow(form, dtBirthday_, "con_birthday", QStringLiteral("生日"),
            lineOf(fieldsArea(), {dtBirthday_, noBirthday}));
-    auto* tags = tagEditor();
-    addRow(form, field("txt_tag"), "con_tag", QStringLiteral("标签"), tags);
-    chkPrivate_ = addPrivateBox(form);
-    return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
+    return finishBasicSection(form, "con_tag", &chkPrivate_);
 }
 
 QWidget* FormConDetail::contactGroup() {
@@ -141,19 +139,10 @@ QWidget* FormConDetail::contactGroup() {
                         : "con_email3",
                QStringLiteral("电子邮件%1").arg(i + 1), lineOf(fieldsArea(), {mail, send}));
     }
-    auto* web = make<QLineEdit>("txt_personal_web");
-    auto* visit =
-        iconButton("Img_personal_web_vist", QStringLiteral("访问"), QStringLiteral("打开个人网址"));
-    connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
-    addRow(form, web, "con_website", QStringLiteral("个人网址"),
-           lineOf(fieldsArea(), {web, visit}));
-    auto* address = make<QLineEdit>("txt_address2");
-    auto* searchAddress = iconButton("Img_Search_FAddress", QStringLiteral("地图"),
-                                     QStringLiteral("在地图上查找家庭地址"));
-    connect(searchAddress, &QPushButton::clicked, this,
-            [this, address] { webSearch("se_map", address->text()); });
-    addRow(form, address, "con_address_family", QStringLiteral("家庭地址"),
-           lineOf(fieldsArea(), {address, searchAddress}));
+    addWebRow(form, "txt_personal_web", "Img_personal_web_vist", QStringLiteral("打开个人网址"),
+              "con_website", QStringLiteral("个人网址"));
+    addMapRow(form, "txt_address2", "Img_Search_FAddress", QStringLiteral("在地图上查找家庭地址"),
+              "con_address_family", QStringLiteral("家庭地址"));
     addRow(form, make<QLineEdit>("txt_zip2"), "con_postcode_family", QStringLiteral("家庭邮编"));
     return sectionBox(fieldsArea(), "fra_contact", QStringLiteral("联系方式"), form);
 }
@@ -171,20 +160,11 @@ QWidget* FormConDetail::accountGroup() {
     lstAccount_ = matchList("lst_account", QStringLiteral("找到的单位"));
     addRow(form, txtAccount_, "acc_name", QStringLiteral("单位名称"),
            stackOf(fieldsArea(), rowOf({txtAccount_, down}), lstAccount_));
-    auto* address = make<QLineEdit>("txt_address1");
-    auto* search = iconButton("Img_Search_Baddress", QStringLiteral("地图"),
-                              QStringLiteral("在地图上查找单位地址"));
-    connect(search, &QPushButton::clicked, this,
-            [this, address] { webSearch("se_map", address->text()); });
-    addRow(form, address, "acc_address", QStringLiteral("单位地址"),
-           lineOf(fieldsArea(), {address, search}));
+    addMapRow(form, "txt_address1", "Img_Search_Baddress", QStringLiteral("在地图上查找单位地址"),
+              "acc_address", QStringLiteral("单位地址"));
     addRow(form, make<QLineEdit>("txt_zip1"), "acc_postcode", QStringLiteral("单位邮编"));
-    auto* web = make<QLineEdit>("txt_account_web");
-    auto* visit =
-        iconButton("img_account_web_visit", QStringLiteral("访问"), QStringLiteral("打开单位网址"));
-    connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
-    addRow(form, web, "acc_website", QStringLiteral("单位网址"),
-           lineOf(fieldsArea(), {web, visit}));
+    addWebRow(form, "txt_account_web", "img_account_web_visit", QStringLiteral("打开单位网址"),
+              "acc_website", QStringLiteral("单位网址"));
     return sectionBox(fieldsArea(), "fra_account", QStringLiteral("单位信息"), form);
 }
 
@@ -196,11 +176,7 @@ bool FormConDetail::showFields(int id, QString* error) {
     nameSearch_->clear();
     accountSearch_->clear();
     Contact contact;
-    contact.setID(id);
-    if (id != 0 && !contact.GetById()) {
-        *error = contact.ErrMsg();
-        return false;
-    }
+    if (!readRecord(contact, id, error)) return false;
     showTextFields(contact, contactFields_);
     showTextFields(contact.Account(), accountFields_);
     showTags(contact.Tag());
@@ -240,29 +216,8 @@ bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
     return answer.proceed;
 }
 
-bool FormConDetail::storeAccount(Contact& contact, bool newAccount) {
-    // Read whole, since Update rewrites every column of the account.
-    Account& account = contact.Account();
-    account = Account();
-    account.setID(newAccount ? 0 : accountId_);
-    if (!newAccount && !account.GetById()) return false;
-    readTextFields(account, accountFields_);
-    account.setRCDate(recordvalue::now());
-    if (account.ID() == 0) {
-        account.setCreateDate(recordvalue::today());
-        if (!account.Add()) return false;
-    } else if (!account.Update()) {
-        return false;
-    }
-    return contact.AddRelative(kind::Account, account.ID());
-}
-
 bool FormConDetail::saveFields(int* id, QString* error) {
-    if (txtName_->text().trimmed().isEmpty()) {
-        info(QStringLiteral("请填写姓名。"));
-        txtName_->setFocus();
-        return false;
-    }
+    if (!requireName(txtName_, QStringLiteral("姓名"))) return false;
     bool store = false, newAccount = false;
     if (!askAboutAccount(&store, &newAccount)) return false;
     const auto read = [&](Contact& contact) {
@@ -273,7 +228,8 @@ bool FormConDetail::saveFields(int* id, QString* error) {
         stampDates(contact, *id == 0);
     };
     const auto account = [&](Contact& contact, QString* accountError) {
-        if (!store || storeAccount(contact, newAccount)) return true;
+        const auto fill = [this](Account& account) { readTextFields(account, accountFields_); };
+        if (!store || storeContactAccount(contact, accountId_, newAccount, fill)) return true;
         *accountError = contact.Account().ErrMsg();
         return false;
     };

@@ -35,7 +35,6 @@ private:
     // The questions about the account before a save: false when the user
     // stops the save; `storeAccount` false when only the contact is saved.
     bool askAboutAccount(bool* storeAccount, bool* newAccount);
-    bool storeAccount(Contact& contact, bool newAccount);
 
     std::vector<TextField> contactFields_;
     std::vector<TextField> accountFields_;

@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include "browse/listkind.h"
+#include "browse/listrows.h"
 #include "browse/liststore.h"
 #include "browse/unsaved.h"
 #include "custom/appsettings.h"
@@ -26,7 +27,6 @@
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
 #include "views/details/detaillayout.h"
-#include "views/lists/formlist.h"
 #include "views/options/formoption.h"
 #include "views/options/optionwidgets.h"
 
@@ -119,8 +119,8 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     layout->addWidget(splitter_, 1);
 }
 
-lists::FormList* FormDetail::list() const {
-    return list_ ? list_() : nullptr;
+lists::ListRows* FormDetail::rows() const {
+    return rows_ ? rows_() : nullptr;
 }
 
 qint16 FormDetail::listPage() const {
@@ -180,13 +180,13 @@ void FormDetail::updateHeader() {
 }
 
 QString FormDetail::positionText() const {
-    lists::FormList* l = list();
+    lists::ListRows* r = rows();
     int position = 1, count = 1;
-    if (l && recordId_ == 0) {
-        position = count = l->rowCount() + 1;
-    } else if (l && l->currentId() == recordId_) {
-        position = l->currentRow() + 1;
-        count = l->rowCount();
+    if (r && recordId_ == 0) {
+        position = count = r->count() + 1;
+    } else if (r && r->currentKey() == recordId_) {
+        position = r->current() + 1;
+        count = r->count();
     }
     return QStringLiteral("No. %1/%2").arg(position).arg(count);
 }
@@ -274,6 +274,31 @@ QCheckBox* FormDetail::addPrivateBox(QFormLayout* form) {
     box->setText(QStringLiteral("私人(&P)"));
     form->addRow(QString(), box);
     return box;
+}
+
+QWidget* FormDetail::finishBasicSection(QFormLayout* form, const char* tagColumn,
+                                        QCheckBox** privateBox) {
+    auto* tags = tagEditor();
+    addRow(form, field("txt_tag"), tagColumn, QStringLiteral("标签"), tags);
+    *privateBox = addPrivateBox(form);
+    return sectionBox(fields_, "fra_basic", QStringLiteral("基本信息"), form);
+}
+
+void FormDetail::addWebRow(QFormLayout* form, const char* name, const char* button,
+                           const QString& buttonName, const char* column, const QString& caption) {
+    auto* web = make<QLineEdit>(name);
+    auto* visit = iconButton(button, QStringLiteral("访问"), buttonName);
+    connect(visit, &QPushButton::clicked, this, [this, web] { openWebPage(web->text()); });
+    addRow(form, web, column, caption, lineOf(fields_, {web, visit}));
+}
+
+void FormDetail::addMapRow(QFormLayout* form, const char* name, const char* button,
+                           const QString& buttonName, const char* column, const QString& caption) {
+    auto* address = make<QLineEdit>(name);
+    auto* map = iconButton(button, QStringLiteral("地图"), buttonName);
+    connect(map, &QPushButton::clicked, this,
+            [this, address] { webSearch("se_map", address->text()); });
+    addRow(form, address, column, caption, lineOf(fields_, {address, map}));
 }
 
 QLabel* FormDetail::captionFor(QWidget* field, const char* column, const QString& fallback) {
@@ -434,6 +459,13 @@ bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
     return false;
 }
 
+bool FormDetail::requireName(QLineEdit* box, const QString& what) {
+    if (!box->text().trimmed().isEmpty()) return true;
+    info(QStringLiteral("请填写") + what + QStringLiteral("。"));
+    box->setFocus();
+    return false;
+}
+
 bool FormDetail::mayLeave() {
     return !modified_ || dialogs_->ask(messageTitle(), unsavedQuestion());
 }
@@ -445,7 +477,7 @@ bool FormDetail::save() {
         if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
         return false;
     }
-    if (lists::FormList* l = list()) l->recordSaved(id);
+    if (lists::ListRows* r = rows()) r->reread(id);
     if (recordId_ == 0 && historyUpdate_) historyUpdate_(recordCondition(kind_.fieldType, id), id);
     showRecord(id);
     return true;
@@ -454,41 +486,42 @@ bool FormDetail::save() {
 void FormDetail::deleteRecord() {
     if (!dialogs_->ask(messageTitle(), QStringLiteral("您确定要删除这个记录吗？"))) return;
     if (recordId_ == 0) return showRecord(0);
-    lists::FormList* l = list();
+    lists::ListRows* r = rows();
     QString error;
     bool ok = false;
-    if (l) {
-        ok = l->deleteRecord(recordId_, &error);
+    if (r) {
+        ok = r->remove(recordId_);
+        error = r->ErrMsg();
     } else {
         lists::ListStore store(kind_);
         ok = store.deleteRecords({recordId_});
         error = store.ErrMsg();
     }
     if (!ok) return info(QStringLiteral("记录没有删除，原因可能是") + error);
-    showRecord(l ? int(l->currentId()) : 0);
+    showRecord(r ? int(r->currentKey()) : 0);
 }
 
-void FormDetail::moveTo(int row) {
-    lists::FormList* l = list();
-    if (!l || l->rowCount() == 0 || !mayLeave()) return;
-    l->setCurrentRow(std::clamp(row, 0, l->rowCount() - 1));
-    showRecord(int(l->currentId()));
+void FormDetail::step(bool (lists::ListRows::*move)()) {
+    lists::ListRows* r = rows();
+    if (!r || r->count() == 0 || !mayLeave()) return;
+    (r->*move)();
+    showRecord(int(r->currentKey()));
 }
 
 void FormDetail::moveFirst() {
-    moveTo(0);
+    step(&lists::ListRows::moveFirst);
 }
 
 void FormDetail::movePrevious() {
-    if (lists::FormList* l = list()) moveTo(l->currentRow() - 1);
+    step(&lists::ListRows::movePrevious);
 }
 
 void FormDetail::moveNext() {
-    if (lists::FormList* l = list()) moveTo(l->currentRow() + 1);
+    step(&lists::ListRows::moveNext);
 }
 
 void FormDetail::moveLast() {
-    if (lists::FormList* l = list()) moveTo(l->rowCount() - 1);
+    step(&lists::ListRows::moveLast);
 }
 
 }  // namespace tarvel

@@ -24,7 +24,7 @@ namespace tarvel {
 class NameSearch;
 
 namespace lists {
-class FormList;
+class ListRows;
 struct ListKind;
 }  // namespace lists
 
@@ -38,8 +38,9 @@ class FormDetail : public PageWidget {
 public:
     void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
-    // The list page of the kind; the function returns null while none is open.
-    void setList(std::function<lists::FormList*()> list) { list_ = std::move(list); }
+    // The rows of the kind's list page, which the page steps through and
+    // deletes from; the function returns null while no list page is open.
+    void setRows(std::function<lists::ListRows*()> rows) { rows_ = std::move(rows); }
     // Writes the shown record into the current history entry (a new record
     // once saved), so that going back returns to it.
     void setHistoryUpdate(std::function<void(const QString& condition, int id)> update) {
@@ -115,6 +116,15 @@ protected:
                             bool showChosen);
     // chk_private on its own form row.
     QCheckBox* addPrivateBox(QFormLayout* form);
+    // The end of a basic section: the tags on the row of `tagColumn`, then
+    // chk_private (returned in *privateBox); returns the section "基本信息".
+    QWidget* finishBasicSection(QFormLayout* form, const char* tagColumn, QCheckBox** privateBox);
+    // A web address box with a button that opens the page.
+    void addWebRow(QFormLayout* form, const char* name, const char* button,
+                   const QString& buttonName, const char* column, const QString& caption);
+    // An address box with a button that looks the address up on the map.
+    void addMapRow(QFormLayout* form, const char* name, const char* button,
+                   const QString& buttonName, const char* column, const QString& caption);
     // A label for `field` captioned by the list field of `column` (or
     // `fallback`) and "：", kept up to date with the stored captions.
     QLabel* captionFor(QWidget* field, const char* column, const QString& fallback);
@@ -151,6 +161,8 @@ protected:
     void webSearch(const char* key, const QString& text);
     // An amount box holds a number (or nothing); else the user is told.
     bool checkAmount(QLineEdit* box, const QString& caption);
+    // A record needs its name; without one the user is told "请填写<what>。".
+    bool requireName(QLineEdit* box, const QString& what);
     void info(const QString& text);
     // The unsaved-changes question; true when the page may move on.
     bool mayLeave();
@@ -160,19 +172,20 @@ protected:
     bool loading() const { return loading_; }
     QString objectCode() const;
     const lists::ListKind& kind() const { return kind_; }
-    lists::FormList* list() const;
+    lists::ListRows* rows() const;
 
     std::shared_ptr<Dialogs> dialogs_;
 
 private:
-    void moveTo(int row);
+    // A step through the list's rows, after the unsaved question.
+    void step(bool (lists::ListRows::*move)());
     void updateHeader();
     void applyCaptions();
 
     const lists::ListKind& kind_;
     QString moduleCaption_;  // the module's caption in the interface layout
     std::shared_ptr<ShellOpener> opener_;
-    std::function<lists::FormList*()> list_;
+    std::function<lists::ListRows*()> rows_;
     std::function<void(const QString&, int)> historyUpdate_;
     int recordId_ = 0;
     bool modified_ = false;

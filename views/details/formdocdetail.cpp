@@ -85,11 +85,7 @@ QString FormDocDetail::recordName() const {
 
 bool FormDocDetail::showFields(int id, QString* error) {
     document doc;
-    doc.setID(id);
-    if (id != 0 && !doc.GetById()) {
-        *error = doc.ErrMsg();
-        return false;
-    }
+    if (!readRecord(doc, id, error)) return false;
     showTextFields(doc, fields_);
     lblCreated_->setText(id == 0 ? QStringLiteral("（保存时记下）")
                          : doc.CreatDate().isValid()
@@ -99,11 +95,7 @@ bool FormDocDetail::showFields(int id, QString* error) {
 }
 
 bool FormDocDetail::saveFields(int* id, QString* error) {
-    if (txtName_->text().trimmed().isEmpty()) {
-        info(QStringLiteral("请填写文档名称。"));
-        txtName_->setFocus();
-        return false;
-    }
+    if (!requireName(txtName_, QStringLiteral("文档名称"))) return false;
     return storeRecord<document>(id, error, [&](document& doc) {
         readTextFields(doc, fields_);
         if (*id == 0) doc.setCreatDate(recordvalue::today());

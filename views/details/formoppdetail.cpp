@@ -51,10 +51,7 @@ QWidget* FormOppDetail::basicGroup() {
                    {"cbo_importance", "img_importance", "importance", "opp_important", "重要性"},
                    {"cbo_industry", "img_industry", "industry", "opp_industry", "行业"},
                    {"cbo_region", "Img_region", "region", "opp_province", "地区"}});
-    auto* tags = tagEditor();
-    addRow(form, field("txt_tag"), "opp_tag", QStringLiteral("标签"), tags);
-    chkPrivate_ = addPrivateBox(form);
-    return sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form);
+    return finishBasicSection(form, "opp_tag", &chkPrivate_);
 }
 
 QWidget* FormOppDetail::saleGroup() {
@@ -83,11 +80,7 @@ bool FormOppDetail::showFields(int id, QString* error) {
     search_->clear();
     FillOptionCombo(cboProbability_, objectCode(), QStringLiteral("Probability"));
     Opportunity opportunity;
-    opportunity.setID(id);
-    if (id != 0 && !opportunity.GetById()) {
-        *error = opportunity.ErrMsg();
-        return false;
-    }
+    if (!readRecord(opportunity, id, error)) return false;
     showTextFields(opportunity, fields_);
     showTags(opportunity.Tag());
     const QDate die = opportunity.DieDate().date();
@@ -100,11 +93,7 @@ bool FormOppDetail::showFields(int id, QString* error) {
 }
 
 bool FormOppDetail::saveFields(int* id, QString* error) {
-    if (txtOpportunity_->text().trimmed().isEmpty()) {
-        info(QStringLiteral("请填写项目名称。"));
-        txtOpportunity_->setFocus();
-        return false;
-    }
+    if (!requireName(txtOpportunity_, QStringLiteral("项目名称"))) return false;
     if (!checkAmount(txtESale_, QStringLiteral("预计金额")) ||
         !checkAmount(txtSale_, QStringLiteral("成交金额")))
         return false;

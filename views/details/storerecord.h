@@ -8,6 +8,16 @@
 
 namespace tarvel {
 
+// Reads record `id` into `record` (0: an empty new one); false with the
+// record's error text.
+template <typename Record>
+bool readRecord(Record& record, int id, QString* error) {
+    record.setID(id);
+    if (id == 0 || record.GetById()) return true;
+    *error = record.ErrMsg();
+    return false;
+}
+
 // How a detail page stores its record. Record *id is read first, so that
 // whatever the page does not show is written back as stored; `read` puts the
 // page's fields into it; then Add (a new record, *id 0) or Update and `also`
@@ -16,11 +26,7 @@ namespace tarvel {
 template <typename Record, typename Read, typename Also>
 bool storeRecord(int* id, QString* error, Read read, Also also) {
     Record record;
-    record.setID(*id);
-    if (*id != 0 && !record.GetById()) {
-        *error = record.ErrMsg();
-        return false;
-    }
+    if (!readRecord(record, *id, error)) return false;
     read(record);
     QString alsoError;
     Transaction transaction;

@@ -64,6 +64,7 @@ FormList::FormList(const ListKind& kind, QWidget* parent)
     : PageWidget(parent),
       kind_(kind),
       store_(kind),
+      rows_(kind),
       dialogs_(std::make_shared<MessageBoxDialogs>(this)),
       files_(std::make_shared<QtFileDialogs>(this)) {
     setObjectName(kind_.formName);
@@ -100,9 +101,8 @@ FormList::FormList(const ListKind& kind, QWidget* parent)
     auto* right = new QWidget(splitter);
     auto* rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
-    rows_ = new RecordsetModel(this);
     ticks_ = new TickModel(this);
-    ticks_->setSourceModel(rows_);
+    ticks_->setSourceModel(rows_.model());
     ticks_->setWriter([this](qint64 id, bool ticked) {
         if (store_.setTick(id, ticked)) return true;
         info(store_.ErrMsg());
@@ -127,6 +127,7 @@ FormList::FormList(const ListKind& kind, QWidget* parent)
                 pendingWidths_.insert(fieldAt(column), width);
                 widthTimer_->start();
             });
+    followCurrent();
     connect(grid_, &QTableView::doubleClicked, this,
             [this](const QModelIndex& index) { openRecord(index.row()); });
     rightLayout->addWidget(grid_, 1);
@@ -279,8 +280,7 @@ void FormList::fill(const PageRequest& request) {
 }
 
 void FormList::refresh() {
-    showCondition(condition_);
-    recount();
+    rows_.reread();
 }
 
 void FormList::rebuildLayout() {
@@ -288,86 +288,46 @@ void FormList::rebuildLayout() {
 }
 
 bool FormList::showCondition(const QString& condition) {
-    const QString text = searchTextOf(kind_, condition);
-    const bool search = !text.isEmpty() && searchCondition(kind_.number, text) == condition;
-    if (!readRows(search ? QString() : condition)) return false;
-    // Should the search columns be unreadable, the engine answers the search.
-    if (search && !filterRows(text) && !readRows(condition)) return false;
-    condition_ = condition;
+    if (!rows_.show(condition)) return false;
     showConditionText();
-    selectAll_->setChecked(false);
-    // A row is always at hand, so the detail and related buttons and the
-    // keyboard have something to act on.
-    if (!grid_->currentIndex().isValid() && ticks_->rowCount() > 0) setCurrentRow(0);
     return true;
 }
 
-bool FormList::readRows(const QString& condition) {
-    adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
-    if (!adodc_.Refresh()) {
-        info(QStringLiteral("列表没有打开，原因可能是") + adodc_.ErrorDescription());
-        return false;
-    }
-    // Rows read again may differ from those the search columns were read with.
-    searchIndex_.clear();
-    filterText_.clear();
-    allRowsRead_ = condition.isEmpty();
-    rows_->setRecordset(adodc_.Recordset);
-    applyColumns();
-    // Searching is made ready once the grid has painted, before the first key.
-    if (allRowsRead_) QTimer::singleShot(0, this, &FormList::prepareSearch);
-    return true;
-}
-
-bool FormList::filterRows(const QString& text) {
-    if (!allRowsRead_) return false;
-    if (text.isEmpty()) {
-        rows_->clearRowMap();
-        filterText_.clear();
-        return true;
-    }
-    if (!prepareSearch()) return false;
-    // A longer text selects a subset of what its beginning selected.
-    std::vector<int> rows;
-    if (!filterText_.isEmpty() && text.startsWith(filterText_) && rows_->hasRowMap()) {
-        std::vector<int> shown(size_t(rows_->rowCount()));
-        for (int r = 0; r < int(shown.size()); ++r) shown[size_t(r)] = rows_->recordsetRow(r);
-        rows = searchIndex_.select(text, &shown);
-    } else {
-        rows = searchIndex_.select(text, nullptr);
-    }
-    rows_->setRowMap(std::move(rows));
-    filterText_ = text;
-    return true;
-}
-
-bool FormList::prepareSearch() {
-    if (!allRowsRead_) return false;
-    if (searchIndex_.isBuilt()) return true;
-    const RecordsetPtr grid = rows_->recordset();
-    const RecordsetPtr columns = store_.searchColumns();
-    if (columns && grid && searchIndex_.build(*columns, *grid, grid->fieldIndex(kind_.key)))
-        return true;
-    // Rows that cannot be told apart by their key (a contact under two
-    // accounts): the engine answers each search until the rows are read again.
-    allRowsRead_ = false;
-    return false;
+void FormList::followCurrent() {
+    connect(&rows_, &ListRows::rowsRead, this, &FormList::applyColumns);
+    connect(&rows_, &ListRows::recordsChanged, this, [this] {
+        showConditionText();
+        recount();
+    });
+    connect(&rows_, &ListRows::readFailed, this, [this](const QString& error) {
+        info(QStringLiteral("列表没有打开，原因可能是") + error);
+    });
+    connect(&rows_, &ListRows::currentChanged, this, [this](int row) {
+        if (grid_->currentIndex().row() != row)
+            grid_->setCurrentIndex(row < 0 ? QModelIndex() : ticks_->index(row, 0));
+    });
+    connect(grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) {
+                rows_.setCurrent(current.isValid() ? current.row() : -1);
+            });
 }
 
 void FormList::showConditionText() {
-    words_->setText(describeCondition(condition_, &kind_, [this](const QString& column) {
+    words_->setText(describeCondition(rows_.condition(), &kind_, [this](const QString& column) {
         const FSettings* fields = programFieldSettings(kind_.fieldType);
         return fields ? fields->FindCaption(column) : column;
     }));
     count_->setText(QStringLiteral("共 %1 条").arg(ticks_->rowCount()));
+    selectAll_->setChecked(false);
 }
 
 void FormList::changeCondition(const QString& condition) {
-    if (showCondition(condition) && historyUpdate_) historyUpdate_(condition_);
+    if (showCondition(condition) && historyUpdate_) historyUpdate_(rows_.condition());
 }
 
 QString FormList::fieldAt(int column) const {
-    QString name = rows_->recordset() ? rows_->recordset()->fieldName(column) : QString();
+    const RecordsetPtr rs = rows_.model()->recordset();
+    QString name = rs ? rs->fieldName(column) : QString();
     // The engine may name a joined column "table.column".
     return name.mid(name.lastIndexOf(QLatin1Char('.')) + 1);
 }
@@ -378,7 +338,7 @@ void FormList::applyColumns() {
     QHeaderView* header = grid_->horizontalHeader();
     for (int c = 0; c < ticks_->columnCount(); ++c) {
         if (c == 0) {
-            rows_->setCaption(0, QStringLiteral("选"));
+            rows_.model()->setCaption(0, QStringLiteral("选"));
             grid_->setColumnHidden(0, false);
             header->resizeSection(0, 32);
             continue;
@@ -391,7 +351,7 @@ void FormList::applyColumns() {
         if (name == kind_.key) ticks_->setKeyColumn(c);
         grid_->setColumnHidden(c, !field || !field->Visible());
         if (!field) continue;
-        rows_->setCaption(c, field->Description());
+        rows_.model()->setCaption(c, field->Description());
         if (field->FieldWidth() > 0) header->resizeSection(c, field->FieldWidth());
     }
     applyingColumns_ = false;
@@ -424,13 +384,11 @@ void FormList::searchNow() {
     searchTimer_->stop();
     const QString text = search_->text();
     const QString condition = searchCondition(kind_.number, text);
-    if (condition == splitCondition(condition_).where) return;
+    if (condition == splitCondition(rows_.condition()).where) return;
     // Every record's rows are at hand: the search narrows them in memory.
-    if (allRowsRead_ && filterRows(text)) {
-        condition_ = condition;
+    if (rows_.showSearch(text, condition)) {
         showConditionText();
-        selectAll_->setChecked(false);
-        if (historyUpdate_) historyUpdate_(condition_);
+        if (historyUpdate_) historyUpdate_(condition);
         return;
     }
     changeCondition(condition);
@@ -444,18 +402,13 @@ void FormList::sortBy(int column) {
         return;
     }
     if (keepUnsavedEdits()) return;
-    const SplitCondition split = splitCondition(condition_);
-    const QString ascending = QStringLiteral(" ORDER BY ") + name + QStringLiteral(" ASC");
-    const QString order = split.order == ascending
-                              ? QStringLiteral(" ORDER BY ") + name + QStringLiteral(" DESC")
-                              : ascending;
-    changeCondition(split.where + order);
+    changeCondition(sortedCondition(rows_.condition(), name));
 }
 
 void FormList::tickAll(int mode) {
-    if (!store_.setChecks(mode, condition_)) info(store_.ErrMsg());
+    if (!store_.setChecks(mode, rows_.condition())) info(store_.ErrMsg());
     const bool on = mode == 0;
-    showCondition(condition_);
+    showCondition(rows_.condition());
     selectAll_->setChecked(on);
 }
 
@@ -463,39 +416,6 @@ void FormList::openRecord(int row) {
     if (row < 0 || !pageSwitch_ || keepUnsavedEdits()) return;
     const qint64 id = ticks_->idAt(row);
     pageSwitch_(kind_.detailPage, recordCondition(kind_.fieldType, id), qint32(id));
-}
-
-int FormList::rowCount() const {
-    return ticks_->rowCount();
-}
-
-int FormList::currentRow() const {
-    return grid_->currentIndex().row();
-}
-
-qint64 FormList::currentId() const {
-    const int row = currentRow();
-    return row < 0 ? 0 : ticks_->idAt(row);
-}
-
-void FormList::setCurrentRow(int row) {
-    if (row < 0 || row >= rowCount()) return;
-    grid_->setCurrentIndex(ticks_->index(row, 0));
-}
-
-bool FormList::deleteRecord(qint64 id, QString* error) {
-    const int row = currentRow();
-    const bool ok = store_.deleteRecords({id});
-    if (!ok) *error = store_.ErrMsg();
-    refresh();
-    setCurrentRow(std::min(std::max(row, 0), rowCount() - 1));
-    return ok;
-}
-
-void FormList::recordSaved(qint64 id) {
-    refresh();
-    for (int row = 0; row < rowCount(); ++row)
-        if (ticks_->idAt(row) == id) return setCurrentRow(row);
 }
 
 void FormList::runOperation(const QString& caption) {

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "browse/listkind.h"
+#include "browse/listrows.h"
 #include "browse/liststore.h"
-#include "browse/searchindex.h"
 #include "exchange/tableexport.h"
 #include "store/datacontrol.h"
 #include "views/common/dialogs.h"
@@ -67,8 +67,8 @@ public:
     void rebuildLayout() override;
 
     const ListKind& kind() const { return kind_; }
-    QString condition() const { return condition_; }
-    DataControl& Adodc1() { return adodc_; }
+    QString condition() const { return rows_.condition(); }
+    DataControl& Adodc1() { return rows_.dataControl(); }
     TickModel* gridModel() const { return ticks_; }
     CategoryPanel* panel() const { return panel_; }
 
@@ -77,17 +77,13 @@ public:
     // The search box's condition at once, without waiting for the pause.
     void searchNow();
 
-    // What the detail page of this kind follows: the rows shown and the
-    // current one (-1 and 0 when there is none).
-    int rowCount() const;
-    int currentRow() const;
-    qint64 currentId() const;
-    void setCurrentRow(int row);
-    // Delete then DeleteRelation of one record in one transaction, then the
-    // rows read again with the cursor on the row that took its place.
-    bool deleteRecord(qint64 id, QString* error);
-    // A record was saved: the rows read again and the cursor put on it.
-    void recordSaved(qint64 id);
+    // The rows shown and the current one, which the detail page of this kind
+    // follows and moves (-1 and 0 when there is none).
+    ListRows& rows() { return rows_; }
+    int rowCount() const { return rows_.count(); }
+    int currentRow() const { return rows_.current(); }
+    qint64 currentId() const { return rows_.currentKey(); }
+    void setCurrentRow(int row) { rows_.setCurrent(row); }
     // What lbl_xxxrelated does with the current record (its related panel);
     // unset, it opens the record like lbl_xxxdetail.
     void setRelatedOpener(std::function<void(int id)> opener) {
@@ -103,15 +99,10 @@ private:
     // Shows the rows of `condition` in the grid; the condition stays as it was
     // when the query fails. A search is answered from every record's rows.
     bool showCondition(const QString& condition);
-    // Runs the query of `condition` into the grid.
-    bool readRows(const QString& condition);
-    // Narrows the grid to the rows of every record that the search for `text`
-    // selects; false when the search columns could not be read.
-    bool filterRows(const QString& text);
-    // Reads the search columns of every record unless held; false when the
-    // grid does not hold every record or they could not be read.
-    bool prepareSearch();
+    // The condition in words, the count, and no "select all" tick.
     void showConditionText();
+    // The grid's current row follows the rows' current one and back.
+    void followCurrent();
     // A new condition chosen on this screen: shown and written into the history.
     void changeCondition(const QString& condition);
     void applyColumns();
@@ -141,13 +132,7 @@ private:
 
     const ListKind& kind_;
     ListStore store_;
-    DataControl adodc_;
-    QString condition_;
-    // The grid holds every record (condition "") and can be searched in memory.
-    bool allRowsRead_ = false;
-    SearchIndex searchIndex_;
-    QString filterText_;  // the search shown from memory; empty for all rows
-    RecordsetModel* rows_;
+    ListRows rows_;
     TickModel* ticks_;
     CategoryPanel* panel_;
     QTableView* grid_;

@@ -7,7 +7,6 @@
 #include <QVBoxLayout>
 
 #include "browse/savefailure.h"
-#include "store/tarveldatabase.h"
 #include "views/common/page.h"
 #include "views/options/optionwidgets.h"
 
@@ -92,15 +91,10 @@ void FormOption::load() {
     lblOption_->setText(fieldWord_);
     setWindowTitle(recordWord_ + QStringLiteral("的") + fieldWord_ + QStringLiteral(" - 选项设置"));
 
-    adodc1_.RecordSource =
-        QStringLiteral(
-            "SELECT  opt_id,opt_description,opt_object, opt_name FROM options WHERE opt_object = "
-            "'") +
-        tarveldatabase::SafeSql(object_) + QStringLiteral("'  AND opt_name = '") +
-        tarveldatabase::SafeSql(name_) + QStringLiteral("'") +
-        QStringLiteral(" ORDER BY opt_description");
-    adodc1_.Refresh();
-    model_->setRecordset(adodc1_.Recordset);
+    if (!entries_.open(object_, name_))
+        dialogs_->info(messageTitle(),
+                       QStringLiteral("选项没有读出，原因可能是") + entries_.ErrMsg());
+    model_->setRecordset(entries_.recordset());
     model_->setCaption(1, QStringLiteral("选项描述"));
     for (int column : {0, 2, 3}) grid_->setColumnHidden(column, true);
     editState_ = Showing;
@@ -110,14 +104,13 @@ void FormOption::load() {
 
 void FormOption::showCurrent(bool dataControlMoved) {
     editState_ = Showing;
-    const RecordsetPtr& rs = adodc1_.Recordset;
-    if (!rs || rs->Eof() || rs->Bof()) {
+    if (!entries_.hasCurrent()) {
         // Nothing left to show or change until a new entry is started.
         txtOption_->clear();
         txtOption_->setEnabled(false);
         return;
     }
-    const QVariant v = rs->value(QStringLiteral("opt_description"));
+    const QVariant v = entries_.currentText();
     txtOption_->setEnabled(true);
     txtOption_->setText(v.isNull() ? (dataControlMoved ? QStringLiteral(" ") : QString())
                                    : v.toString());
@@ -144,21 +137,10 @@ void FormOption::cmdAddClick() {
 void FormOption::cmdSaveClick() {
     const QString text = txtOption_->text();
     if (text.trimmed().isEmpty()) return;
-    const RecordsetPtr& rs = adodc1_.Recordset;
-    if (!rs || rs->State() != adStateOpen) return;
-    if (editState_ == Adding) {
-        if (!rs->AddNew()) return refuseWrite();
-    } else if (rs->Eof() || rs->Bof()) {
-        return;
-    }
-    rs->Fields(QStringLiteral("opt_description")) = text;
-    rs->Fields(QStringLiteral("opt_object")) = object_;
-    rs->Fields(QStringLiteral("opt_name")) = name_;
-    if (!rs->Update()) {
-        // The typed text stays in the box, and a new entry stays new, for another try.
-        rs->CancelUpdate();
-        return refuseWrite();
-    }
+    const bool adding = editState_ == Adding;
+    if (!entries_.isOpen() || (!adding && !entries_.hasCurrent())) return;
+    // Refused, the typed text stays in the box, and a new entry stays new, for another try.
+    if (!entries_.store(text, adding)) return refuseWrite();
     editState_ = Showing;
     syncGrid();
 }
@@ -168,12 +150,9 @@ void FormOption::cmdDeleteClick() {
         txtOption_->clear();
         return;
     }
-    const RecordsetPtr& rs = adodc1_.Recordset;
-    if (!rs || rs->Eof() || rs->Bof()) return;
-    if (!rs->Delete()) return refuseWrite();
+    if (!entries_.hasCurrent()) return;
     // The data control moves on to the next entry, or back to the last one.
-    rs->MoveNext();
-    if (rs->Eof() && rs->RecordCount() > 0) rs->MoveLast();
+    if (!entries_.removeCurrent()) return refuseWrite();
     syncGrid();
     showCurrent(true);
 }

@@ -8,8 +8,8 @@
 #include <QTableView>
 #include <memory>
 
+#include "browse/optionentries.h"
 #include "browse/recordsetmodel.h"
-#include "store/datacontrol.h"
 #include "views/common/dialogs.h"
 
 namespace tarvel {
@@ -42,7 +42,7 @@ public:
     void load();
 
     int editState() const { return editState_; }
-    DataControl& Adodc1() { return adodc1_; }
+    DataControl& Adodc1() { return entries_.dataControl(); }
     RecordsetModel* gridModel() const { return model_; }
 
 public slots:
@@ -70,7 +70,7 @@ private:
     QPointer<QWidget> control_;
     int editState_ = Showing;
     bool syncing_ = false;
-    DataControl adodc1_;
+    OptionEntries entries_;
     RecordsetModel* model_;
     QLabel* lblOptName_;
     QLabel* lblOption_;
