@@ -7,6 +7,7 @@
 #include "schedule/labels.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
+#include "store/likecontains.h"
 
 namespace tarvel {
 
@@ -65,13 +66,32 @@ QString labelled(const QString& word, const QString& value) {
     return (word.isEmpty() ? QStringLiteral("条件") : word) + QStringLiteral("：") + value;
 }
 
+// A search tests one typed text against one or more columns; a group's
+// column (tags) is matched as a part of its text. Empty for other conditions.
+QString likeSearchWords(const QString& where) {
+    static const QRegularExpression head = pattern(R"(^\s*WHERE\s+(\w+)\s+LIKE\s+)");
+    const QRegularExpressionMatch m = head.match(where);
+    if (!m.hasMatch()) return QString();
+    const std::optional<LikeOperand> operand =
+        readLikeContains(QStringView(where).mid(m.capturedEnd()));
+    if (!operand) return QString();
+    const QString rest = where.mid(m.capturedEnd() + operand->length).simplified();
+    if (!rest.isEmpty() && !rest.startsWith(QLatin1String("OR "), Qt::CaseInsensitive))
+        return QString();
+    const QString word = fieldWord(m.captured(1));
+    return (rest.isEmpty() && !word.isEmpty() ? word : QStringLiteral("搜索")) +
+           QStringLiteral("：") + operand->text;
+}
+
 // The WHERE part in words.
 QString describeWhere(const QString& where, const ListKind* list) {
     const QString c = where.simplified();
     if (c.isEmpty()) return list ? QStringLiteral("全部") + list->noun : QStringLiteral("全部记录");
+    // The typed text is read from the condition as written: blanks in it count.
     if (list)
-        if (const QString text = lists::searchTextOf(*list, c); !text.isEmpty())
+        if (const QString text = lists::searchTextOf(*list, where); !text.isEmpty())
             return QStringLiteral("搜索：") + text;
+    if (const QString text = likeSearchWords(where); !text.isEmpty()) return text;
     QRegularExpressionMatch m;
 
     if ((m = pattern(
@@ -123,14 +143,6 @@ QString describeWhere(const QString& where, const ListKind* list) {
         return QStringLiteral("没有所属单位的%1").arg(kindOf(QStringLiteral("con")));
     if ((m = pattern(R"(^WHERE \((\w+) ?= ?'' OR \1 IS NULL\)$)").match(c)).hasMatch())
         return labelled(fieldWord(m.captured(1)), QStringLiteral("（未填）"));
-    // A search tests one typed text against one or more columns; a group's
-    // column (tags) is matched as a part of its text.
-    if ((m = pattern(R"(^WHERE (\w+) LIKE '%(.*?)%'( OR |$))").match(c)).hasMatch()) {
-        const QString word = fieldWord(m.captured(1));
-        return (m.captured(3).trimmed().isEmpty() && !word.isEmpty() ? word
-                                                                     : QStringLiteral("搜索")) +
-               QStringLiteral("：") + typed(m.captured(2));
-    }
     if ((m = pattern(R"(^WHERE (\w+) ?= ?'(.*)'$)").match(c)).hasMatch())
         return labelled(fieldWord(m.captured(1)), typed(m.captured(2)));
     if ((m = pattern(R"(^WHERE (\w+) ?= ?(-?[0-9.]+)$)").match(c)).hasMatch() &&

@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include "store/likecontains.h"
 #include "store/tarveldatabase.h"
 
 namespace tarvel::lists {
@@ -12,8 +13,8 @@ QString safe(const QString& text) {
     return tarveldatabase::SafeSql(text);
 }
 
-QString likeTest(const QString& column, const QString& text) {
-    return column + QStringLiteral(" LIKE '%") + text + QStringLiteral("%'");
+QString likeTest(const QString& column, const QString& operand) {
+    return column + QStringLiteral(" LIKE ") + operand;
 }
 
 }  // namespace
@@ -44,7 +45,7 @@ QString listQuery(const ListKind& kind, const QString& columns, const QString& c
 
 QString searchCondition(int number, const QString& text) {
     if (text.isEmpty() || number < 0 || number > listno::Documents) return QString();
-    const QString t = safe(text);
+    const QString operand = likeContains(text);
     const ListKind& kind = listKind(number);
     QString where = QStringLiteral("WHERE   ");
     for (int i = 0; i < kind.searchColumns.size(); ++i) {
@@ -53,7 +54,7 @@ QString searchCondition(int number, const QString& text) {
             where += number == listno::Accounts && (i == 2 || i == 4 || i == 5)
                          ? QStringLiteral("  OR ")
                          : QStringLiteral(" OR ");
-        where += likeTest(kind.searchColumns[i], t);
+        where += likeTest(kind.searchColumns[i], operand);
     }
     return where;
 }
@@ -128,8 +129,8 @@ QString categoryCondition(const ListKind& kind, const CategoryGroup& group, cons
             if (value.isEmpty()) return QStringLiteral(" WHERE acc_name IS NULL");
             return QStringLiteral(" WHERE acc_name='") + v + QLatin1Char('\'');
         case Match::Substring:
-            return QStringLiteral(" WHERE ") + group.column + QStringLiteral(" Like  '%") + v +
-                   QStringLiteral("%' ");
+            return QStringLiteral(" WHERE ") + group.column + QStringLiteral(" Like  ") +
+                   likeContains(value) + QLatin1Char(' ');
         case Match::Number: {
             bool numeric = false;
             value.toDouble(&numeric);
@@ -165,13 +166,17 @@ RelatedList relatedCondition(const ListKind& kind) {
 }
 
 QString searchTextOf(const ListKind& kind, const QString& condition) {
-    static const QRegularExpression search(
-        QStringLiteral("^\\s*WHERE\\s+(\\w+) LIKE '%(.*?)%'( OR|$)"));
-    const QRegularExpressionMatch m = search.match(splitCondition(condition).where);
+    static const QRegularExpression head(QStringLiteral("^\\s*WHERE\\s+(\\w+) LIKE "));
+    const QString where = splitCondition(condition).where;
+    const QRegularExpressionMatch m = head.match(where);
     if (!m.hasMatch() || kind.searchColumns.isEmpty() ||
         m.captured(1) != kind.searchColumns.first())
         return QString();
-    return m.captured(2).replace(QStringLiteral("''"), QStringLiteral("'"));
+    const std::optional<LikeOperand> operand =
+        readLikeContains(QStringView(where).mid(m.capturedEnd()));
+    if (!operand) return QString();
+    const QStringView rest = QStringView(where).mid(m.capturedEnd() + operand->length);
+    return rest.isEmpty() || rest.startsWith(QLatin1String(" OR")) ? operand->text : QString();
 }
 
 }  // namespace tarvel::lists

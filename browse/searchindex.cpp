@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "browse/likematch.h"
+#include "store/likecontains.h"
 
 namespace tarvel::lists {
 
@@ -103,7 +104,8 @@ std::vector<int> SearchIndex::select(const QString& text, const std::vector<int>
     // Text without wildcards: one pass of the byte search over every cell.
     if (!text.contains(QLatin1Char('%')) && !text.contains(QLatin1Char('_')))
         return selectPlain(likeFolded(text));
-    const LikePattern pattern(QLatin1Char('%') + text + QLatin1Char('%'));
+    // Otherwise the very pattern the search condition gives the engine.
+    const LikePattern pattern(likeContainsPattern(text), QChar(kLikeEscape));
     std::vector<int> rows;
     if (among) {
         for (int row : *among)

@@ -10,7 +10,7 @@ namespace tarvel::lists {
 
 // The search columns of the rows a list has read, held so that a search can
 // select rows without asking the engine again: a row is selected when any of
-// its columns is LIKE '%text%', exactly as the search condition selects it.
+// its columns contains the text, exactly as the search condition selects it.
 class SearchIndex {
 public:
     // `search` holds the key then the search columns of the same records as

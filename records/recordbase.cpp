@@ -3,6 +3,7 @@
 #include "store/clock.h"
 #include "store/connectionstring.h"
 #include "store/jetdate.h"
+#include "store/likecontains.h"
 #include "store/tarveldatabase.h"
 #include "store/trace.h"
 
@@ -305,28 +306,12 @@ bool RecordBase::tagCounts(const char* object, const QString& countPrefix) {
     const int rows = tags->RecordCount();
     QVariantList desc(rows + 1);
     QVariantList value(rows + 1);
-    // The tag column ("con_tag") is the one the prefix compares.
-    const QString column = countPrefix.section(QLatin1Char(' '), -3, -3);
     for (int i = 0; !tags->Eof(); ++i, tags->MoveNext()) {
         const QString tag = recordvalue::text(tags->value(0));
         desc[i] = tag.trimmed();
-        const QString where = tarveldatabase::SafeSql(tag) + QStringLiteral("%' ");
-        if (!tag.contains(QLatin1Char('%')) && !tag.contains(QLatin1Char('_'))) {
-            RecordsetPtr count = read(countPrefix + where);
-            if (!count) return false;
-            value[i] = recordvalue::int32(count->value(QStringLiteral("option_count")));
-            continue;
-        }
-        // LIKE takes "%" and "_" in a tag for wildcards, so such a tag only
-        // narrows the rows down; the plain substring test decides.
-        const qsizetype from = countPrefix.indexOf(QStringLiteral(" FROM "));
-        RecordsetPtr tagged =
-            read(QStringLiteral("SELECT ") + column + countPrefix.mid(from) + where);
-        if (!tagged) return false;
-        int n = 0;
-        for (; !tagged->Eof(); tagged->MoveNext())
-            n += recordvalue::text(tagged->value(0)).contains(tag, Qt::CaseInsensitive) ? 1 : 0;
-        value[i] = n;
+        RecordsetPtr count = read(countPrefix + likeContains(tag) + QLatin1Char(' '));
+        if (!count) return false;
+        value[i] = recordvalue::int32(count->value(QStringLiteral("option_count")));
     }
     arrDesc_ = desc;
     arrValue_ = value;

@@ -195,7 +195,8 @@ protected:
 
     // Grouped counts: one row per category, label column and option_count.
     bool groupedCounts(const QString& sql, const char* labelColumn);
-    // One count per defined tag of `object` ("con", "acc", "opp"), by substring.
+    // One count per defined tag of `object` ("con", "acc", "opp"), by substring;
+    // `countPrefix` ends with "LIKE ".
     bool tagCounts(const char* object, const QString& countPrefix);
     // The two fixed categories "有" and "无" of taking part in an opportunity:
     // the records of `table` (column prefix `prefix`) with and without a link

@@ -295,7 +295,7 @@ protected:
         return report(operation,
                       tagCounts(prefix.toLatin1().constData(),
                                 QStringLiteral("SELECT count(%1.%2) AS option_count FROM %1 WHERE  "
-                                               "%3_tag LIKE '%")
+                                               "%3_tag LIKE ")
                                     .arg(QLatin1String(d.table), QLatin1String(d.key), prefix)));
     }
     // Links to the record of the panel the form is, unless it is of this kind.

@@ -15,8 +15,8 @@ struct FoundRecord {
 
 // The statements behind the name boxes of the detail pages, the related
 // panels and the add-related dialog, in the texts the program has always
-// issued. The typed text has its quotes doubled, so no text can break the
-// statement.
+// issued. The typed text goes in through likeContains, so no text can break
+// the statement and each one finds the characters typed.
 namespace recordsearch {
 // form_con_detail's txt_name.
 QString contactsByName(const QString& text);

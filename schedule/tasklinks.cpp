@@ -2,6 +2,7 @@
 
 #include "records/recordbase.h"
 #include "schedule/task.h"
+#include "store/likecontains.h"
 #include "store/tarveldatabase.h"
 
 namespace tarvel {
@@ -74,8 +75,7 @@ std::optional<QList<LinkedRecord>> TaskLinks::search(qint16 recordKind, const QS
     const KindQuery* q = queryOf(recordKind);
     if (!q || text.trimmed().isEmpty()) return read(recordKind, QString());
     return read(recordKind, QStringLiteral(" WHERE ") + QLatin1String(q->nameColumn) +
-                                QStringLiteral(" LIKE '%") +
-                                tarveldatabase::SafeSql(text.trimmed()) + QStringLiteral("%'"));
+                                QStringLiteral(" LIKE ") + likeContains(text.trimmed()));
 }
 
 int TaskLinks::accountOfContact(int contactId) {

@@ -45,6 +45,13 @@ void ConditionTextTest::describesEachShapeOfCondition_data() {
     row("importance", " WHERE con_important='高'", "重要性：高");
     row("account", " WHERE acc_name='华为'", "客户单位：华为");
     row("tag", " WHERE con_tag Like  '%老乡%' ", "标签：老乡");
+    // Wildcards typed are shown as typed, without the escapes the engine needs.
+    row("search typed with wildcards",
+        "WHERE   opp_subject LIKE '%5\\\\0\\%\\_''%' ESCAPE '\\' OR opp_description LIKE "
+        "'%5\\\\0\\%\\_''%' ESCAPE '\\'",
+        "搜索：5\\0%_'");
+    row("tag typed with a wildcard", " WHERE con_tag Like  '%a\\_b%' ESCAPE '\\' ", "标签：a_b");
+    row("search with blanks", "WHERE con_name LIKE '%a  b%'", "搜索：a  b");
     row("no account", " WHERE acc_name IS NULL", "没有所属单位的联系人");
     row("not contacted", "WHERE con_recent_contact_date <= #2026-02-15#",
         "没有联系超过15天的联系人");

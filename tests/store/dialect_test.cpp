@@ -48,6 +48,11 @@ const Case kTranslations[] = {
     {"UPDATE que_contacts_accounts SET con_check= NOT con_check WHERE acc_name LIKE '%x%'",
      "UPDATE contacts SET con_check= ~ con_check  WHERE con_id IN (SELECT con_id FROM "
      "que_contacts_accounts WHERE acc_name LIKE '%x%')"},
+    // Searches escape their wildcards; brackets in a pattern are plain characters.
+    {"UPDATE que_contacts_accounts SET con_check=0 WHERE con_lastname LIKE '%[x]\\%%' ESCAPE "
+     "'\\'",
+     "UPDATE contacts SET con_check=0  WHERE con_id IN (SELECT con_id FROM que_contacts_accounts "
+     "WHERE con_lastname LIKE '%[x]\\%%' ESCAPE '\\')"},
     {"UPDATE que_contacts_accounts SET con_check=0",
      "UPDATE contacts SET con_check=0 WHERE con_id IN (SELECT con_id FROM que_contacts_accounts )"},
     {"SELECT 'a' & 1 + 2", "SELECT 'a' || (1 + 2)"},

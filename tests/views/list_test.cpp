@@ -188,15 +188,21 @@ void ListTest::categoryConditions() {
 // typing alone brings them after the pause.
 void ListTest::typingSearchesAfterThePause() {
     run(QStringLiteral("UPDATE contacts SET con_nickname='小''王' WHERE con_id=9"));
+    // A wildcard typed is a character looked for: "50%" is not "50" and more.
+    run(QStringLiteral("UPDATE contacts SET con_nickname='打折50%' WHERE con_id=11"));
+    run(QStringLiteral("UPDATE contacts SET con_nickname='5000' WHERE con_id=12"));
     FormList& form = open(listno::Contacts);
     auto* box = child<QLineEdit>(form, "txt_search");
-    for (const QString& probe : {QStringLiteral("小'王"), QStringLiteral("example.com")}) {
+    for (const QString& probe :
+         {QStringLiteral("小'王"), QStringLiteral("example.com"), QStringLiteral("50%")}) {
         box->clear();
         testsupport::typeText(box, probe);
         const QString condition = searchCondition(listno::Contacts, probe);
         QTRY_COMPARE(form.condition(), condition);
         QCOMPARE(shownIds(form), engineIds(form.kind(), condition));
     }
+    QCOMPARE(shownIds(form), QSet<qint64>{11});
+    QCOMPARE(history_.last(), form.condition());
     box->clear();
     form.searchNow();
     QCOMPARE(form.gridModel()->rowCount(), 300);
