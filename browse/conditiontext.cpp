@@ -7,7 +7,6 @@
 #include "schedule/labels.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
-#include "store/likecontains.h"
 
 namespace tarvel {
 
@@ -69,18 +68,14 @@ QString labelled(const QString& word, const QString& value) {
 // A search tests one typed text against one or more columns; a group's
 // column (tags) is matched as a part of its text. Empty for other conditions.
 QString likeSearchWords(const QString& where) {
-    static const QRegularExpression head = pattern(R"(^\s*WHERE\s+(\w+)\s+LIKE\s+)");
-    const QRegularExpressionMatch m = head.match(where);
-    if (!m.hasMatch()) return QString();
-    const std::optional<LikeOperand> operand =
-        readLikeContains(QStringView(where).mid(m.capturedEnd()));
-    if (!operand) return QString();
-    const QString rest = where.mid(m.capturedEnd() + operand->length).simplified();
+    const std::optional<lists::LeadingLike> like = lists::leadingLike(where);
+    if (!like) return QString();
+    const QString rest = like->rest.simplified();
     if (!rest.isEmpty() && !rest.startsWith(QLatin1String("OR "), Qt::CaseInsensitive))
         return QString();
-    const QString word = fieldWord(m.captured(1));
+    const QString word = fieldWord(like->column);
     return (rest.isEmpty() && !word.isEmpty() ? word : QStringLiteral("搜索")) +
-           QStringLiteral("：") + operand->text;
+           QStringLiteral("：") + like->text;
 }
 
 // The WHERE part in words.

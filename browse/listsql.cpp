@@ -165,18 +165,23 @@ RelatedList relatedCondition(const ListKind& kind) {
                 kind.table + QLatin1Char('.') + kind.tick + QStringLiteral(" = true)")};
 }
 
-QString searchTextOf(const ListKind& kind, const QString& condition) {
-    static const QRegularExpression head(QStringLiteral("^\\s*WHERE\\s+(\\w+) LIKE "));
-    const QString where = splitCondition(condition).where;
+std::optional<LeadingLike> leadingLike(const QString& where) {
+    static const QRegularExpression head(QStringLiteral("^\\s*WHERE\\s+(\\w+)\\s+LIKE\\s+"),
+                                         QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch m = head.match(where);
-    if (!m.hasMatch() || kind.searchColumns.isEmpty() ||
-        m.captured(1) != kind.searchColumns.first())
-        return QString();
+    if (!m.hasMatch()) return std::nullopt;
     const std::optional<LikeOperand> operand =
         readLikeContains(QStringView(where).mid(m.capturedEnd()));
-    if (!operand) return QString();
-    const QStringView rest = QStringView(where).mid(m.capturedEnd() + operand->length);
-    return rest.isEmpty() || rest.startsWith(QLatin1String(" OR")) ? operand->text : QString();
+    if (!operand) return std::nullopt;
+    return LeadingLike{m.captured(1), operand->text, where.mid(m.capturedEnd() + operand->length)};
+}
+
+QString searchTextOf(const ListKind& kind, const QString& condition) {
+    const std::optional<LeadingLike> like = leadingLike(splitCondition(condition).where);
+    if (!like || kind.searchColumns.isEmpty() || like->column != kind.searchColumns.first())
+        return QString();
+    return like->rest.isEmpty() || like->rest.startsWith(QLatin1String(" OR")) ? like->text
+                                                                               : QString();
 }
 
 }  // namespace tarvel::lists

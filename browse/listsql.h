@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QString>
+#include <optional>
 
 #include "browse/listkind.h"
 
@@ -31,6 +32,15 @@ QString searchCondition(int number, const QString& text);
 // The text a search condition of the kind looks for, as typed; empty for any
 // other condition.
 QString searchTextOf(const ListKind& kind, const QString& condition);
+
+// The first test of a WHERE clause "WHERE column LIKE '%...%' ..." read back:
+// its column, the text it looks for as typed, and what follows the test.
+struct LeadingLike {
+    QString column;
+    QString text;
+    QString rest;
+};
+std::optional<LeadingLike> leadingLike(const QString& where);
 
 // Clears every tick of a kind; empty for a number of 5 or more.
 QString clearChecksSql(int number);
