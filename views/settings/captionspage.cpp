@@ -16,11 +16,8 @@ CaptionsPage::CaptionsPage(QWidget* parent) : SettingsPage(parent) {
         edits_.insert(key, edit);
         form->addRow(defaultToolbarCaption(key) + QStringLiteral("模块的名称："), edit);
     }
-    QVBoxLayout* layout = pageLayout(
-        this, QStringLiteral("模块的名称显示在工具栏按钮、模块页面的标题和相关信息中。"));
-    layout->addSpacing(6);
-    layout->addLayout(form);
-    layout->addStretch(1);
+    formPage(this, QStringLiteral("模块的名称显示在工具栏按钮、模块页面的标题和相关信息中。"),
+             form);
 }
 
 void CaptionsPage::load() {

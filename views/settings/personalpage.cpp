@@ -18,12 +18,10 @@ PersonalPage::PersonalPage(QWidget* parent) : SettingsPage(parent) {
     account_ = row("user_account", "单位：");
     jobTitle_ = row("user_title", "职务：");
     email_ = row("user_email", "电子邮件：");
-    QVBoxLayout* layout =
-        pageLayout(this, QStringLiteral("导出Tarvel报表时需要填写这些信息，"
-                                        "对方导入报表时用它们识别报表的发送人。"));
-    layout->addSpacing(6);
-    layout->addLayout(form);
-    layout->addStretch(1);
+    formPage(this,
+             QStringLiteral("导出Tarvel报表时需要填写这些信息，"
+                            "对方导入报表时用它们识别报表的发送人。"),
+             form);
 }
 
 void PersonalPage::load() {

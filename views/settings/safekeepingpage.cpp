@@ -37,13 +37,11 @@ SafekeepingPage::SafekeepingPage(QWidget* parent) : SettingsPage(parent) {
     form->addRow(QStringLiteral("自动备份文件夹(&F)："), folder_);
     form->addRow(QStringLiteral("自动备份最多占用(&M)："), limitMb_);
     form->addRow(QStringLiteral("回收站保留删除的记录(&D)："), binDays_);
-    QVBoxLayout* layout = pageLayout(
+    formPage(
         this,
         QStringLiteral("每天第一次启动和关闭Tarvel时自动备份数据，保留最近7天、4周和12个月的备份；"
-                       "超过空间上限时先删除最旧的备份。相对的文件夹从数据文件所在的文件夹算起。"));
-    layout->addSpacing(6);
-    layout->addLayout(form);
-    layout->addStretch(1);
+                       "超过空间上限时先删除最旧的备份。相对的文件夹从数据文件所在的文件夹算起。"),
+        form);
 }
 
 void SafekeepingPage::load() {

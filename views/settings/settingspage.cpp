@@ -88,6 +88,13 @@ QVBoxLayout* pageLayout(QWidget* page, const QString& hintText) {
     return layout;
 }
 
+void formPage(QWidget* page, const QString& hintText, QFormLayout* form) {
+    QVBoxLayout* layout = pageLayout(page, hintText);
+    layout->addSpacing(6);
+    layout->addLayout(form);
+    layout->addStretch(1);
+}
+
 }  // namespace settingsui
 
 }  // namespace tarvel

@@ -59,6 +59,8 @@ QVBoxLayout* moveButtons(QPushButton* up, QPushButton* down);
 void enableMoves(QPushButton* up, QPushButton* down, int row, int count);
 // The page's margins with a hint above its content.
 QVBoxLayout* pageLayout(QWidget* page, const QString& hintText);
+// A page of label and box rows under its hint.
+void formPage(QWidget* page, const QString& hintText, QFormLayout* form);
 }  // namespace settingsui
 
 }  // namespace tarvel
