@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include "browse/conditiontext.h"
+#include "browse/listsort.h"
 #include "browse/listsql.h"
 #include "browse/memocolumn.h"
 #include "browse/recordsetmodel.h"
@@ -303,7 +304,7 @@ bool FormList::showCondition(const QString& condition) {
 }
 
 bool FormList::readRows(const QString& condition) {
-    adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
+    adodc_.RecordSource = listQuery(kind_, store_.columns(), withOrder(condition, keptOrder()));
     if (!adodc_.Refresh()) {
         info(QStringLiteral("列表没有打开，原因可能是") + adodc_.ErrorDescription());
         return false;
@@ -445,11 +446,22 @@ void FormList::sortBy(int column) {
     }
     if (keepUnsavedEdits()) return;
     const SplitCondition split = splitCondition(condition_);
+    const QString current = split.order.isEmpty() ? keptOrder() : split.order;
     const QString ascending = QStringLiteral(" ORDER BY ") + name + QStringLiteral(" ASC");
-    const QString order = split.order == ascending
+    const QString order = current == ascending
                               ? QStringLiteral(" ORDER BY ") + name + QStringLiteral(" DESC")
                               : ascending;
     changeCondition(split.where + order);
+    // The next start opens the list sorted the same way.
+    if (QString error; !keepOrder(kind_.formName, order, &error))
+        info(QStringLiteral("列表的排序没有记住，原因可能是") + error);
+}
+
+QString FormList::keptOrder() const {
+    QStringList columns;
+    if (const FSettings* fields = programFieldSettings(kind_.fieldType))
+        for (const FSetting& f : *fields) columns << f.FieldName();
+    return lists::keptOrder(kind_.formName, columns);
 }
 
 void FormList::tickAll(int mode) {
