@@ -194,14 +194,18 @@ QString ImportSession::Impl::captionOf(const QString& column) {
 
 void ImportSession::Impl::fit(QHash<QString, QVariant>* columns, const QString& origin,
                               const QString& name) {
-    for (auto it = columns->begin(); it != columns->end(); ++it) {
-        if (it.value().typeId() != QMetaType::QString) continue;
-        const int width = columnlimit::width(it.key());
-        const QString text = it.value().toString();
-        if (!columnlimit::exceeds(text, width)) continue;
-        it.value() = columnlimit::cut(text, width);
+    // Read through a const view: the shared hash is copied only when a value is cut.
+    const QHash<QString, QVariant>& read = *columns;
+    QList<QString> cut;
+    for (auto it = read.cbegin(); it != read.cend(); ++it)
+        if (it.value().typeId() == QMetaType::QString &&
+            columnlimit::exceeds(it.value().toString(), columnlimit::width(it.key())))
+            cut << it.key();
+    for (const QString& column : std::as_const(cut)) {
+        const int width = columnlimit::width(column);
+        columns->insert(column, columnlimit::cut(columns->value(column).toString(), width));
         tally.cuts << QStringLiteral("%1「%2」：%3超过%4个字，已截断")
-                          .arg(origin, name, captionOf(it.key()))
+                          .arg(origin, name, captionOf(column))
                           .arg(width);
     }
 }
