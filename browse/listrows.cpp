@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "browse/listsort.h"
 #include "browse/listsql.h"
 #include "browse/recordsetmodel.h"
 
@@ -61,7 +62,7 @@ bool ListRows::remove(qint64 key) {
 }
 
 bool ListRows::readRows(const QString& condition) {
-    adodc_.RecordSource = listQuery(kind_, store_.columns(), condition);
+    adodc_.RecordSource = listQuery(kind_, store_.columns(), withOrder(condition, defaultOrder_));
     if (!adodc_.Refresh()) {
         errMsg_ = adodc_.ErrorDescription();
         emit readFailed(errMsg_);

@@ -31,6 +31,9 @@ public:
     RecordsetModel* model() const { return model_; }
     DataControl& dataControl() { return adodc_; }
 
+    // The order rows take when their condition brings none (the sort the user
+    // chose last time), before the kind's own default order.
+    void setDefaultOrder(const QString& order) { defaultOrder_ = order; }
     // Reads the rows of `condition`; the current row is the first.
     bool show(const QString& condition);
     // Narrows every record's rows, when held, to those the search for `text`
@@ -86,6 +89,7 @@ private:
     DataControl adodc_;
     RecordsetModel* model_;
     QString condition_;
+    QString defaultOrder_;
     int keyColumn_ = -1;
     int current_ = -1;
     // The rows hold every record (condition "") and can be searched in memory.

@@ -2,7 +2,7 @@
 
 #include <QCryptographicHash>
 
-#include "store/tarveldatabase.h"
+#include "custom/settingrow.h"
 
 namespace tarvel {
 
@@ -24,37 +24,15 @@ ImportColumnChoice::ImportColumnChoice(const QString& kind, const QStringList& h
 }
 
 QStringList ImportColumnChoice::recall() const {
-    tarveldatabase db;
-    const auto rs = db.GetReadRs(
-        QStringLiteral("SELECT set_value FROM setting WHERE set_type='%1' AND set_key='%2'")
-            .arg(kSection, key_));
-    if (!rs || rs->State() != adStateOpen || rs->Eof()) return {};
-    const QStringList targets = rs->value(0).toString().split(kSeparator);
+    const std::optional<QString> value = settingrow::read(kSection, key_);
+    if (!value) return {};
+    const QStringList targets = value->split(kSeparator);
     return targets.size() == columns_ ? targets : QStringList();
 }
 
 bool ImportColumnChoice::remember(const QStringList& targets) {
-    tarveldatabase db;
-    const auto rs =
-        db.GetWriteRs(QStringLiteral("SELECT * FROM setting WHERE set_type='%1' AND set_key='%2'")
-                          .arg(kSection, key_));
-    if (!rs || rs->State() != adStateOpen) {
-        errMsg_ = db.ErrMsg();
-        return false;
-    }
-    if (rs->Eof()) {
-        rs->AddNew();
-        rs->setValue(rs->fieldIndex(QStringLiteral("set_type")), kSection);
-        rs->setValue(rs->fieldIndex(QStringLiteral("set_key")), key_);
-        rs->setValue(rs->fieldIndex(QStringLiteral("set_name")), QStringLiteral("导入表格的列"));
-        rs->setValue(rs->fieldIndex(QStringLiteral("set_visible")), QStringLiteral("0"));
-    }
-    if (rs->setValue(rs->fieldIndex(QStringLiteral("set_value")), targets.join(kSeparator)) &&
-        rs->Update())
-        return true;
-    errMsg_ = rs->ErrorDescription();
-    rs->CancelUpdate();
-    return false;
+    return settingrow::write(kSection, key_, QStringLiteral("导入表格的列"),
+                             targets.join(kSeparator), &errMsg_);
 }
 
 }  // namespace tarvel

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "custom/softwaresetting.h"
+#include "custom/settingrow.h"
 
 namespace tarvel {
 
@@ -12,9 +12,7 @@ const QString kBackup = QStringLiteral("backup");
 const QString kBin = QStringLiteral("bin");
 
 QString read(const QString& section, const QString& key) {
-    SoftwareSetting s;
-    s.GetValue(section, key);
-    return s.Set_Value().trimmed();
+    return settingrow::read(section, key).value_or(QString()).trimmed();
 }
 
 std::optional<int> readNumber(const QString& section, const QString& key) {
@@ -24,9 +22,9 @@ std::optional<int> readNumber(const QString& section, const QString& key) {
 }
 
 bool store(const QString& section, const QString& key, const QString& value, QString* error) {
-    SoftwareSetting s;
-    if (s.StoreValue(section, key, value)) return true;
-    if (error) *error = s.ErrMsg();
+    QString why;
+    if (settingrow::write(section, key, key, value, &why)) return true;
+    if (error) *error = why;
     return false;
 }
 }  // namespace

@@ -70,28 +70,4 @@ bool SoftwareSetting::ChangeValue(const QString& type, const QString& key,
                       value.value_or(kept(value_)), kept(description_));
 }
 
-bool SoftwareSetting::StoreValue(const QString& type, const QString& key, const QString& value) {
-    const QString where = QStringLiteral(" WHERE set_type='") + quote(type) +
-                          QStringLiteral("' AND set_key='") + quote(key) + QStringLiteral("'");
-    tarveldatabase db;
-    RecordsetPtr rs = db.GetReadRs(QStringLiteral("SELECT count(*) FROM setting") + where);
-    if (!db.ErrMsg().isEmpty() || !rs || rs->Eof()) {
-        errMsg_ = db.ErrMsg().isEmpty() ? QStringLiteral("无法读取设置。") : db.ErrMsg();
-        return false;
-    }
-    if (rs->value(0).toInt() > 0) return ChangeValue(type, key, value);
-    db.Execute(QStringLiteral("INSERT INTO setting (set_type, set_key, set_visible, set_value) "
-                              "VALUES ('") +
-               quote(type) + QStringLiteral("', '") + quote(key) + QStringLiteral("', '1', '") +
-               quote(value) + QStringLiteral("')"));
-    if (!db.ErrMsg().isEmpty()) {
-        errMsg_ = db.ErrMsg();
-        return false;
-    }
-    type_ = type;
-    key_ = key;
-    value_ = value;
-    return true;
-}
-
 }  // namespace tarvel

@@ -18,9 +18,6 @@ public:
     // every column not given as stored.
     bool ChangeValue(const QString& type, const QString& key, const std::optional<QString>& value,
                      const std::optional<QString>& visible = std::nullopt);
-    // Writes the value of a row, adding the row first when the section has no
-    // such key yet (settings that older data files were made without).
-    bool StoreValue(const QString& type, const QString& key, const QString& value);
 
     QString Set_Type() const { return type_; }
     void setSet_Type(const QString& v) { type_ = v; }

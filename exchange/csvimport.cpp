@@ -142,6 +142,7 @@ bool rememberTargets(const CsvImportPlan& plan, QString* error) {
 
 QString CsvImportResult::summary() const {
     QString text = tally.summary();
+    if (!tally.cuts.isEmpty()) text += QLatin1Char('\n') + tally.cutLines();
     if (!problems.isEmpty()) text += QStringLiteral("\n以下内容没有导入：\n") + listed(problems);
     return text;
 }
@@ -161,6 +162,7 @@ Outcome importCsv(const CsvImportPlan& plan, bool importRest, CsvImportResult* r
     for (qsizetype r = 0; r < plan.rows.size(); ++r) {
         const CsvRow& row = plan.rows[r];
         if (reader.read(row, &record, &problems)) {
+            record.origin = QStringLiteral("第%1行").arg(row.line);
             QString error;
             if (!session.put(record, &error))
                 return Outcome::failure(importFailed() +

@@ -10,6 +10,7 @@
 #include "exchange/icalwrapper.h"
 #include "exchange/recordwriter.h"
 #include "exchange/textdecode.h"
+#include "records/columnlimit.h"
 #include "schedule/recurrence.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
@@ -18,8 +19,8 @@ namespace tarvel::exchange {
 
 namespace {
 
-constexpr int kSubjectLength = 255;
-constexpr int kTagLength = 255;
+const int kSubjectLength = columnlimit::width(QStringLiteral("tas_subject"));
+const int kTagLength = columnlimit::width(QStringLiteral("tas_tag"));
 
 // One VEVENT or VTODO as found, with the line it begins on.
 struct Found {
@@ -102,11 +103,11 @@ QHash<QString, QVariant> sharedColumns(icalcomponent* c, QStringList* notes, con
     QHash<QString, QVariant> row;
     QString subject = ical::text(c, ICAL_SUMMARY_PROPERTY).trimmed();
     QStringList memo;
-    if (subject.size() > kSubjectLength) {
+    if (columnlimit::exceeds(subject, kSubjectLength)) {
         memo << QStringLiteral("主题：") + subject;
         *notes
             << QStringLiteral("%1：主题超过%2个字，全文保留在备注中").arg(name).arg(kSubjectLength);
-        subject = subject.left(kSubjectLength);
+        subject = columnlimit::cut(subject, kSubjectLength);
     }
     row.insert(QStringLiteral("tas_subject"), subject);
     if (const QString d = ical::text(c, ICAL_DESCRIPTION_PROPERTY); !d.trimmed().isEmpty())
@@ -115,12 +116,12 @@ QHash<QString, QVariant> sharedColumns(icalcomponent* c, QStringList* notes, con
         memo << QStringLiteral("地点：") + l;
     row.insert(QStringLiteral("tas_description"), memo.join(QLatin1Char('\n')));
     QString tag = ical::texts(c, ICAL_CATEGORIES_PROPERTY).join(QLatin1Char(','));
-    if (tag.size() > kTagLength) {
+    if (columnlimit::exceeds(tag, kTagLength)) {
         *notes << QStringLiteral("%1：分类超过%2个字，全文保留在备注中").arg(name).arg(kTagLength);
         row[QStringLiteral("tas_description")] =
             row.value(QStringLiteral("tas_description")).toString() + QStringLiteral("\n分类：") +
             tag;
-        tag = tag.left(kTagLength);
+        tag = columnlimit::cut(tag, kTagLength);
     }
     row.insert(QStringLiteral("tas_tag"), tag);
     row.insert(QStringLiteral("tas_remind"),
@@ -216,6 +217,7 @@ private:
 
 QString ICalendarImport::summary() const {
     QString text = tally.summary();
+    if (!tally.cuts.isEmpty()) text += QLatin1Char('\n') + tally.cutLines();
     if (!notes.isEmpty()) text += QLatin1Char('\n') + notes.join(QLatin1Char('\n'));
     if (!leftOut.isEmpty())
         text += QStringLiteral("\n以下%1项没有导入：\n").arg(leftOut.size()) +

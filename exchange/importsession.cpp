@@ -7,6 +7,9 @@
 
 #include "exchange/importjournal.h"
 #include "exchange/recordwriter.h"
+#include "exchange/tableexport.h"
+#include "exchange/tables.h"
+#include "records/columnlimit.h"
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
@@ -53,6 +56,16 @@ QString ImportTally::summary() const {
     QString text = QStringLiteral("新增 %1，更新 %2，跳过 %3").arg(added).arg(updated).arg(skipped);
     if (accountsAdded) text += QStringLiteral("；新建单位 %1 个").arg(accountsAdded);
     if (kept) text += QStringLiteral("；%1 处已有内容与文件不同，保留了已有内容").arg(kept);
+    if (!cuts.isEmpty()) text += QStringLiteral("；%1 处内容超过长度，已截断").arg(cuts.size());
+    return text;
+}
+
+QString ImportTally::cutLines() const {
+    constexpr int kListed = 20;
+    if (cuts.isEmpty()) return QString();
+    QString text = QStringLiteral("以下内容超过长度，已截断：\n") +
+                   cuts.mid(0, kListed).join(QLatin1Char('\n'));
+    if (cuts.size() > kListed) text += QStringLiteral("\n……共%1处").arg(cuts.size());
     return text;
 }
 
@@ -114,6 +127,11 @@ struct ImportSession::Impl {
         : table(t), key(t.left(3) + QStringLiteral("_id")), source(s), file(f), onMatch(m) {}
 
     bool load();
+    // Cuts the record's texts to what their columns hold, noting each cut.
+    IncomingRecord fitted(const IncomingRecord& r);
+    void fit(QHash<QString, QVariant>* columns, const QString& origin, const QString& name);
+    QString captionOf(const QString& column);
+    QHash<QString, QString> captions;  // column -> the list's caption, read when first needed
     qint64 match(const IncomingRecord& r) const;
     void remember(qint64 id, const QHash<QString, QVariant>& columns);
     bool bringUpToDate(qint64 id, const IncomingRecord& r, QString* error);
@@ -162,6 +180,56 @@ bool ImportSession::Impl::load() {
         if (existing.contains(id)) byExternalId.insert(ids->value(0).toString(), id);
     }
     return true;
+}
+
+QString ImportSession::Impl::captionOf(const QString& column) {
+    if (captions.isEmpty())
+        for (const QString& t : {table, QStringLiteral("accounts")})
+            if (const RecordKind* k = recordKind(t))
+                for (const ExportColumn& c : exportColumns(k->code, false))
+                    if (!captions.contains(c.name)) captions.insert(c.name, c.caption.trimmed());
+    const QString caption = captions.value(column);
+    return caption.isEmpty() ? column : caption;
+}
+
+void ImportSession::Impl::fit(QHash<QString, QVariant>* columns, const QString& origin,
+                              const QString& name) {
+    // Read through a const view: the shared hash is copied only when a value is cut.
+    const QHash<QString, QVariant>& read = *columns;
+    QList<QString> cut;
+    for (auto it = read.cbegin(); it != read.cend(); ++it)
+        if (it.value().typeId() == QMetaType::QString &&
+            columnlimit::exceeds(it.value().toString(), columnlimit::width(it.key())))
+            cut << it.key();
+    for (const QString& column : std::as_const(cut)) {
+        const int width = columnlimit::width(column);
+        columns->insert(column, columnlimit::cut(columns->value(column).toString(), width));
+        tally.cuts << QStringLiteral("%1「%2」：%3超过%4个字，已截断")
+                          .arg(origin, name, captionOf(column))
+                          .arg(width);
+    }
+}
+
+IncomingRecord ImportSession::Impl::fitted(const IncomingRecord& r) {
+    // The record is named by the start of its name, shortened for the line.
+    constexpr int kNameShown = 12;
+    const RecordKind* k = recordKind(table);
+    const QString whole =
+        k ? r.columns.value(QLatin1String(k->nameColumn)).toString().trimmed() : QString();
+    const QString name = columnlimit::exceeds(whole, kNameShown)
+                             ? columnlimit::cut(whole, kNameShown) + QStringLiteral("…")
+                             : whole;
+    IncomingRecord out = r;
+    fit(&out.columns, r.origin, name);
+    fit(&out.accountColumns, r.origin, name);
+    const int accountWidth = columnlimit::width(QStringLiteral("acc_name"));
+    if (columnlimit::exceeds(out.organisation.trimmed(), accountWidth)) {
+        out.organisation = columnlimit::cut(out.organisation.trimmed(), accountWidth);
+        tally.cuts << QStringLiteral("%1「%2」：%3超过%4个字，已截断")
+                          .arg(r.origin, name, captionOf(QStringLiteral("acc_name")))
+                          .arg(accountWidth);
+    }
+    return out;
 }
 
 qint64 ImportSession::Impl::match(const IncomingRecord& r) const {
@@ -279,8 +347,9 @@ QString ImportSession::ErrMsg() const {
     return d->error;
 }
 
-qint64 ImportSession::put(const IncomingRecord& record, QString* error) {
+qint64 ImportSession::put(const IncomingRecord& incoming, QString* error) {
     if (!isOpen()) return (*error = d->error, 0);
+    const IncomingRecord record = d->fitted(incoming);
     qint64 id = d->match(record);
     if (id) {
         if (!d->bringUpToDate(id, record, error)) return 0;

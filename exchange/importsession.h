@@ -24,6 +24,9 @@ struct IncomingRecord {
     // The id the record had in the other program (a vCard UID, an iCalendar
     // UID with its RECURRENCE-ID): the same id seen again is the same record.
     QString externalId;
+    // Where the record stands in the file, for the summary ("第12行",
+    // "第3张名片"); may be empty.
+    QString origin;
 };
 
 // What an import did, for the summary the user reads.
@@ -34,9 +37,14 @@ struct ImportTally {
     int accountsAdded = 0;
     // Fields that kept the user's own value where the file had another.
     int kept = 0;
-    // "新增 N，更新 M，跳过 K" and, when there were any, the accounts added
-    // and the fields kept.
+    // Values longer than their column holds, cut between whole characters:
+    // "第12行「张三…」：姓名超过50个字，已截断".
+    QStringList cuts;
+    // "新增 N，更新 M，跳过 K" and, when there were any, the accounts added,
+    // the fields kept and the count of values cut.
     QString summary() const;
+    // The values cut, one a line after a heading; empty when none was.
+    QString cutLines() const;
 };
 
 // How a record that is already there takes the file's values.

@@ -36,6 +36,7 @@ QHash<qint64, QString> importedUids() {
 
 QString VCardImport::summary() const {
     QStringList lines = {tally.summary()};
+    if (!tally.cuts.isEmpty()) lines << tally.cutLines();
     if (!reading.skipped.isEmpty())
         lines << QStringLiteral("损坏、没有导入的名片：") + listed(reading.skipped);
     if (!reading.unreadable.isEmpty())
@@ -100,6 +101,7 @@ Outcome importVCards(const QString& path, VCardImport* result, const Progress& p
         VCardContact c = contactOfCard(text.cards[i]);
         tellAbout(text.cards[i], &c, &reading);
         text.cards[i].properties.clear();
+        c.record.origin = QStringLiteral("第%1张名片").arg(text.cards[i].number);
         if (!session.put(c.record, &error))
             return Outcome::failure(importFailed() + QStringLiteral("第%1张名片「%2」：%3")
                                                          .arg(text.cards[i].number)

@@ -1,5 +1,6 @@
 #include "records/recordbase.h"
 
+#include "records/columnlimit.h"
 #include "store/clock.h"
 #include "store/connectionstring.h"
 #include "store/jetdate.h"
@@ -65,13 +66,7 @@ int int32(const QVariant& value) {
 }
 
 QString leftChars(const QString& text, int count) {
-    qsizetype end = 0;
-    for (int n = 0; n < count && end < text.size(); ++n) {
-        const bool pair =
-            text[end].isHighSurrogate() && end + 1 < text.size() && text[end + 1].isLowSurrogate();
-        end += pair ? 2 : 1;
-    }
-    return text.left(end);
+    return columnlimit::cut(text, count);
 }
 
 QString displayDate(const QDateTime& value) {

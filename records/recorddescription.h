@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "records/columnlimit.h"
 #include "records/currency.h"
 #include "records/recordbase.h"
 #include "store/jetdate.h"
@@ -33,6 +34,12 @@ struct RecordColumn {
     DateForm dateForm = DateForm::AsIs;
 
     int orderIn(Write op) const { return order[size_t(op)]; }
+    // The characters a text read from the control keeps: what the column
+    // holds, else (a memo, a property of no column) the described cut.
+    int widthLimit() const {
+        const int width = column ? columnlimit::width(QLatin1String(column)) : 0;
+        return width > 0 ? width : cut;
+    }
 
     // The property as a variant: text, date-time, whole number or amount.
     QVariant get(const Record& r) const {
@@ -195,8 +202,8 @@ bool RecordBase::readControls(Record& record, const RecordDescription<Record>& d
     for (const auto& c : d.columns) {
         // Dates, amounts and numbers have readers of their own.
         if (!c.control || !std::holds_alternative<QString Record::*>(c.member)) continue;
-        const QString text = formText(c.control);
-        c.set(record, c.cut > 0 ? recordvalue::leftChars(text, c.cut) : text);
+        const int width = c.widthLimit();
+        c.set(record, columnlimit::cut(formText(c.control), width));
     }
     return true;
 }

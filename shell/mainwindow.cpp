@@ -13,6 +13,7 @@
 #include "schedule/labels.h"
 #include "shell/globals.h"
 #include "shell/updatecheck.h"
+#include "shell/windowmemory.h"
 #include "store/clock.h"
 #include "views/home/formhome.h"
 #include "views/lists/formlist.h"
@@ -135,7 +136,8 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
     statusDate_->setText(longDate(lastDay_));
     statusBar()->showMessage(QStringLiteral("就绪"));
     showHistoryEntry();
-    resize(1024, 700);
+    place_ = startingPlace();
+    setGeometry(place_.rect);
 
     timer_->start();
     if (options_.checkForUpdate) update_->start();
@@ -420,6 +422,13 @@ void TarvelMain::fireReminders() {
     if (FormHome* home = homePage()) home->showToday();
 }
 
+void TarvelMain::showPlaced() {
+    if (place_.maximised)
+        showMaximized();
+    else
+        show();
+}
+
 QList<FormSchRemind*> TarvelMain::reminderWindows() const {
     return reminders_->windows();
 }
@@ -431,6 +440,9 @@ void TarvelMain::closeEvent(QCloseEvent* event) {
         return;
     }
     timer_->stop();
+    if (QString error; !keepPlace(*this, &error))
+        dialogs_->info(messageTitle(),
+                       QStringLiteral("窗口的大小和位置没有保存，下次将按默认大小打开：") + error);
     if (tray_) tray_->hide();
     reminders_->closeAll();
     event->accept();

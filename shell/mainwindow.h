@@ -19,6 +19,7 @@
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
 #include "shell/reminderwindows.h"
+#include "shell/windowplacement.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 
@@ -70,6 +71,9 @@ public:
     // after the unsaved-changes question. False when the user keeps the edit.
     bool OpenRecord(qint16 relationKind, int id);
     PageWidget* currentPage() const;
+    // Shows the window where it was last closed (maximised the first time).
+    void showPlaced();
+    const WindowPlace& startPlace() const { return place_; }
     qint16 currentPageCode() const { return currentCode_; }
     PageWidget* pageWidget(qint16 code) const { return pages_.value(code); }
 
@@ -128,6 +132,7 @@ private:
     QIcon iconFor(const QString& key, const QString& caption) const;
 
     MainWindowOptions options_;
+    WindowPlace place_;
     std::shared_ptr<Dialogs> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
     std::shared_ptr<FileDialogs> files_;

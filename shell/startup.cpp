@@ -105,7 +105,7 @@ int runTarvel(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(true);
     AutoBackupHook backups(std::make_shared<MessageBoxDialogs>(main.get()));
     backups.atStart();
-    main->show();
+    main->showPlaced();
     const int result = app.exec();
     backups.atClose();
     return result;

@@ -326,4 +326,15 @@ bool isYesNoColumn(const QString& column) {
     return columns.contains(column.toLower());
 }
 
+bool isShortTextColumn(const QString& column) {
+    static const QSet<QString> columns = [] {
+        QSet<QString> names;
+        for (const Table& t : recordTables())
+            for (const Column& c : t.columns)
+                if (c.type == Type::Text) names.insert(QLatin1String(c.name));
+        return names;
+    }();
+    return columns.contains(column.toLower());
+}
+
 }  // namespace tarvel::schema

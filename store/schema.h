@@ -28,4 +28,8 @@ QStringList laterTableStatements();
 // True for the yes/no (check mark) columns, where NOT is a bitwise not.
 bool isYesNoColumn(const QString& column);
 
+// True for the short text columns of the record tables (names, numbers,
+// options), false for memos and every other type.
+bool isShortTextColumn(const QString& column);
+
 }  // namespace tarvel::schema

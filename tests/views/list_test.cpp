@@ -16,6 +16,7 @@
 #include <QTreeWidget>
 #include <QUrlQuery>
 #include <QtTest>
+#include <algorithm>
 
 #include "browse/conditiontext.h"
 #include "browse/listsql.h"
@@ -79,6 +80,7 @@ private slots:
     void typingSearchesAfterThePause();
     void ticksGoThroughTheTables();
     void sortAlternatesAndRefusesTheMemo();
+    void sortIsKeptForTheNextList();
     void savedWidthIsUsedByTheNextList();
     void everyBulkOperationRefusesWithoutTicks_data();
     void everyBulkOperationRefusesWithoutTicks();
@@ -284,6 +286,57 @@ void ListTest::sortAlternatesAndRefusesTheMemo() {
              QStringLiteral(" WHERE con_province='上海' ORDER BY con_lastname ASC"));
     QCOMPARE(child<QLabel>(form, "lbl_condition")->text(),
              QStringLiteral("地区：上海，按“姓名”升序"));
+}
+
+void ListTest::sortIsKeptForTheNextList() {
+    const auto names = [this](int column) {
+        QStringList shown;
+        for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
+            shown << form_->gridModel()->index(r, column).data().toString();
+        return shown;
+    };
+    const auto nameColumn = [this] {
+        for (int c = 0; c < form_->gridModel()->columnCount(); ++c)
+            if (form_->gridModel()->headerData(c, Qt::Horizontal).toString() ==
+                QStringLiteral("姓名"))
+                return c;
+        return -1;
+    };
+    open(listno::Contacts);
+    const QStringList recentFirst = names(nameColumn());
+    const auto header = [this] {
+        return child<QTableView>(*form_, "dg_listall")->horizontalHeader();
+    };
+    header()->sectionClicked(nameColumn());
+    header()->sectionClicked(nameColumn());
+    const QStringList descending = names(nameColumn());
+    QVERIFY(descending != recentFirst);
+
+    // The list made anew, as at the next start, opens sorted the same way
+    // while its condition stays the one it was given.
+    form_.reset();
+    open(listno::Contacts);
+    QCOMPARE(form_->condition(), QString());
+    QCOMPARE(names(nameColumn()), descending);
+    // A category keeps the sort too.
+    form_->panel()->itemClicked(
+        form_->panel()->entry(QStringLiteral("province"), QStringLiteral("上海")), 0);
+    QStringList inShanghai = names(nameColumn());
+    QVERIFY(!inShanghai.isEmpty());
+    QVERIFY(std::is_sorted(inShanghai.crbegin(), inShanghai.crend()));
+    // The next click on the column turns the kept order round.
+    header()->sectionClicked(nameColumn());
+    QCOMPARE(form_->condition(),
+             QStringLiteral(" WHERE con_province='上海' ORDER BY con_lastname ASC"));
+
+    // Each list keeps its own; a kept column the list no longer has is ignored.
+    QCOMPARE(firstValue("SELECT count(*) FROM setting WHERE set_type='list_sort'").toInt(), 1);
+    run(
+        QStringLiteral("UPDATE setting SET set_value='ORDER BY con_gone DESC' WHERE "
+                       "set_type='list_sort' AND set_key='form_con_all'"));
+    form_.reset();
+    open(listno::Contacts);
+    QCOMPARE(names(nameColumn()), recentFirst);
 }
 
 void ListTest::savedWidthIsUsedByTheNextList() {

@@ -1,5 +1,6 @@
 // The record lists, the detail pages and a contact's related panel.
 #include <QCoreApplication>
+#include <QLineEdit>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTreeWidget>
@@ -50,7 +51,7 @@ void shootDetails(Album& album) {
     FormDocDetail document;
     for (FormDetail* page :
          std::initializer_list<FormDetail*>{&contact, &account, &opportunity, &document}) {
-        for (const QSize size : {QSize(1024, 700), QSize(1920, 1080)}) {
+        for (const QSize size : {QSize(1024, 700), QSize(1366, 680), QSize(1920, 1080)}) {
             for (int id : {0, 7}) {
                 PageRequest request;
                 request.recordId = id;
@@ -64,6 +65,18 @@ void shootDetails(Album& album) {
             }
         }
     }
+    // A name pasted past what the box holds: the box stops and the note says so.
+    PageRequest request;
+    request.recordId = 7;
+    contact.resize(1366, 680);
+    contact.fill(request);
+    if (auto* name = contact.findChild<QLineEdit*>(QStringLiteral("txt_name"))) {
+        name->end(false);
+        name->insert(
+            QStringLiteral("（北京华信科技有限公司华北区销售部大客户经理兼技术支持负责人）")
+                .repeated(2));
+    }
+    album.save(contact, QStringLiteral("form_con_detail_1366_full_name"));
 }
 
 namespace {

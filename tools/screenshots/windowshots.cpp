@@ -1,6 +1,8 @@
 // The start windows, the main window with its home, schedule and settings
 // pages, a reminder window and the option editor.
+#include <QGuiApplication>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTimer>
 
 #include "custom/fsettings.h"
@@ -44,6 +46,12 @@ void shootMainWindow(Album& album) {
         main.ShowPage(code);
         album.save(main, QLatin1String(name));
     }
+    // A filled contact page in the window spread over the whole screen, as
+    // maximised (run under a 1366x768 screen to see a laptop's).
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        main.setGeometry(screen->availableGeometry());
+    main.ShowPage(page::ContactDetail, QString(), 1);
+    album.save(main, QStringLiteral("main_contact_filled"));
     // The reminder of today's first due task, else of the first task.
     int taskId = 0;
     for (const TodayTask& t : main.todayList().tasks())

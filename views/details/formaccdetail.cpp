@@ -36,6 +36,7 @@ FormAccDetail::FormAccDetail(QWidget* parent)
                {field("txt_web"), "Website"},
                {rtxtMemo_, "Description"}};
     search_ = searchNames(txtSubject_, lstAccounts_, recordsearch::accountsByName, false, true);
+    limitTextFields<Account>(fields_, limitNote());
     finishFields();
 }
 
@@ -87,7 +88,7 @@ bool FormAccDetail::saveFields(int* id, QString* error) {
     if (!requireName(txtSubject_, QStringLiteral("单位名称"))) return false;
     return storeRecord<Account>(id, error, [&](Account& account) {
         readTextFields(account, fields_);
-        account.setTag(tagText().left(255));
+        account.setTag(tagText());
         account.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);
         stampDates(account, *id == 0);
     });

@@ -66,6 +66,8 @@ FormConDetail::FormConDetail(QWidget* parent)
     accountSearch_ =
         searchNames(txtAccount_, lstAccount_, recordsearch::accountsByName, false, false);
     connect(accountSearch_, &NameSearch::chosen, this, &FormConDetail::takeAccount);
+    limitTextFields<Contact>(contactFields_, limitNote());
+    limitTextFields<Account>(accountFields_, limitNote());
     finishFields();
 }
 
@@ -222,7 +224,7 @@ bool FormConDetail::saveFields(int* id, QString* error) {
     if (!askAboutAccount(&store, &newAccount)) return false;
     const auto read = [&](Contact& contact) {
         readTextFields(contact, contactFields_);
-        contact.setTag(tagText().left(255));
+        contact.setTag(tagText());
         contact.setBirthday(jetdate::naive(dtBirthday_->date()));
         contact.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);
         stampDates(contact, *id == 0);

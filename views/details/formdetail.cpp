@@ -23,10 +23,13 @@
 #include "custom/appsettings.h"
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
+#include "records/columnlimit.h"
 #include "records/currency.h"
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
 #include "views/details/detaillayout.h"
+#include "views/details/detailcolumns.h"
+#include "views/details/recordfields.h"
 #include "views/options/formoption.h"
 #include "views/options/optionwidgets.h"
 
@@ -61,6 +64,12 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
     setHeadingFont(title_, 1.3);
     position_ = new QLabel(this);
     position_->setObjectName(QStringLiteral("lbl_position"));
+    // Says which box is full while the user types into it.
+    limitNote_ = new QLabel(this);
+    limitNote_->setObjectName(QStringLiteral("lbl_limit_note"));
+    limitNote_->setAccessibleName(QStringLiteral("输入提示"));
+    limitNote_->setForegroundRole(QPalette::PlaceholderText);
+    limitNote_->hide();
 
     struct Step {
         const char* contactName;
@@ -74,6 +83,8 @@ FormDetail::FormDetail(int list, const char* objectName, bool contactNavigation,
                           {"lbl_last", "lbl_MoveEnd", "最后一条", &FormDetail::moveLast}};
     auto* header = new QHBoxLayout;
     header->addWidget(title_, 1);
+    header->addWidget(limitNote_);
+    header->addSpacing(8);
     header->addWidget(position_);
     for (const Step& s : steps) {
         auto* b = flatButton(QLatin1String(contactNavigation ? s.contactName : s.otherName),
@@ -154,6 +165,7 @@ void FormDetail::showRelated() {
 }
 
 void FormDetail::showRecord(int id) {
+    limitNote_->hide();
     loading_ = true;
     QString error;
     const bool ok = showFields(id, &error);
@@ -235,16 +247,9 @@ QWidget* FormDetail::field(const char* name) const {
 
 QPlainTextEdit* FormDetail::arrangeColumns(std::initializer_list<QWidget*> left,
                                            std::initializer_list<QWidget*> right) {
-    auto* columns = new QHBoxLayout(fields_);
-    auto* leftColumn = new QVBoxLayout;
-    for (QWidget* w : left) leftColumn->addWidget(w);
-    leftColumn->addStretch(1);
-    auto* rightColumn = new QVBoxLayout;
-    for (QWidget* w : right) rightColumn->addWidget(w);
     auto* memo = make<QPlainTextEdit>("rtxt_memo");
-    rightColumn->addWidget(memoSection(fields_, memo), 1);
-    columns->addLayout(leftColumn, 1);
-    columns->addLayout(rightColumn, 1);
+    new DetailColumns(this, fields_, splitter_, QList<QWidget*>(left), QList<QWidget*>(right),
+                      memoSection(fields_, memo));
     return memo;
 }
 
@@ -401,10 +406,14 @@ void FormDetail::showTags(const QString& tags) {
 }
 
 QString FormDetail::tagText() const {
-    return txtTag_ ? txtTag_->text() : QString();
+    if (!txtTag_) return QString();
+    return columnlimit::cut(txtTag_->text(),
+                            columnlimit::width(objectCode() + QStringLiteral("_tag")));
 }
 
 void FormDetail::finishFields() {
+    if (txtTag_)
+        limitField(txtTag_, columnlimit::width(objectCode() + QStringLiteral("_tag")), limitNote_);
     QWidget* previous = nullptr;
     QList<QWidget*> chain;
     for (const QPointer<QWidget>& w : std::as_const(tabChain_))

@@ -90,6 +90,8 @@ protected:
     // The name the title shows.
     virtual QString recordName() const = 0;
 
+    // The note a full text box shows (see FieldLimit).
+    QLabel* limitNote() const { return limitNote_; }
     // Where a page puts its fields.
     QWidget* fieldsArea() const { return fields_; }
     // A control of the fields area, named as the record class and tests know it.
@@ -195,6 +197,7 @@ private:
     QSplitter* splitter_;
     QLabel* title_;
     QLabel* position_;
+    QLabel* limitNote_;
     QLineEdit* txtTag_ = nullptr;
     QListWidget* lstTag_ = nullptr;
     struct Caption {

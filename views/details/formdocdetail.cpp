@@ -50,6 +50,7 @@ FormDocDetail::FormDocDetail(QWidget* parent)
                {txtPath_, "DocPath"},
                {fieldsArea()->findChild<QWidget*>(QStringLiteral("cbo_tag")), "DocTag"},
                {rtxtMemo_, "DocDescription"}};
+    limitTextFields<document>(fields_, limitNote());
     finishFields();
 }
 

@@ -33,6 +33,7 @@ FormOppDetail::FormOppDetail(QWidget* parent)
                {rtxtMemo_, "Description"}};
     search_ = searchNames(txtOpportunity_, lstOpportunities_, recordsearch::opportunitiesBySubject,
                           false, true);
+    limitTextFields<Opportunity>(fields_, limitNote());
     finishFields();
 }
 
@@ -105,7 +106,7 @@ bool FormOppDetail::saveFields(int* id, QString* error) {
     }
     return storeRecord<Opportunity>(id, error, [&](Opportunity& opportunity) {
         readTextFields(opportunity, fields_);
-        opportunity.setTag(tagText().left(255));
+        opportunity.setTag(tagText());
         opportunity.setDieDate(dtDieDate_->date() == noDate() ? QDateTime()
                                                               : jetdate::naive(dtDieDate_->date()));
         opportunity.setESale(*Currency::parse(txtESale_->text()));

@@ -4,6 +4,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include "views/common/fieldlimit.h"
+
 namespace tarvel {
 
 QString controlText(const QWidget* control) {
@@ -24,10 +26,8 @@ void setControlText(QWidget* control, const QString& text) {
     }
 }
 
-int columnWidth(const QWidget* control, int describedCut) {
-    if (describedCut > 0) return describedCut;
-    if (qobject_cast<const QPlainTextEdit*>(control)) return 0;
-    return qobject_cast<const QComboBox*>(control) ? 50 : 255;
+void limitField(QWidget* control, int width, QLabel* note) {
+    FieldLimit::attach(control, width, note);
 }
 
 }  // namespace tarvel

@@ -4,6 +4,9 @@
 #include <QWidget>
 #include <vector>
 
+class QLabel;
+
+#include "records/columnlimit.h"
 #include "records/recorddescription.h"
 
 namespace tarvel {
@@ -11,10 +14,9 @@ namespace tarvel {
 // The text a detail page's control holds: line edits, combos and memo boxes.
 QString controlText(const QWidget* control);
 void setControlText(QWidget* control, const QString& text);
-// How many characters a control's text keeps when read: the column's width
-// from the record description, else 50 for option combos and 255 for text
-// boxes; a memo keeps everything (0).
-int columnWidth(const QWidget* control, int describedCut);
+// Holds the text box `control` to `width` characters as the user types,
+// saying so in `note` (see FieldLimit).
+void limitField(QWidget* control, int width, QLabel* note);
 
 // A text property of a record shown in a control.
 struct TextField {
@@ -30,13 +32,18 @@ void showTextFields(const Record& record, const std::vector<TextField>& fields) 
 }
 
 template <typename Record>
+void limitTextFields(const std::vector<TextField>& fields, QLabel* note) {
+    for (const TextField& f : fields)
+        if (const auto* c = Record::description().byProperty(QLatin1String(f.property)))
+            limitField(f.control, c->widthLimit(), note);
+}
+
+template <typename Record>
 void readTextFields(Record& record, const std::vector<TextField>& fields) {
     for (const TextField& f : fields) {
         const auto* c = Record::description().byProperty(QLatin1String(f.property));
         if (!c) continue;
-        const int width = columnWidth(f.control, c->cut);
-        const QString text = controlText(f.control);
-        c->set(record, width > 0 ? text.left(width) : text);
+        c->set(record, columnlimit::cut(controlText(f.control), c->widthLimit()));
     }
 }
 

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include "browse/conditiontext.h"
+#include "browse/listsort.h"
 #include "browse/listsql.h"
 #include "browse/memocolumn.h"
 #include "browse/recordsetmodel.h"
@@ -103,6 +104,7 @@ FormList::FormList(const ListKind& kind, QWidget* parent)
     rightLayout->setContentsMargins(0, 0, 0, 0);
     ticks_ = new TickModel(this);
     ticks_->setSourceModel(rows_.model());
+    rows_.setDefaultOrder(keptOrder());
     ticks_->setWriter([this](qint64 id, bool ticked) {
         if (store_.setTick(id, ticked)) return true;
         info(store_.ErrMsg());
@@ -402,7 +404,20 @@ void FormList::sortBy(int column) {
         return;
     }
     if (keepUnsavedEdits()) return;
-    changeCondition(sortedCondition(rows_.condition(), name));
+    // A list shown in its kept order reverses that order on a click on the
+    // same column.
+    changeCondition(sortedCondition(withOrder(rows_.condition(), keptOrder()), name));
+    // The next start opens the list sorted the same way.
+    if (QString error; !keepOrder(kind_.formName, splitCondition(rows_.condition()).order, &error))
+        info(QStringLiteral("列表的排序没有记住，原因可能是") + error);
+    rows_.setDefaultOrder(keptOrder());
+}
+
+QString FormList::keptOrder() const {
+    QStringList columns;
+    if (const FSettings* fields = programFieldSettings(kind_.fieldType))
+        for (const FSetting& f : *fields) columns << f.FieldName();
+    return lists::keptOrder(kind_.formName, columns);
 }
 
 void FormList::tickAll(int mode) {

@@ -109,6 +109,8 @@ private:
     void recount();
     bool keepUnsavedEdits();
     void sortBy(int column);
+    // The sort kept from an earlier click on a header, if its column is still listed.
+    QString keptOrder() const;
     void saveWidths();
     void tickAll(int mode);
     void openRecord(int row);

@@ -11,6 +11,7 @@
 
 #include "custom/optionlists.h"
 #include "records/recordbase.h"
+#include "views/common/fieldlimit.h"
 #include "views/options/optionwidgets.h"
 
 namespace tarvel {
@@ -209,6 +210,12 @@ QuickEdit buildQuickEdit(qint16 k, qint16 ownerKind, QWidget* parent) {
         }
     }
     if (checks->count() > 0) grid->addLayout(checks, ++row, 1, 1, 3);
+    q.note = new QLabel(q.box);
+    q.note->setObjectName(QStringLiteral("lbl_limit_note"));
+    q.note->setAccessibleName(QStringLiteral("输入提示"));
+    q.note->hide();
+    grid->addWidget(q.note, ++row, 1, 1, 3);
+    limitNamedFields(q.inputs, q.note);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
     return q;

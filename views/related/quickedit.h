@@ -3,6 +3,8 @@
 #include <QList>
 #include <QWidget>
 
+class QLabel;
+
 namespace tarvel {
 
 // The quick-edit fields of one related kind, under the control names the
@@ -13,6 +15,7 @@ namespace tarvel {
 struct QuickEdit {
     QWidget* box = nullptr;
     QList<QWidget*> inputs;  // in tab order
+    QLabel* note = nullptr;  // says which box is full (see FieldLimit)
 };
 
 // `ownerKind` names the role field: a contact's relation on a contact's

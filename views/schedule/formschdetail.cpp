@@ -14,6 +14,7 @@
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/transaction.h"
+#include "views/common/fieldlimit.h"
 #include "views/options/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -85,7 +86,6 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     setHeadingFont(title, 1.4);
 
     txtSubject_ = named<QLineEdit>(this, "txt_sch_subject");
-    txtSubject_->setMaxLength(255);
     dtDate_ = datePicker(this, "DT_sch_date");
     cboTime_ = editableCombo(this, "cbo_sch_time");
     cboType_ = editableCombo(this, "Cbo_sch_type");
@@ -151,8 +151,17 @@ FormSchDetail::FormSchDetail(QWidget* parent)
     buttons->addWidget(cmdSave);
     buttons->addWidget(cmdDelete_);
 
+    auto* limitNote = new QLabel(this);
+    limitNote->setObjectName(QStringLiteral("lbl_limit_note"));
+    limitNote->setAccessibleName(QStringLiteral("输入提示"));
+    limitNote->hide();
+    limitNamedFields({txtSubject_, cboType_, cboImportance_, cboTag_}, limitNote);
+    auto* titleRow = new QHBoxLayout;
+    titleRow->addWidget(title, 1);
+    titleRow->addWidget(limitNote);
+
     auto* left = new QVBoxLayout;
-    left->addWidget(title);
+    left->addLayout(titleRow);
     left->addLayout(fields, 1);
     left->addWidget(next);
     left->addLayout(buttons);
