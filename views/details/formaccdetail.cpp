@@ -103,7 +103,7 @@ bool FormAccDetail::saveFields(int* id, QString* error) {
         txtSubject_->setFocus();
         return false;
     }
-    return storeRecord<Account>(id, error, [&](Account& account) {
+    return storeRecord<Account>(id, error, shownRow(), [&](Account& account) {
         readTextFields(account, fields_);
         account.setTag(tagText().left(255));
         account.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);

@@ -23,6 +23,7 @@
 #include "custom/fsettings.h"
 #include "custom/softwaresetting.h"
 #include "records/currency.h"
+#include "records/kinds.h"
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
 #include "views/details/detaillayout.h"
@@ -147,6 +148,19 @@ void FormDetail::reload() {
     showRecord(recordId_);
 }
 
+void FormDetail::refresh() {
+    if (modified_) return;
+    QString error;
+    if (recordId_ != 0 && shown_.check(&error) && shown_.found() == lists::ShownRow::Since::Deleted)
+        return showRecord(0);
+    reload();
+}
+
+qint16 FormDetail::recordCode() const {
+    const RecordKindInfo* k = kindByListNumber(kind_.number);
+    return k ? k->code : 0;
+}
+
 void FormDetail::showRelated() {
     const int total = splitter_->height();
     splitter_->setSizes({total / 2, total - total / 2});
@@ -159,6 +173,8 @@ void FormDetail::showRecord(int id) {
     const bool ok = showFields(id, &error);
     loading_ = false;
     recordId_ = ok ? id : 0;
+    QString unread;
+    if (ok) shown_.remember(recordCode(), recordId_, &unread);
     if (!ok) {
         info(QStringLiteral("记录没有读出，原因可能是") + error);
         showFields(0, &error);
@@ -441,7 +457,22 @@ bool FormDetail::mayLeave() {
 bool FormDetail::save() {
     int id = recordId_;
     QString error;
-    if (!saveFields(&id, &error)) {
+    while (!saveFields(&id, &error)) {
+        const lists::ShownRow::Since found = shown_.found();
+        shown_.clearFound();
+        if (found == lists::ShownRow::Since::Changed) {
+            if (!dialogs_->ask(messageTitle(), lists::ShownRow::changedQuestion())) return false;
+            // What is stored now is what the user chose to overwrite.
+            shown_.remember(recordCode(), id);
+            continue;
+        }
+        if (found == lists::ShownRow::Since::Deleted) {
+            if (!dialogs_->ask(messageTitle(), lists::ShownRow::deletedQuestion(kind_.noun)))
+                return false;
+            shown_.forget();
+            id = recordId_ = 0;
+            continue;
+        }
         if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
         return false;
     }

@@ -104,7 +104,7 @@ bool FormDocDetail::saveFields(int* id, QString* error) {
         txtName_->setFocus();
         return false;
     }
-    return storeRecord<document>(id, error, [&](document& doc) {
+    return storeRecord<document>(id, error, shownRow(), [&](document& doc) {
         readTextFields(doc, fields_);
         if (*id == 0) doc.setCreatDate(recordvalue::today());
         doc.setDocRecentEditDate(recordvalue::now());
