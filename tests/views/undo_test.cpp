@@ -3,6 +3,7 @@
 // behind it (through a second connection to the data file).
 #include <QLineEdit>
 #include <QStatusBar>
+#include <QTableView>
 #include <QtTest>
 
 #include "browse/shownrow.h"
@@ -13,6 +14,7 @@
 #include "tests/views/screenfixture.h"
 #include "views/details/formcondetail.h"
 #include "views/lists/formlist.h"
+#include "views/related/formrelated.h"
 #include "views/schedule/formschdetail.h"
 
 using namespace tarvel;
@@ -215,6 +217,30 @@ private slots:
             QCOMPARE(dialogs_->shown[0].text, lists::ShownRow::changedQuestion());
             QCOMPARE(text(QStringLiteral("SELECT tas_subject FROM tasks WHERE tas_id=1")),
                      yes ? QStringLiteral("拜访王伟") : QStringLiteral("拜访"));
+        }
+    }
+
+    // The related panel's quick edit: 李娜, shown beside 王伟, changed behind it.
+    void panelQuickEditAsksToo() {
+        for (bool yes : {false, true}) {
+            dialogs_->shown.clear();
+            FormRelated panel(kind::Contact);
+            panel.setDialogs(dialogs_);
+            panel.showRecord(1);
+            auto* grid = child<QTableView>(panel, "dgrid_con");
+            QCOMPARE(grid->model()->rowCount(), 1);
+            grid->setCurrentIndex(grid->model()->index(0, 1));
+            QCOMPARE(child<QLineEdit>(panel, "txt_con_name")->text(), QStringLiteral("李娜"));
+            child<QLineEdit>(panel, "txt_con_mobile")->setText(QStringLiteral("13900000000"));
+            elsewhere(file_->path(), QStringLiteral("UPDATE contacts SET con_email='%1' WHERE "
+                                                    "con_id=2")
+                                         .arg(yes ? "b@x.cn" : "a@x.cn"));
+            dialogs_->answers = {yes};
+            click(panel, "cmd_con_save");
+            QCOMPARE(dialogs_->shown.size(), 1);
+            QCOMPARE(dialogs_->shown[0].text, lists::ShownRow::changedQuestion());
+            QCOMPARE(text(QStringLiteral("SELECT con_mobile FROM contacts WHERE con_id=2")),
+                     yes ? QStringLiteral("13900000000") : QString());
         }
     }
 
