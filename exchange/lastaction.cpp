@@ -130,8 +130,18 @@ void LastAction::set(const Action& action) {
 }
 
 void LastAction::forget() {
+    const bool had = current_.has_value();
     current_.reset();
     pending_.reset();
+    if (had) emit withdrawn();
+}
+
+void LastAction::recheck() {
+    QString ignored;
+    if (current_ && !stillValid(*current_, &ignored)) {
+        current_.reset();
+        emit withdrawn();
+    }
 }
 
 bool LastAction::stillValid(const Action& action, QString* why) {

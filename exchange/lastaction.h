@@ -30,6 +30,9 @@ public:
     void noteImport(qint64 journalId, const QString& summary);
     // Nothing to undo any more (the data file was replaced).
     void forget();
+    // Called after the bin or the import journal changed by other means (the
+    // bin page's restore, 撤销导入): an action taken back there is dropped.
+    void recheck();
 
     // What Ctrl+Z would take back ("已删除 3 条联系人记录。"), or empty.
     QString caption();
@@ -44,6 +47,8 @@ public:
 signals:
     // An action that can be undone was just done.
     void recorded(const QString& caption);
+    // The action can no longer be undone (taken back elsewhere, or forgotten).
+    void withdrawn();
 
 private:
     enum class Kind { Delete, Merge, Import };

@@ -398,6 +398,7 @@ bool restore(const QList<qint64>& entryIds, QStringList* lostLinks, QString* err
     if (!removeEntries(*h, entryIds, error)) return false;
     if (!transaction.commit()) return fail(error, transaction.error());
     if (lostLinks) *lostLinks = lost;
+    LastAction::instance().recheck();
     return true;
 }
 

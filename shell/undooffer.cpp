@@ -72,6 +72,8 @@ UndoOffer::UndoOffer(QMainWindow* window, std::shared_ptr<Dialogs> dialogs,
     connect(button_, &QPushButton::clicked, this, &UndoOffer::undo);
     connect(&exchange::LastAction::instance(), &exchange::LastAction::recorded, this,
             &UndoOffer::offer);
+    connect(&exchange::LastAction::instance(), &exchange::LastAction::withdrawn, this,
+            &UndoOffer::withdraw);
 }
 
 void UndoOffer::shortcut() {

@@ -8,6 +8,7 @@
 
 #include "browse/shownrow.h"
 #include "exchange/lastaction.h"
+#include "exchange/recyclebin.h"
 #include "shell/mainwindow.h"
 #include "store/schema.h"
 #include "tests/support/wholetables.h"
@@ -152,6 +153,27 @@ private slots:
         pressCtrlZ(main_.get());
         QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id IN (3, 4)")), 1);
         QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id=3")), 1);
+    }
+
+    // Taken back on the bin page, the delete is no longer offered.
+    void aRestoreElsewhereWithdrawsTheOffer() {
+        auto* list = contactList();
+        run(QStringLiteral("UPDATE contacts SET con_check=true WHERE con_id=4"));
+        dialogs_->answers = {true};
+        list->runOperation(QStringLiteral("删除选定记录"));
+        QCoreApplication::processEvents();
+        QVERIFY(offer()->isVisible());
+        QString error;
+        QStringList lost;
+        QVERIFY(exchange::recyclebin::restore(
+            {testsupport::firstValue(QStringLiteral("SELECT bin_id FROM bin_entries"))
+                 .toLongLong()},
+            &lost, &error));
+        QVERIFY(!offer()->isVisible());
+        const auto restored = testsupport::wholeTables();
+        click(*main_, "cmd_undo");  // as if clicked in the same moment
+        QCOMPARE(main_->statusBar()->currentMessage(), QStringLiteral("没有可以撤销的操作。"));
+        QCOMPARE(testsupport::changedSince(restored), QStringList());
     }
 
     // A row changed behind the contact page: Yes overwrites, No writes nothing.
