@@ -19,6 +19,9 @@ public:
     // cannot be read.
     bool remember(qint16 code, qint64 id, QString* error = nullptr);
     void forget();
+    // Takes the record as stored now for the one shown (the user chose to
+    // overwrite what changed).
+    bool rememberAgain() { return remember(code_, id_); }
     qint64 id() const { return id_; }
 
     // What became of the record since it was remembered, read inside the

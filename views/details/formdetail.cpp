@@ -26,6 +26,7 @@
 #include "records/kinds.h"
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
+#include "views/common/overwritequestion.h"
 #include "views/details/detaillayout.h"
 #include "views/lists/formlist.h"
 #include "views/options/formoption.h"
@@ -458,23 +459,13 @@ bool FormDetail::save() {
     int id = recordId_;
     QString error;
     while (!saveFields(&id, &error)) {
-        const lists::ShownRow::Since found = shown_.found();
-        shown_.clearFound();
-        if (found == lists::ShownRow::Since::Changed) {
-            if (!dialogs_->ask(messageTitle(), lists::ShownRow::changedQuestion())) return false;
-            // What is stored now is what the user chose to overwrite.
-            shown_.remember(recordCode(), id);
-            continue;
+        if (shown_.found() == lists::ShownRow::Since::Unchanged) {
+            if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
+            return false;
         }
-        if (found == lists::ShownRow::Since::Deleted) {
-            if (!dialogs_->ask(messageTitle(), lists::ShownRow::deletedQuestion(kind_.noun)))
-                return false;
-            shown_.forget();
-            id = recordId_ = 0;
-            continue;
-        }
-        if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
-        return false;
+        const SaveAnswer answer = askBeforeOverwrite(*dialogs_, shown_, kind_.noun);
+        if (answer == SaveAnswer::Stop) return false;
+        if (answer == SaveAnswer::SaveAsNew) id = recordId_ = 0;
     }
     if (lists::FormList* l = list()) l->recordSaved(id);
     if (recordId_ == 0 && historyUpdate_) historyUpdate_(recordCondition(kind_.fieldType, id), id);

@@ -26,6 +26,7 @@
 #include "store/jetdate.h"
 #include "views/common/accountquestion.h"
 #include "views/common/namesearch.h"
+#include "views/common/overwritequestion.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/quickedit.h"
 
@@ -440,16 +441,10 @@ bool FormRelated::mayOverwrite(Section& s, int* id) {
         tell(error);
         return false;
     }
-    const lists::ShownRow::Since found = s.shown.found();
-    s.shown.clearFound();
-    if (found == lists::ShownRow::Since::Changed) {
-        if (!dialogs_->ask(messageTitle(), lists::ShownRow::changedQuestion())) return false;
-        s.shown.remember(s.kind, *id);
-    } else if (found == lists::ShownRow::Since::Deleted) {
-        if (!dialogs_->ask(messageTitle(), lists::ShownRow::deletedQuestion(
-                                               QString::fromUtf8(relatedKind(s.kind).caption))))
-            return false;
-        s.shown.forget();
+    const SaveAnswer answer =
+        askBeforeOverwrite(*dialogs_, s.shown, QString::fromUtf8(relatedKind(s.kind).caption));
+    if (answer == SaveAnswer::Stop) return false;
+    if (answer == SaveAnswer::SaveAsNew) {
         *id = 0;
         form_.setProperty(QLatin1String(relatedKind(s.kind).shownId), 0);
     }

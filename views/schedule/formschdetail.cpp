@@ -15,6 +15,7 @@
 #include "store/clock.h"
 #include "store/jetdate.h"
 #include "store/transaction.h"
+#include "views/common/overwritequestion.h"
 #include "views/options/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -393,20 +394,10 @@ bool FormSchDetail::cmdSaveClick() {
                 error = !task.ErrMsg().isEmpty() ? task.ErrMsg() : transaction.error();
         }
         if (ok) break;
-        const lists::ShownRow::Since found =
-            isNew ? lists::ShownRow::Since::Unchanged : shown_.found();
-        shown_.clearFound();
-        if (found == lists::ShownRow::Since::Changed) {
-            if (!dialogs_->ask(messageTitle(), lists::ShownRow::changedQuestion())) return false;
-            shown_.remember(kind::Task, taskId_);
-            continue;
-        }
-        if (found == lists::ShownRow::Since::Deleted) {
-            if (!dialogs_->ask(messageTitle(),
-                               lists::ShownRow::deletedQuestion(QStringLiteral("日程"))))
-                return false;
-            shown_.forget();
-            taskId_ = 0;
+        if (!isNew && shown_.found() != lists::ShownRow::Since::Unchanged) {
+            const SaveAnswer answer = askBeforeOverwrite(*dialogs_, shown_, QStringLiteral("日程"));
+            if (answer == SaveAnswer::Stop) return false;
+            if (answer == SaveAnswer::SaveAsNew) taskId_ = 0;
             continue;
         }
         dialogs_->info(messageTitle(),
