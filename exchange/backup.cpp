@@ -5,6 +5,7 @@
 
 #include "custom/softwaresetting.h"
 #include "exchange/filetools.h"
+#include "exchange/lastaction.h"
 #include "exchange/recyclebin.h"
 #include "store/clock.h"
 #include "store/schema.h"
@@ -99,6 +100,8 @@ Outcome restoreFrom(const QString& chosen, const Progress& progress) {
     if (!checkDataFile(source, &error))
         return Outcome::failure(QStringLiteral("不能恢复该文件，当前数据没有改动：") + error);
     closeAllHandles();
+    // What Ctrl+Z pointed at belongs to the file being replaced.
+    LastAction::instance().forget();
     // Through a symbolic link, the file it points to is replaced and the link stays.
     const QFileInfo liveInfo(n.live);
     const QString replaced = liveInfo.isSymLink() && !liveInfo.canonicalFilePath().isEmpty()

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "exchange/importjournal.h"
+#include "exchange/lastaction.h"
 #include "exchange/recordwriter.h"
 #include "exchange/tableexport.h"
 #include "exchange/tables.h"
@@ -380,6 +381,9 @@ bool ImportSession::commit(QString* error) {
     if (d->linker) d->tally.accountsAdded = d->linker->accountsAdded();
     if (!d->journal.finish(d->tally.summary(), error)) return false;
     if (!d->transaction.commit()) return (*error = d->transaction.error(), false);
+    // An import that changed nothing left the journal of the one before it.
+    if (d->journal.size() > 0)
+        LastAction::instance().noteImport(d->journal.id(), d->tally.summary());
     return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include "exchange/importjournal.h"
 #include "exchange/importsession.h"
+#include "exchange/lastaction.h"
 #include "exchange/tables.h"
 #include "store/jetdate.h"
 #include "store/tarveldatabase.h"
@@ -248,6 +249,7 @@ Outcome undoLastImport(UndoImportResult* result) {
           QStringLiteral("DELETE FROM import_journal WHERE ijn_id=%1").arg(j.id)})
         if (!execute(statement, &error)) return Outcome::failure(failed + error);
     if (!transaction.commit()) return Outcome::failure(failed + transaction.error());
+    LastAction::instance().recheck();
     if (result) *result = done;
     return Outcome{true, false, {}, {}};
 }

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "custom/safekeeping.h"
+#include "exchange/lastaction.h"
 #include "exchange/tables.h"
 #include "records/kinds.h"
 #include "store/clock.h"
@@ -20,6 +21,8 @@
 namespace tarvel::exchange::recyclebin {
 
 namespace {
+
+const QString kRowid = QStringLiteral("rowid");
 
 bool fail(QString* error, const QString& text) {
     if (error) *error = text;
@@ -242,7 +245,16 @@ bool restoreLink(Handle& h, const LinkTable& link, const QJsonObject& row, QStri
                  .arg(quoted(link.name), quoted(link.first), quoted(link.second)),
              {first, second}, error, [&](sqlite3_stmt*) { already = true; }))
         return false;
-    return already || insertRow(h, link.name, row, error);
+    if (already) return true;
+    QJsonObject placed = row;
+    bool taken = false;
+    if (placed.contains(kRowid) &&
+        !run(h, QStringLiteral("SELECT 1 FROM %1 WHERE rowid=?").arg(quoted(link.name)),
+             {valueOf(placed.value(kRowid))}, error, [&](sqlite3_stmt*) { taken = true; }))
+        return false;
+    // A place taken since by another link: the row goes at the end.
+    if (taken) placed.remove(kRowid);
+    return insertRow(h, link.name, placed, error);
 }
 
 const LinkTable* linkTable(const QString& name) {
@@ -298,7 +310,8 @@ bool keep(qint16 code, qint64 key, qint64 batch, QString* error) {
         if (link.secondTable == table) ends << quoted(link.second) + QStringLiteral("=?1");
         if (ends.isEmpty()) continue;
         if (!run(*h,
-                 QStringLiteral("SELECT * FROM %1 WHERE %2 ORDER BY rowid")
+                 // The row number too, so the link comes back in its place.
+                 QStringLiteral("SELECT rowid, * FROM %1 WHERE %2 ORDER BY rowid")
                      .arg(quoted(link.name), ends.join(QStringLiteral(" OR "))),
                  {key}, error, [&](sqlite3_stmt* s) {
                      rows.append({0, link.name, rowToJson(s)});
@@ -320,6 +333,7 @@ bool keep(qint16 code, qint64 key, qint64 batch, QString* error) {
                   QString::fromUtf8(QJsonDocument(r.row).toJson(QJsonDocument::Compact))},
                  error))
             return false;
+    LastAction::instance().noteDelete(batch);
     return true;
 }
 
@@ -385,6 +399,7 @@ bool restore(const QList<qint64>& entryIds, QStringList* lostLinks, QString* err
     if (!removeEntries(*h, entryIds, error)) return false;
     if (!transaction.commit()) return fail(error, transaction.error());
     if (lostLinks) *lostLinks = lost;
+    LastAction::instance().recheck();
     return true;
 }
 

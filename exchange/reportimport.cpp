@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include "exchange/attachedfile.h"
+#include "exchange/lastaction.h"
 #include "exchange/recordmatch.h"
 #include "exchange/tables.h"
 #include "store/schema.h"
@@ -283,6 +284,8 @@ Outcome importReport(const QString& path, ImportSummary* summary, const Progress
     }
     if (stopped) return Outcome::cancel();
     if (!ok) return Outcome::failure(prefix + error);
+    // A merged report cannot be taken back, and Ctrl+Z must not reach past it.
+    LastAction::instance().forget();
     if (summary) *summary = added;
     if (tally) *tally = counted;
     return Outcome{true, false, source, {}};

@@ -98,6 +98,14 @@ TarvelMain::TarvelMain(MainWindowOptions options, QWidget* parent)
     statusBar()->setObjectName(QStringLiteral("StatusBar1"));
     statusBar()->addPermanentWidget(statusPage_);
     statusBar()->addPermanentWidget(statusDate_);
+    // After an undo every open screen reads the records again, as after a restore.
+    undo_ = new UndoOffer(
+        this, dialogs_,
+        [this] {
+            for (PageWidget* page : std::as_const(pages_)) page->refresh();
+            refreshHomePage();
+        },
+        options_.undoTimer);
 
     timer_ = new QTimer(this);
     timer_->setObjectName(QStringLiteral("Timer1"));

@@ -20,6 +20,7 @@
 #include "shell/pages.h"
 #include "shell/reminderwindows.h"
 #include "shell/windowplacement.h"
+#include "shell/undooffer.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 
@@ -38,6 +39,8 @@ struct MainWindowOptions {
     std::shared_ptr<Dialogs> dialogs;
     std::shared_ptr<ShellOpener> opener;
     std::shared_ptr<FileDialogs> files;
+    // How long the status bar offers 撤销; null: a real timer.
+    UndoOffer::Later undoTimer;
 };
 
 // The main window: module pages in an MDI area, the toolbar that switches
@@ -96,6 +99,7 @@ public:
     PageHistory& history() { return history_; }
     QMdiArea* mdiArea() const { return mdi_; }
     QTimer* Timer1() const { return timer_; }
+    UndoOffer* undoOffer() const { return undo_; }
     QSystemTrayIcon* trayIcon() const { return tray_; }
     UpdateCheck* updateCheck() const { return update_; }
 
@@ -151,6 +155,7 @@ private:
     int homeRefreshes_ = 0;
     TodayList today_;
     ReminderWindows* reminders_;
+    UndoOffer* undo_;
 };
 
 // The window caption and tray tip of the program.

@@ -1,9 +1,13 @@
 // Merging duplicate contacts and accounts on a real data file.
 #include "exchange/recordmerge.h"
 
+#include "exchange/lastaction.h"
+#include "exchange/mergeundo.h"
+#include "exchange/recyclebin.h"
 #include "exchange/tables.h"
 #include "records/kinds.h"
 #include "tests/exchange/exchangefixture.h"
+#include "tests/support/wholetables.h"
 
 using namespace tarvel;
 using namespace tarvel::exchange;
@@ -214,6 +218,68 @@ TEST_F(Merge, RefusedOrStoppedMergesChangeNothing) {
         EXPECT_TRUE(o.ErrMsg.contains(QString::fromUtf8(c.message)))
             << c.what << ": " << o.ErrMsg.toStdString();
         EXPECT_EQ(wholeFile(), before) << c.what;
+    }
+}
+
+TEST_F(Merge, UndoPutsEveryTableBackAsItWasBeforeTheMerge) {
+    fillThreeContacts();
+    // An id of an earlier import naming a contact merged away moves too.
+    run("INSERT INTO upgrade_contacts (old_con_id, new_con_id) VALUES (70, 2)");
+    LastAction::instance().forget();
+    const auto before = testsupport::wholeTables();
+    MergeRequest request{kind::Contact, 1, {2, 3}, {{"con_title", 3}}, 3, {}};
+    MergeImage image;
+    const Outcome merged = mergeKeepingImage(request, &image);
+    ASSERT_TRUE(merged.ok) << merged.ErrMsg.toStdString();
+    EXPECT_EQ(column("SELECT bin_key FROM bin_entries ORDER BY bin_key"), QStringList({"2", "3"}));
+    EXPECT_EQ(LastAction::instance().caption(), "已把 3 条联系人记录合并为一条。");
+    EXPECT_EQ(LastAction::instance().pointer(), image.batch);
+
+    QString done;
+    const Outcome undone = LastAction::instance().undo(&done);
+    ASSERT_TRUE(undone.ok) << undone.ErrMsg.toStdString();
+    EXPECT_TRUE(done.startsWith("已撤销合并")) << done.toStdString();
+    // Records with their keys, the kept one's fields and dates, every link
+    // row in its place, moved ids, and an empty bin.
+    EXPECT_EQ(testsupport::changedSince(before), QStringList());
+    EXPECT_EQ(LastAction::instance().caption(), "");
+    ASSERT_TRUE(LastAction::instance().undo(&done).ok);
+    EXPECT_EQ(done, "没有可以撤销的操作。");
+}
+
+TEST_F(Merge, UndoIsRefusedWhenTheMergedRecordsChangedSince) {
+    const struct {
+        const char* what;
+        const char* change;
+    } cases[] = {
+        {"the kept record edited", "UPDATE contacts SET con_title='主管' WHERE con_id=1"},
+        {"a link added to it", "INSERT INTO contacts_tasks VALUES (1, 2)"},
+        {"a moved link removed", "DELETE FROM opportunities_contacts WHERE opp_id=3"},
+        {"a merged record restored from the bin", nullptr},
+    };
+    for (const auto& c : cases) {
+        run("DELETE FROM bin_rows");
+        run("DELETE FROM bin_entries");
+        for (const char* table : {"contacts", "accounts", "opportunities", "tasks", "documents",
+                                  "external_ids", "accounts_contacts", "opportunities_contacts",
+                                  "contacts_tasks", "contacts_documents", "contacts_contacts"})
+            run(QStringLiteral("DELETE FROM ") + table);
+        fillThreeContacts();
+        ASSERT_TRUE(mergeKeepingImage({kind::Contact, 1, {2, 3}, {}, 0, {}}, nullptr).ok);
+        if (c.change) {
+            run(QString::fromUtf8(c.change));
+        } else {
+            QStringList lost;
+            QString error;
+            ASSERT_TRUE(recyclebin::restore(
+                {scalar("SELECT MIN(bin_id) FROM bin_entries").toLongLong()}, &lost, &error));
+        }
+        const auto changed = testsupport::wholeTables();
+        QString done;
+        const Outcome o = LastAction::instance().undo(&done);
+        EXPECT_FALSE(o.ok) << c.what;
+        EXPECT_TRUE(o.ErrMsg.startsWith("合并没有撤销，数据没有改动：")) << o.ErrMsg.toStdString();
+        EXPECT_EQ(testsupport::changedSince(changed), QStringList()) << c.what;
     }
 }
 

@@ -86,7 +86,7 @@ bool FormAccDetail::showFields(int id, QString* error) {
 
 bool FormAccDetail::saveFields(int* id, QString* error) {
     if (!requireName(txtSubject_, QStringLiteral("单位名称"))) return false;
-    return storeRecord<Account>(id, error, [&](Account& account) {
+    return storeRecord<Account>(id, error, shownRow(), [&](Account& account) {
         readTextFields(account, fields_);
         account.setTag(tagText());
         account.setiPrivate(chkPrivate_->isChecked() ? -1 : 0);

@@ -235,7 +235,7 @@ bool FormConDetail::saveFields(int* id, QString* error) {
         *accountError = contact.Account().ErrMsg();
         return false;
     };
-    return storeRecord<Contact>(id, error, read, account);
+    return storeRecord<Contact>(id, error, shownRow(), read, account);
 }
 
 }  // namespace tarvel

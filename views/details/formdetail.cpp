@@ -25,8 +25,10 @@
 #include "custom/softwaresetting.h"
 #include "records/columnlimit.h"
 #include "records/currency.h"
+#include "records/kinds.h"
 #include "views/common/flatbutton.h"
 #include "views/common/namesearch.h"
+#include "views/common/overwritequestion.h"
 #include "views/details/detaillayout.h"
 #include "views/details/detailcolumns.h"
 #include "views/details/recordfields.h"
@@ -158,6 +160,19 @@ void FormDetail::reload() {
     showRecord(recordId_);
 }
 
+void FormDetail::refresh() {
+    if (modified_) return;
+    QString error;
+    if (recordId_ != 0 && shown_.check(&error) && shown_.found() == lists::ShownRow::Since::Deleted)
+        return showRecord(0);
+    reload();
+}
+
+qint16 FormDetail::recordCode() const {
+    const RecordKindInfo* k = kindByListNumber(kind_.number);
+    return k ? k->code : 0;
+}
+
 void FormDetail::showRelated() {
     const int total = splitter_->height();
     splitter_->setSizes({total / 2, total - total / 2});
@@ -171,6 +186,8 @@ void FormDetail::showRecord(int id) {
     const bool ok = showFields(id, &error);
     loading_ = false;
     recordId_ = ok ? id : 0;
+    QString unread;
+    if (ok) shown_.remember(recordCode(), recordId_, &unread);
     if (!ok) {
         info(QStringLiteral("记录没有读出，原因可能是") + error);
         showFields(0, &error);
@@ -482,9 +499,14 @@ bool FormDetail::mayLeave() {
 bool FormDetail::save() {
     int id = recordId_;
     QString error;
-    if (!saveFields(&id, &error)) {
-        if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
-        return false;
+    while (!saveFields(&id, &error)) {
+        if (shown_.found() == lists::ShownRow::Since::Unchanged) {
+            if (!error.isEmpty()) info(kind_.noun + QStringLiteral("没有保存。\n") + error);
+            return false;
+        }
+        const SaveAnswer answer = askBeforeOverwrite(*dialogs_, shown_, kind_.noun);
+        if (answer == SaveAnswer::Stop) return false;
+        if (answer == SaveAnswer::SaveAsNew) id = recordId_ = 0;
     }
     if (lists::ListRows* r = rows()) r->reread(id);
     if (recordId_ == 0 && historyUpdate_) historyUpdate_(recordCondition(kind_.fieldType, id), id);

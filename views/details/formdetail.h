@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "browse/shownrow.h"
 #include "views/common/dialogs.h"
 #include "views/common/page.h"
 
@@ -51,6 +52,10 @@ public:
     // ("-1": a new, empty record). Page number 1 brings the related area forward.
     void fill(const PageRequest& request) override;
     void rebuildLayout() override;
+    // Records came back or went elsewhere (an undo, a restore): the page reads
+    // its record again, unless an edit is in progress (its save then asks when
+    // the record changed beneath it).
+    void refresh() override;
 
     int recordId() const { return recordId_; }
     // The page code of the list page of the kind.
@@ -173,8 +178,12 @@ protected:
     // While loading, edits do not raise the modified flag.
     bool loading() const { return loading_; }
     QString objectCode() const;
+    // The kind code (kind::Contact, ...) of the page's records.
+    qint16 recordCode() const;
     const lists::ListKind& kind() const { return kind_; }
     lists::ListRows* rows() const;
+    // The record as the page showed it, for the save to compare with.
+    lists::ShownRow* shownRow() { return &shown_; }
 
     std::shared_ptr<Dialogs> dialogs_;
 
@@ -190,6 +199,7 @@ private:
     std::function<lists::ListRows*()> rows_;
     std::function<void(const QString&, int)> historyUpdate_;
     int recordId_ = 0;
+    lists::ShownRow shown_;
     bool modified_ = false;
     bool loading_ = false;
     QWidget* fields_;

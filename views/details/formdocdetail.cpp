@@ -97,7 +97,7 @@ bool FormDocDetail::showFields(int id, QString* error) {
 
 bool FormDocDetail::saveFields(int* id, QString* error) {
     if (!requireName(txtName_, QStringLiteral("文档名称"))) return false;
-    return storeRecord<document>(id, error, [&](document& doc) {
+    return storeRecord<document>(id, error, shownRow(), [&](document& doc) {
         readTextFields(doc, fields_);
         if (*id == 0) doc.setCreatDate(recordvalue::today());
         doc.setDocRecentEditDate(recordvalue::now());

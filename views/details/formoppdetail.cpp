@@ -104,7 +104,7 @@ bool FormOppDetail::saveFields(int* id, QString* error) {
         cboProbability_->setFocus();
         return false;
     }
-    return storeRecord<Opportunity>(id, error, [&](Opportunity& opportunity) {
+    return storeRecord<Opportunity>(id, error, shownRow(), [&](Opportunity& opportunity) {
         readTextFields(opportunity, fields_);
         opportunity.setTag(tagText());
         opportunity.setDieDate(dtDieDate_->date() == noDate() ? QDateTime()

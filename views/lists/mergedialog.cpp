@@ -10,7 +10,7 @@
 #include <algorithm>
 
 #include "custom/fsettings.h"
-#include "exchange/recyclebin.h"
+#include "exchange/mergeundo.h"
 #include "records/kinds.h"
 
 namespace tarvel::lists {
@@ -175,16 +175,8 @@ void MergeDialog::merge() {
                                                   "都移到它上面，然后删除这些记录。确定合并吗？")
                                        .arg(r.others.size())))
         return;
-    exchange::MergeRequest kept = r;
-    // The records merged away go to the recycle bin, as any other delete.
-    kept.keepRemovedRows = [&r](const QList<exchange::MergedAwayRow>&, QString* error) {
-        const qint64 batch = exchange::recyclebin::newBatch(error);
-        if (batch == 0) return false;
-        for (qint64 other : r.others)
-            if (!exchange::recyclebin::keep(r.kindCode, other, batch, error)) return false;
-        return true;
-    };
-    const exchange::Outcome o = exchange::mergeRecords(kept);
+    // The records merged away go to the recycle bin, and Ctrl+Z can take the merge back.
+    const exchange::Outcome o = exchange::mergeKeepingImage(r, nullptr);
     if (!o.ok) {
         if (dialogs_) dialogs_->warning(messageTitle(), o.ErrMsg);
         return;

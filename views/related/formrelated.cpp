@@ -17,6 +17,7 @@
 #include "browse/recordsetmodel.h"
 #include "browse/relatedkind.h"
 #include "browse/savefailure.h"
+#include "browse/shownrow.h"
 #include "browse/tickmodel.h"
 #include "exchange/tableexport.h"
 #include "records/account.h"
@@ -25,6 +26,7 @@
 #include "store/jetdate.h"
 #include "views/common/accountquestion.h"
 #include "views/common/namesearch.h"
+#include "views/common/overwritequestion.h"
 #include "views/related/formaddrelated.h"
 #include "views/related/quickedit.h"
 
@@ -79,6 +81,7 @@ struct FormRelated::Section {
     int count = 0;
     QString sortColumn;
     bool ascending = false;
+    lists::ShownRow shown;  // the record the quick-edit fields show, as read
 };
 
 FormRelated::FormRelated(qint16 ownerKind, QWidget* parent)
@@ -388,6 +391,7 @@ void FormRelated::chooseRow(Section& s, int row) {
 void FormRelated::showInSection(Section& s, int id) {
     QString error;
     if (!relatedrecords::show(s.kind, form_, s.data, id, error)) tell(error);
+    s.shown.remember(s.kind, shownId(s));
     if (s.kind == kind::Contact) {
         shownAccount_ = form_.controlValue(QStringLiteral("txt_con_account")).toString();
         chosenAccount_ = 0;
@@ -430,9 +434,26 @@ bool FormRelated::askAccountQuestions(int contactId, relatedrecords::AccountChoi
     return answer.proceed;
 }
 
+bool FormRelated::mayOverwrite(Section& s, int* id) {
+    QString error;
+    if (*id == 0 || s.shown.id() != *id) return true;
+    if (!s.shown.check(&error)) {
+        tell(error);
+        return false;
+    }
+    const SaveAnswer answer =
+        askBeforeOverwrite(*dialogs_, s.shown, QString::fromUtf8(relatedKind(s.kind).caption));
+    if (answer == SaveAnswer::Stop) return false;
+    if (answer == SaveAnswer::SaveAsNew) {
+        *id = 0;
+        form_.setProperty(QLatin1String(relatedKind(s.kind).shownId), 0);
+    }
+    return true;
+}
+
 void FormRelated::save(Section& s) {
     if (ownerId_ == 0) return;
-    const int id = shownId(s);
+    int id = shownId(s);
     const char* nameBox = relatedKind(s.kind).nameBox;
     if (form_.controlValue(QLatin1String(nameBox)).toString().trimmed().isEmpty()) {
         tell(QStringLiteral("请先填写名称再保存。"));
@@ -441,6 +462,8 @@ void FormRelated::save(Section& s) {
     }
     relatedrecords::AccountChoice choice;
     if (s.kind == kind::Contact && !askAccountQuestions(id, choice)) return;
+    // Someone may have changed or deleted the record since the fields showed it.
+    if (!mayOverwrite(s, &id)) return;
     QString error;
     bool refused = false;
     if (!relatedrecords::save(s.kind, form_, s.data, ownerKind_, ownerId_, id, choice, error,

@@ -78,6 +78,9 @@ private:
     void showInSection(Section& s, int id);
     void newEntry(Section& s);
     void save(Section& s);
+    // Whether the save may overwrite the shown record: asked when it changed
+    // or went since it was shown (then *id becomes 0: saved as a new one).
+    bool mayOverwrite(Section& s, int* id);
     bool askAccountQuestions(int contactId, relatedrecords::AccountChoice& choice);
     void unlink(Section& s);
     void sortBy(Section& s, int column);

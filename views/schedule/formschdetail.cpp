@@ -8,6 +8,7 @@
 
 #include "browse/unsaved.h"
 #include "exchange/recyclebin.h"
+#include "records/kinds.h"
 #include "records/recordbase.h"
 #include "schedule/recurrence.h"
 #include "schedule/tasklinks.h"
@@ -15,6 +16,7 @@
 #include "store/jetdate.h"
 #include "store/transaction.h"
 #include "views/common/fieldlimit.h"
+#include "views/common/overwritequestion.h"
 #include "views/options/optionwidgets.h"
 #include "views/schedule/taskrelatedpanel.h"
 
@@ -247,6 +249,7 @@ void FormSchDetail::showTask(int taskId, const QDate& day, const QTime& time) {
     task.setOForm(&form_);
     if (!task.ShowTask(taskId)) dialogs_->info(messageTitle(), task.ErrMsg());
     taskId_ = task.ID();
+    shown_.remember(kind::Task, taskId_);
     if (taskId_ == 0) {
         if (day.isValid()) dtDate_->setDate(day);
         if (time.isValid()) cboTime_->setEditText(timeText(time));
@@ -309,6 +312,14 @@ void FormSchDetail::newTaskFor(qint16 recordKind, int recordId) {
         loading_ = false;
     }
     setOriginLinks(recordKind, recordId);
+}
+
+void FormSchDetail::refresh() {
+    if (isUnsaved(UnsavedModule::Task) || taskId_ == 0) return;
+    QString error;
+    const bool gone = shown_.check(&error) && shown_.found() == lists::ShownRow::Since::Deleted;
+    shown_.clearFound();
+    showTask(gone ? 0 : taskId_, dtDate_->date(), QTime());
 }
 
 void FormSchDetail::cmdNewClick() {
@@ -375,17 +386,29 @@ bool FormSchDetail::saveNextTask(const Task& current) {
 
 bool FormSchDetail::cmdSaveClick() {
     if (!checkInput()) return false;
-    const bool isNew = taskId_ == 0;
     Task task;
-    bool ok = false;
-    QString error;
-    {
-        Transaction transaction;
-        ok = transaction.isActive() && saveTask(task, isNew) &&
-             (!chkNextDate_->isChecked() || saveNextTask(task)) && transaction.commit();
-        error = !task.ErrMsg().isEmpty() ? task.ErrMsg() : transaction.error();
-    }
-    if (!ok) {
+    for (;;) {
+        const bool isNew = taskId_ == 0;
+        task = Task();
+        bool ok = false;
+        QString error;
+        {
+            // Whether the task changed or went since it was shown is read in
+            // the save's transaction; the question is asked after it.
+            Transaction transaction;
+            ok = transaction.isActive() && (isNew || shown_.check(&error)) &&
+                 shown_.found() == lists::ShownRow::Since::Unchanged && saveTask(task, isNew) &&
+                 (!chkNextDate_->isChecked() || saveNextTask(task)) && transaction.commit();
+            if (error.isEmpty())
+                error = !task.ErrMsg().isEmpty() ? task.ErrMsg() : transaction.error();
+        }
+        if (ok) break;
+        if (!isNew && shown_.found() != lists::ShownRow::Since::Unchanged) {
+            const SaveAnswer answer = askBeforeOverwrite(*dialogs_, shown_, QStringLiteral("日程"));
+            if (answer == SaveAnswer::Stop) return false;
+            if (answer == SaveAnswer::SaveAsNew) taskId_ = 0;
+            continue;
+        }
         dialogs_->info(messageTitle(),
                        QStringLiteral("日程没有保存。") +
                            (error.isEmpty() ? QString() : QLatin1Char('\n') + error));

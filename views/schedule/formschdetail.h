@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <memory>
 
+#include "browse/shownrow.h"
 #include "schedule/task.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
@@ -36,6 +37,9 @@ public:
     // Record id 0: a new task on the request's date; a page number 0..47
     // places it at that half hour.
     void fill(const PageRequest& request) override;
+    // Reads the task again after records came back or went elsewhere (an
+    // undo), unless an edit is in progress.
+    void refresh() override;
     void rebuildLayout() override;
     // A new task begun from a record (kind::Opportunity, Account, Contact,
     // Document): named after it and linked to it on save; a contact's task is
@@ -75,6 +79,7 @@ private:
     WidgetForm form_{this};
     PageSwitch pageSwitch_;
     int taskId_ = 0;
+    lists::ShownRow shown_;  // the task as the page showed it
     bool loading_ = false;
 
     QLineEdit* txtSubject_;

@@ -1,0 +1,300 @@
+// Ctrl+Z and the status bar's 撤销 in the main window, and the question a
+// detail page or the task page asks before overwriting a record changed
+// behind it (through a second connection to the data file).
+#include <QLineEdit>
+#include <QStatusBar>
+#include <QTableView>
+#include <QtTest>
+
+#include "browse/shownrow.h"
+#include "exchange/lastaction.h"
+#include "exchange/recyclebin.h"
+#include "shell/mainwindow.h"
+#include "store/schema.h"
+#include "tests/support/wholetables.h"
+#include "tests/views/screenfixture.h"
+#include "views/details/formcondetail.h"
+#include "views/lists/formlist.h"
+#include "views/related/formrelated.h"
+#include "views/schedule/formschdetail.h"
+
+using namespace tarvel;
+using tarvel::testsupport::at;
+using tarvel::testsupport::child;
+using tarvel::testsupport::click;
+using tarvel::testsupport::count;
+using tarvel::testsupport::run;
+using tarvel::testsupport::text;
+
+namespace {
+
+// A statement run by another program on the same data file.
+void elsewhere(const QString& path, const QString& sql) {
+    QString error;
+    const auto other = Handle::open(path, QLatin1String(schema::kDatabasePassword), false, &error);
+    if (!other || !other->exec(sql, &error)) qFatal("%s", qPrintable(error));
+    other->close();
+}
+
+}  // namespace
+
+class UndoTest : public tarvel::testsupport::ScreenFixture {
+    Q_OBJECT
+private slots:
+    void init() {
+        begin(at(2024, 5, 20, 10, 30));
+        exchange::LastAction::instance().forget();
+        timers_.clear();
+        for (const char* sql :
+             {"INSERT INTO accounts (acc_name) VALUES ('星辰科技')",
+              "INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn')",
+              "INSERT INTO contacts (con_lastname) VALUES ('李娜')",
+              "INSERT INTO contacts (con_lastname) VALUES ('张强')",
+              "INSERT INTO contacts (con_lastname) VALUES ('赵敏')",
+              "INSERT INTO tasks (tas_subject, tas_date, tas_time, tas_cycle) VALUES ('拜访', "
+              "#2024-5-21#, #10:00#, 0)",
+              "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)",
+              "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 3)",
+              "INSERT INTO contacts_contacts (con_id1, con_id2, con_relation) VALUES (1, 2, "
+              "'同事')",
+              "INSERT INTO contacts_tasks (con_id, tas_id) VALUES (3, 1)"})
+            run(QString::fromUtf8(sql));
+    }
+    void cleanup() {
+        main_.reset();
+        end();
+    }
+
+    // 删除选定记录 on the list, then 撤销 in the status bar: every table as it was.
+    void bulkDeleteIsTakenBackByTheStatusBarButton() {
+        auto* list = contactList();
+        run(QStringLiteral("UPDATE contacts SET con_check=true WHERE con_id IN (1, 2, 3)"));
+        const auto before = testsupport::wholeTables();
+        dialogs_->answers = {true};
+        list->runOperation(QStringLiteral("删除选定记录"));
+        QCOMPARE(list->rowCount(), 1);
+        QCoreApplication::processEvents();
+        QVERIFY(offer()->isVisible());
+        QCOMPARE(child<QLabel>(*main_, "lbl_undo")->text(),
+                 QStringLiteral("已删除 3 条联系人记录。"));
+        QCOMPARE(timers_.size(), 1);
+        QCOMPARE(timers_[0].first, 10000);
+
+        click(*main_, "cmd_undo");
+        QCOMPARE(testsupport::changedSince(before), QStringList());
+        QVERIFY(!offer()->isVisible());
+        QCOMPARE(main_->statusBar()->currentMessage(),
+                 QStringLiteral("已撤销删除：恢复了 3 条联系人记录。"));
+        // The open list reads the records again.
+        QCOMPARE(list->rowCount(), 4);
+    }
+
+    // The detail page's delete, then Ctrl+Z.
+    void detailPageDeleteIsTakenBackByCtrlZ() {
+        const auto before = testsupport::wholeTables();
+        QVERIFY(main_ = quietMain());
+        QVERIFY(main_->OpenRecord(kind::Contact, 3));
+        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        dialogs_->answers = {true};
+        click(*page, "lbl_delete");
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id=3")), 0);
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts_tasks")), 0);
+        pressCtrlZ(main_.get());
+        QCOMPARE(testsupport::changedSince(before), QStringList());
+        QCOMPARE(main_->statusBar()->currentMessage(),
+                 QStringLiteral("已撤销删除：恢复了 1 条联系人记录。"));
+        // A second Ctrl+Z finds nothing and says so without a message box.
+        dialogs_->shown.clear();
+        pressCtrlZ(main_.get());
+        QCOMPARE(main_->statusBar()->currentMessage(), QStringLiteral("没有可以撤销的操作。"));
+        QVERIFY(dialogs_->shown.isEmpty());
+        QCOMPARE(testsupport::changedSince(before), QStringList());
+    }
+
+    // Ctrl+Z in the search box undoes the typing there, not the delete.
+    void ctrlZInATextFieldKeepsItsOwnUndo() {
+        auto* list = contactList();
+        run(QStringLiteral("UPDATE contacts SET con_check=true WHERE con_id=4"));
+        dialogs_->answers = {true};
+        list->runOperation(QStringLiteral("删除选定记录"));
+        const auto deleted = testsupport::wholeTables();
+        auto* search = child<QLineEdit>(*list, "txt_search");
+        search->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), search);
+        testsupport::typeText(search, QStringLiteral("王"));
+        pressCtrlZ(search);
+        QCOMPARE(search->text(), QString());
+        QCOMPARE(testsupport::changedSince(deleted), QStringList());
+        // Elsewhere in the window Ctrl+Z reaches the delete.
+        child<QWidget>(*list, "dg_listall")->setFocus();
+        pressCtrlZ(main_.get());
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id=4")), 1);
+    }
+
+    // The offer goes when its time is up; a newer offer keeps its own time.
+    void theButtonDisappearsAfterItsTime() {
+        auto* list = contactList();
+        for (int id : {4, 3}) {
+            run(QStringLiteral(
+                    "UPDATE contacts SET con_check=CASE WHEN con_id=%1 THEN -1 ELSE 0 END")
+                    .arg(id));
+            dialogs_->answers = {true};
+            list->runOperation(QStringLiteral("删除选定记录"));
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(timers_.size(), 2);
+        timers_[0].second();  // the first offer's time: the second stays
+        QVERIFY(offer()->isVisible());
+        timers_[1].second();
+        QVERIFY(!offer()->isVisible());
+        child<QWidget>(*list, "dg_listall")->setFocus();
+        // Ctrl+Z still takes the last delete back, and only that one.
+        pressCtrlZ(main_.get());
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id IN (3, 4)")), 1);
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id=3")), 1);
+    }
+
+    // Taken back on the bin page, the delete is no longer offered.
+    void aRestoreElsewhereWithdrawsTheOffer() {
+        auto* list = contactList();
+        run(QStringLiteral("UPDATE contacts SET con_check=true WHERE con_id=4"));
+        dialogs_->answers = {true};
+        list->runOperation(QStringLiteral("删除选定记录"));
+        QCoreApplication::processEvents();
+        QVERIFY(offer()->isVisible());
+        QString error;
+        QStringList lost;
+        QVERIFY(exchange::recyclebin::restore(
+            {testsupport::firstValue(QStringLiteral("SELECT bin_id FROM bin_entries"))
+                 .toLongLong()},
+            &lost, &error));
+        QVERIFY(!offer()->isVisible());
+        const auto restored = testsupport::wholeTables();
+        click(*main_, "cmd_undo");  // as if clicked in the same moment
+        QCOMPARE(main_->statusBar()->currentMessage(), QStringLiteral("没有可以撤销的操作。"));
+        QCOMPARE(testsupport::changedSince(restored), QStringList());
+    }
+
+    // A row changed behind the contact page: Yes overwrites, No writes nothing.
+    void saveOverARowChangedElsewhereAsks_data() {
+        QTest::addColumn<bool>("deleted");
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("changed, yes") << false << true;
+        QTest::newRow("changed, no") << false << false;
+        QTest::newRow("deleted, save as new") << true << true;
+        QTest::newRow("deleted, cancel") << true << false;
+    }
+    void saveOverARowChangedElsewhereAsks() {
+        QFETCH(bool, deleted);
+        QFETCH(bool, yes);
+        FormConDetail page;
+        page.setDialogs(dialogs_);
+        page.fill({page::ContactDetail, QString(), 1});
+        auto* name = child<QLineEdit>(page, "txt_name");
+        name->setText(QStringLiteral("王伟伟"));
+        elsewhere(file_->path(), deleted
+                                     ? QStringLiteral("DELETE FROM contacts WHERE con_id=1")
+                                     : QStringLiteral("UPDATE contacts SET con_email='w@other.cn' "
+                                                      "WHERE con_id=1"));
+        const auto behind = testsupport::wholeTables();
+        dialogs_->answers = {yes};
+        click(page, "lbl_save");
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QCOMPARE(dialogs_->shown[0].text,
+                 deleted ? lists::ShownRow::deletedQuestion(QStringLiteral("联系人"))
+                         : lists::ShownRow::changedQuestion());
+        if (!yes) {
+            QCOMPARE(testsupport::changedSince(behind), QStringList());
+            QVERIFY(page.isModified());
+            QCOMPARE(name->text(), QStringLiteral("王伟伟"));
+            return;
+        }
+        QVERIFY(!page.isModified());
+        QCOMPARE(text(QStringLiteral("SELECT con_email FROM contacts WHERE con_lastname='王伟伟'")),
+                 QStringLiteral("wang@xc.cn"));
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM contacts WHERE con_id=1")),
+                 deleted ? 0 : 1);
+        QCOMPARE(page.recordId() == 1, !deleted);
+        // Saved once, the page knows the row again: no question the next time.
+        name->setText(QStringLiteral("王伟"));
+        click(page, "lbl_save");
+        QCOMPARE(dialogs_->shown.size(), 1);
+    }
+
+    void taskPageAsksBeforeOverwritingToo() {
+        for (bool yes : {false, true}) {
+            dialogs_->shown.clear();
+            QVERIFY(main_ || (main_ = quietMain()));
+            QVERIFY(main_->OpenTask(1));
+            auto* page = qobject_cast<FormSchDetail*>(main_->currentPage());
+            QVERIFY(page);
+            child<QLineEdit>(*page, "txt_sch_subject")->setText(QStringLiteral("拜访王伟"));
+            elsewhere(
+                file_->path(),
+                QStringLiteral("UPDATE tasks SET tas_outlay=%1 WHERE tas_id=1").arg(yes ? 60 : 50));
+            dialogs_->answers = {yes};
+            click(*page, "cmd_sch_save");
+            QCOMPARE(dialogs_->shown.size(), 1);
+            QCOMPARE(dialogs_->shown[0].text, lists::ShownRow::changedQuestion());
+            QCOMPARE(text(QStringLiteral("SELECT tas_subject FROM tasks WHERE tas_id=1")),
+                     yes ? QStringLiteral("拜访王伟") : QStringLiteral("拜访"));
+        }
+    }
+
+    // The related panel's quick edit: 李娜, shown beside 王伟, changed behind it.
+    void panelQuickEditAsksToo() {
+        for (bool yes : {false, true}) {
+            dialogs_->shown.clear();
+            FormRelated panel(kind::Contact);
+            panel.setDialogs(dialogs_);
+            panel.showRecord(1);
+            auto* grid = child<QTableView>(panel, "dgrid_con");
+            QCOMPARE(grid->model()->rowCount(), 1);
+            grid->setCurrentIndex(grid->model()->index(0, 1));
+            QCOMPARE(child<QLineEdit>(panel, "txt_con_name")->text(), QStringLiteral("李娜"));
+            child<QLineEdit>(panel, "txt_con_mobile")->setText(QStringLiteral("13900000000"));
+            elsewhere(file_->path(), QStringLiteral("UPDATE contacts SET con_email='%1' WHERE "
+                                                    "con_id=2")
+                                         .arg(yes ? "b@x.cn" : "a@x.cn"));
+            dialogs_->answers = {yes};
+            click(panel, "cmd_con_save");
+            QCOMPARE(dialogs_->shown.size(), 1);
+            QCOMPARE(dialogs_->shown[0].text, lists::ShownRow::changedQuestion());
+            QCOMPARE(text(QStringLiteral("SELECT con_mobile FROM contacts WHERE con_id=2")),
+                     yes ? QStringLiteral("13900000000") : QString());
+        }
+    }
+
+private:
+    std::unique_ptr<TarvelMain> quietMain() {
+        MainWindowOptions o;
+        o.trayAvailable = [] { return false; };
+        o.checkForUpdate = false;
+        o.dialogs = dialogs_;
+        o.undoTimer = [this](int ms, std::function<void()> expired) {
+            timers_.append({ms, std::move(expired)});
+        };
+        auto main = std::make_unique<TarvelMain>(o);
+        main->Timer1()->stop();
+        main->show();
+        main->activateWindow();
+        if (!QTest::qWaitForWindowActive(main.get())) qWarning("the window is not active");
+        return main;
+    }
+    lists::FormList* contactList() {
+        main_ = quietMain();
+        if (!main_->OpenPage(page::ContactList)) qFatal("no contact list");
+        return qobject_cast<lists::FormList*>(main_->currentPage());
+    }
+    QWidget* offer() const { return child<QWidget>(*main_, "cmd_undo"); }
+    static void pressCtrlZ(QWidget* target) {
+        QTest::keyClick(target, Qt::Key_Z, Qt::ControlModifier);
+    }
+
+    std::unique_ptr<TarvelMain> main_;
+    QList<std::pair<int, std::function<void()>>> timers_;
+};
+
+QTEST_MAIN(UndoTest)
+#include "undo_test.moc"
