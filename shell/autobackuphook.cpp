@@ -7,7 +7,7 @@
 
 namespace tarvel {
 
-AutoBackupHook::AutoBackupHook(std::shared_ptr<Dialogs> dialogs, QObject* parent)
+AutoBackupHook::AutoBackupHook(std::shared_ptr<Messages> dialogs, QObject* parent)
     : QObject(parent), dialogs_(std::move(dialogs)) {
     connect(&runner_, &exchange::AutoBackupRunner::finished, this, &AutoBackupHook::tell);
 }

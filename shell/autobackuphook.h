@@ -14,7 +14,7 @@ namespace tarvel {
 class AutoBackupHook : public QObject {
     Q_OBJECT
 public:
-    explicit AutoBackupHook(std::shared_ptr<Dialogs> dialogs, QObject* parent = nullptr);
+    explicit AutoBackupHook(std::shared_ptr<Messages> dialogs, QObject* parent = nullptr);
 
     // Removes what killed runs left behind and starts the day's backup when
     // none was made today. Returns at once.
@@ -27,7 +27,7 @@ public:
 private:
     void tell(const exchange::AutoBackupResult& result);
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     exchange::AutoBackupRunner runner_;
 };
 

@@ -21,7 +21,7 @@ class FormInit : public QDialog {
 public:
     explicit FormInit(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
 
     // The control array Frame1: both pages carry the name, told apart by index.
     QFrame* Frame1(int index) const { return frames_[index]; }
@@ -35,7 +35,7 @@ private:
     void showPage(int index);
     void refuse(const QString& text);
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     QFrame* frames_[2];
     QStackedLayout* stack_;
     QPlainTextEdit* txtAgreement_;

@@ -17,7 +17,7 @@ class FormLogin : public QDialog {
 public:
     explicit FormLogin(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
 
 public slots:
@@ -26,7 +26,7 @@ public slots:
     void label1Click();
 
 private:
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
     QLineEdit* txtPassword_;
     QPushButton* cmdOk_;

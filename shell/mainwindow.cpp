@@ -443,7 +443,7 @@ QList<FormSchRemind*> TarvelMain::reminderWindows() const {
 
 void TarvelMain::closeEvent(QCloseEvent* event) {
     if (anyUnsaved() &&
-        !dialogs_->ask(messageTitle(), unsavedQuestion(), Dialogs::Icon::Information)) {
+        !dialogs_->ask(messageTitle(), unsavedQuestion(), Messages::Icon::Information)) {
         event->ignore();
         return;
     }

@@ -19,8 +19,8 @@
 #include "shell/pagehistory.h"
 #include "shell/pages.h"
 #include "shell/reminderwindows.h"
-#include "shell/windowplacement.h"
 #include "shell/undooffer.h"
+#include "shell/windowplacement.h"
 #include "views/common/dialogs.h"
 #include "views/common/filedialogs.h"
 
@@ -36,7 +36,7 @@ struct MainWindowOptions {
     int timerInterval = 1000;  // ms; a tick only compares dates and times
     bool checkForUpdate = true;
     // The seams the window and every page it makes use; null: the real ones.
-    std::shared_ptr<Dialogs> dialogs;
+    std::shared_ptr<Messages> dialogs;
     std::shared_ptr<ShellOpener> opener;
     std::shared_ptr<FileDialogs> files;
     // How long the status bar offers 撤销; null: a real timer.
@@ -137,7 +137,7 @@ private:
 
     MainWindowOptions options_;
     WindowPlace place_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
     std::shared_ptr<FileDialogs> files_;
     PageHistory history_;

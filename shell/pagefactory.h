@@ -18,7 +18,7 @@ class TodayList;
 // What the main window lends every page it makes: the seams, the page
 // history, today's list, and the ways to open other pages.
 struct PageServices {
-    std::shared_ptr<Dialogs> dialogs;
+    std::shared_ptr<Messages> dialogs;
     std::shared_ptr<ShellOpener> opener;
     std::shared_ptr<FileDialogs> files;
     PageHistory* history = nullptr;

@@ -41,7 +41,7 @@ bool undoTyping(QWidget* focus) {
 
 }  // namespace
 
-UndoOffer::UndoOffer(QMainWindow* window, std::shared_ptr<Dialogs> dialogs,
+UndoOffer::UndoOffer(QMainWindow* window, std::shared_ptr<Messages> dialogs,
                      std::function<void()> reread, Later later)
     : QObject(window),
       window_(window),

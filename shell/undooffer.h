@@ -25,7 +25,7 @@ public:
     static constexpr int kOfferMs = 10000;
 
     // `reread` makes every open screen read the data again after an undo.
-    UndoOffer(QMainWindow* window, std::shared_ptr<Dialogs> dialogs, std::function<void()> reread,
+    UndoOffer(QMainWindow* window, std::shared_ptr<Messages> dialogs, std::function<void()> reread,
               Later later = {});
 
     QAction* action() const { return action_; }
@@ -43,7 +43,7 @@ private:
     void withdraw();
 
     QMainWindow* window_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::function<void()> reread_;
     Later later_;
     QAction* action_;

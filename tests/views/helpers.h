@@ -65,7 +65,7 @@ private:
 };
 
 // Message boxes that record what they were asked to show and answer from a script.
-class ScriptedDialogs : public Dialogs {
+class ScriptedDialogs : public Messages {
 public:
     struct Shown {
         QString kind;  // "info", "warning" or "ask"

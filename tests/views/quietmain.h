@@ -7,7 +7,7 @@
 
 namespace tarvel::testsupport {
 
-inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Dialogs> dialogs) {
+inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Messages> dialogs) {
     MainWindowOptions o;
     o.trayAvailable = [] { return false; };
     o.checkForUpdate = false;

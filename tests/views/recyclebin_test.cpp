@@ -147,9 +147,9 @@ private slots:
     void theDataExchangePageOpensTheBin() {
         FormDataIO page;
         page.setDialogs(dialogs_);
-        QList<std::shared_ptr<Dialogs>> opened;
+        QList<std::shared_ptr<Messages>> opened;
         bool restored = false;
-        page.setRecycleBinOpener([&](std::shared_ptr<Dialogs> d) {
+        page.setRecycleBinOpener([&](std::shared_ptr<Messages> d) {
             opened << d;
             return restored;
         });
@@ -158,7 +158,7 @@ private slots:
         restored = true;
         click(page, "cmd_recycle_bin");
         QCOMPARE(opened.size(), 2);
-        QCOMPARE(opened.front().get(), static_cast<Dialogs*>(dialogs_.get()));
+        QCOMPARE(opened.front().get(), static_cast<Messages*>(dialogs_.get()));
         QCOMPARE(replaced.count(), 1);
     }
 };

@@ -285,8 +285,8 @@ void RelatedPanelTest::accountQuestionsOfTheContactSave() {
     type("txt_con_account", account);
     type("txt_con_accaddr", address);
     dialogs_->answers = yesNo;
-    const Dialogs::Answer answers[] = {Dialogs::Answer::Yes, Dialogs::Answer::No,
-                                       Dialogs::Answer::Cancel};
+    const Messages::Answer answers[] = {Messages::Answer::Yes, Messages::Answer::No,
+                                        Messages::Answer::Cancel};
     if (threeWay >= 0) dialogs_->threeWay = {answers[threeWay]};
     click(*panel_, "cmd_con_save");
     const int questions = int(yesNo.size()) + (threeWay >= 0 ? 1 : 0);

@@ -2,7 +2,7 @@
 
 namespace tarvel {
 
-AccountAnswer askAccountQuestions(Dialogs& dialogs, const AccountEdit& edit,
+AccountAnswer askAccountQuestions(Messages& dialogs, const AccountEdit& edit,
                                   const QString& dropQuestion) {
     AccountAnswer answer;
     answer.store = storesAccount(edit);

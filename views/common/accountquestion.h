@@ -15,7 +15,7 @@ struct AccountAnswer {
 
 // Asks what accountQuestion() says must be asked. `dropQuestion` is the
 // screen's own wording of the question about dropping the account data.
-AccountAnswer askAccountQuestions(Dialogs& dialogs, const AccountEdit& edit,
+AccountAnswer askAccountQuestions(Messages& dialogs, const AccountEdit& edit,
                                   const QString& dropQuestion);
 
 }  // namespace tarvel

@@ -9,13 +9,9 @@
 
 namespace tarvel {
 
-// The screens' message boxes are the model's Messages interface. Each window
-// holds its own instance, so a test scripts one window's boxes without
-// touching another's.
-using Dialogs = Messages;
-
-// QMessageBox over the window that owns the instance.
-class MessageBoxDialogs : public Dialogs {
+// The model's Messages over QMessageBox, one instance per window (so a test
+// scripts one window's boxes without touching another's).
+class MessageBoxDialogs : public Messages {
 public:
     explicit MessageBoxDialogs(QWidget* parent) : parent_(parent) {}
     void info(const QString& title, const QString& text) override;

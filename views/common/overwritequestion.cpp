@@ -2,7 +2,7 @@
 
 namespace tarvel {
 
-SaveAnswer askBeforeOverwrite(Dialogs& dialogs, lists::ShownRow& shown, const QString& noun) {
+SaveAnswer askBeforeOverwrite(Messages& dialogs, lists::ShownRow& shown, const QString& noun) {
     const lists::ShownRow::Since found = shown.found();
     shown.clearFound();
     switch (found) {

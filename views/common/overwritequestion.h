@@ -17,6 +17,6 @@ enum class SaveAnswer {
 // since it was shown, asks the user what to do; `noun` names the record
 // ("联系人"). Save: what is stored now counts as shown, so the next attempt
 // overwrites it. SaveAsNew: `shown` forgets the record.
-SaveAnswer askBeforeOverwrite(Dialogs& dialogs, lists::ShownRow& shown, const QString& noun);
+SaveAnswer askBeforeOverwrite(Messages& dialogs, lists::ShownRow& shown, const QString& noun);
 
 }  // namespace tarvel

@@ -11,7 +11,7 @@ namespace tarvel {
 // scripted one) is the one that answers.
 class WindowMessages : public Messages {
 public:
-    explicit WindowMessages(const std::shared_ptr<Dialogs>& dialogs) : dialogs_(dialogs) {}
+    explicit WindowMessages(const std::shared_ptr<Messages>& dialogs) : dialogs_(dialogs) {}
     void info(const QString& title, const QString& text) override {
         if (dialogs_) dialogs_->info(title, text);
     }
@@ -26,7 +26,7 @@ public:
     }
 
 private:
-    const std::shared_ptr<Dialogs>& dialogs_;
+    const std::shared_ptr<Messages>& dialogs_;
 };
 
 }  // namespace tarvel

@@ -37,7 +37,7 @@ struct ListKind;
 class FormDetail : public PageWidget {
     Q_OBJECT
 public:
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
     // The rows of the kind's list page, which the page steps through and
     // deletes from; the function returns null while no list page is open.
@@ -185,7 +185,7 @@ protected:
     // The record as the page showed it, for the save to compare with.
     lists::ShownRow* shownRow() { return &shown_; }
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
 
 private:
     // A step through the list's rows, after the unsaved question.

@@ -143,7 +143,7 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
         button("cmd_recycle_bin", QStringLiteral("回收站"), &FormDataIO::cmd_recycle_bin_Click), 0,
         0);
     bin->setColumnStretch(1, 1);
-    binOpener_ = [this](std::shared_ptr<Dialogs> dialogs) {
+    binOpener_ = [this](std::shared_ptr<Messages> dialogs) {
         RecycleBinDialog dialog(std::move(dialogs), this);
         dialog.exec();
         return dialog.restoredAny();

@@ -22,12 +22,12 @@ class FormDataIO : public PageWidget {
 public:
     explicit FormDataIO(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setPrompts(std::shared_ptr<DataIoPrompts> prompts) { prompts_ = std::move(prompts); }
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
     // Shows the recycle bin; true when records were put back. Tests replace the
     // modal dialog.
-    using RecycleBinOpener = std::function<bool(std::shared_ptr<Dialogs>)>;
+    using RecycleBinOpener = std::function<bool(std::shared_ptr<Messages>)>;
     void setRecycleBinOpener(RecycleBinOpener opener) { binOpener_ = std::move(opener); }
 
     void fill(const PageRequest& request) override;
@@ -60,7 +60,7 @@ private:
     QString saveName(const QString& caption, const QString& proposed, const QString& filter);
     void restoreFile(const QString& chosen);
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<DataIoPrompts> prompts_;
     PageSwitch pageSwitch_;
     RecycleBinOpener binOpener_;

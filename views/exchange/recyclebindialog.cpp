@@ -32,7 +32,7 @@ QString when(const QDateTime& at) {
 
 }  // namespace
 
-RecycleBinDialog::RecycleBinDialog(std::shared_ptr<Dialogs> dialogs, QWidget* parent)
+RecycleBinDialog::RecycleBinDialog(std::shared_ptr<Messages> dialogs, QWidget* parent)
     : QDialog(parent), dialogs_(std::move(dialogs)) {
     setObjectName(QStringLiteral("dlg_recycle_bin"));
     setWindowTitle(QStringLiteral("回收站"));

@@ -16,7 +16,7 @@ namespace tarvel {
 class RecycleBinDialog : public QDialog {
     Q_OBJECT
 public:
-    explicit RecycleBinDialog(std::shared_ptr<Dialogs> dialogs, QWidget* parent = nullptr);
+    explicit RecycleBinDialog(std::shared_ptr<Messages> dialogs, QWidget* parent = nullptr);
 
     // Reads the bin again, keeping only entries that match the search box.
     void refresh();
@@ -35,7 +35,7 @@ private:
     QList<qint64> chosenEntries() const;
     void updateButtons();
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     QLineEdit* txtSearch_;
     QTreeWidget* grid_;
     QPushButton* cmdRestore_;

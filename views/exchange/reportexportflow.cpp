@@ -10,7 +10,7 @@
 
 namespace tarvel {
 
-QString ExportReport(int kind, QWidget* parent, Dialogs& dialogs, DataIoPrompts& prompts,
+QString ExportReport(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
                      const PageSwitch& pageSwitch) {
     if (const QString problem = exchange::profileProblem(); !problem.isEmpty()) {
         dialogs.info(messageTitle(), problem);
@@ -37,7 +37,7 @@ QString ExportReport(int kind, QWidget* parent, Dialogs& dialogs, DataIoPrompts&
     return out.path;
 }
 
-bool exportReportFromList(int kind, QWidget* parent, Dialogs& dialogs, DataIoPrompts& prompts,
+bool exportReportFromList(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
                           const PageSwitch& pageSwitch) {
     if (ExportReport(kind, parent, dialogs, prompts, pageSwitch).isEmpty()) {
         dialogs.info(messageTitle(), QStringLiteral("导出Tarvel报表没有完成!"));

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-#include "views/exchange/dataioprompts.h"
-#include "views/common/page.h"
 #include "views/common/dialogs.h"
+#include "views/common/page.h"
+#include "views/exchange/dataioprompts.h"
 
 namespace tarvel {
 
@@ -12,12 +12,12 @@ namespace tarvel {
 // check, the save dialog with the proposed name, the overwrite question, the
 // export with progress, then page 42. Returns the chosen path, or an empty
 // string when nothing was written (the reason of a failure already shown).
-QString ExportReport(int kind, QWidget* parent, Dialogs& dialogs, DataIoPrompts& prompts,
+QString ExportReport(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
                      const PageSwitch& pageSwitch);
 
 // The lists' bulk operation "导出到Tarvel报表": the export, then the e-mail
 // question on success or the failure notice. True when a file was written.
-bool exportReportFromList(int kind, QWidget* parent, Dialogs& dialogs, DataIoPrompts& prompts,
+bool exportReportFromList(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
                           const PageSwitch& pageSwitch);
 
 }  // namespace tarvel

@@ -40,7 +40,7 @@ QString memberNames(const QHash<qint64, QString>& names, const QList<qint64>& ke
 
 }  // namespace
 
-DuplicatesDialog::DuplicatesDialog(qint16 kindCode, std::shared_ptr<Dialogs> dialogs,
+DuplicatesDialog::DuplicatesDialog(qint16 kindCode, std::shared_ptr<Messages> dialogs,
                                    QWidget* parent)
     : QDialog(parent), kindCode_(kindCode), dialogs_(std::move(dialogs)) {
     setObjectName(QStringLiteral("dlg_duplicates"));

@@ -19,7 +19,7 @@ class MergeDialog;
 class DuplicatesDialog : public QDialog {
     Q_OBJECT
 public:
-    DuplicatesDialog(qint16 kindCode, std::shared_ptr<Dialogs> dialogs, QWidget* parent = nullptr);
+    DuplicatesDialog(qint16 kindCode, std::shared_ptr<Messages> dialogs, QWidget* parent = nullptr);
 
     // Shows a merge dialog and says whether it merged; exec() unless set
     // (tests drive the dialog instead).
@@ -33,7 +33,7 @@ public:
 
 private:
     qint16 kindCode_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::function<bool(MergeDialog&)> runner_;
     QList<exchange::DuplicateGroup> groups_;
     QListWidget* list_;

@@ -23,7 +23,7 @@ class FormEmail : public PageWidget {
     Q_OBJECT
 public:
     explicit FormEmail(QWidget* parent = nullptr);
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
 
     void fill(const PageRequest& request) override;
@@ -38,7 +38,7 @@ private:
     QListWidget* without_;
     QLineEdit* subject_;
     QPlainTextEdit* body_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<ShellOpener> opener_;
 };
 

@@ -44,7 +44,7 @@ public:
     explicit FormList(const ListKind& kind, QWidget* parent = nullptr);
     ~FormList() override;
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
     void setFileDialogs(std::shared_ptr<FileDialogs> dialogs) { files_ = std::move(dialogs); }
     // Writes a changed condition into the current history entry.
@@ -148,7 +148,7 @@ private:
     QTimer* widthTimer_;
     QHash<QString, int> pendingWidths_;
     bool applyingColumns_ = false;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<FileDialogs> files_;
     PageSwitch pageSwitch_;
     std::function<void(const QString&)> historyUpdate_;

@@ -28,7 +28,7 @@ QString shown(const QVariant& v) {
 }  // namespace
 
 MergeDialog::MergeDialog(qint16 kindCode, const QList<qint64>& keys,
-                         std::shared_ptr<Dialogs> dialogs, QWidget* parent)
+                         std::shared_ptr<Messages> dialogs, QWidget* parent)
     : QDialog(parent), kindCode_(kindCode), dialogs_(std::move(dialogs)) {
     setObjectName(QStringLiteral("dlg_merge"));
     const RecordKindInfo* k = kindByCode(kindCode);

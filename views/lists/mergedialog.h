@@ -17,7 +17,7 @@ namespace tarvel::lists {
 class MergeDialog : public QDialog {
     Q_OBJECT
 public:
-    MergeDialog(qint16 kindCode, const QList<qint64>& keys, std::shared_ptr<Dialogs> dialogs,
+    MergeDialog(qint16 kindCode, const QList<qint64>& keys, std::shared_ptr<Messages> dialogs,
                 QWidget* parent = nullptr);
 
     // False when the records could not be read (the user was told).
@@ -31,7 +31,7 @@ private:
     void build();
 
     qint16 kindCode_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     QList<exchange::MergeRecord> records_;
     QStringList columns_;
     QButtonGroup* kept_ = nullptr;

@@ -26,7 +26,7 @@ public:
     enum EditState { Adding = -1, Showing = 0 };
 
     explicit FormOption(QWidget* parent = nullptr);
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
 
     // "combobox" or "listbox": which routine refreshes the caller's control.
     void setControlKind(const QString& kind) { kind_ = kind; }
@@ -65,7 +65,7 @@ private:
     // The data file refused the change: say so, show what is stored.
     void refuseWrite();
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     QString kind_, object_, name_, recordWord_, fieldWord_;
     QPointer<QWidget> control_;
     int editState_ = Showing;

@@ -13,7 +13,7 @@
 namespace tarvel {
 
 FormAddRelated::FormAddRelated(qint16 ownerKind, int ownerId, qint16 kind, const QString& kindName,
-                               QSet<int> linked, std::shared_ptr<Dialogs> dialogs, QWidget* parent)
+                               QSet<int> linked, std::shared_ptr<Messages> dialogs, QWidget* parent)
     : QDialog(parent),
       ownerKind_(ownerKind),
       ownerId_(ownerId),

@@ -18,7 +18,7 @@ public:
     // `kindName` ends the caption: "增加相关的" + "联系人". The records in
     // `linked` are linked already and not offered again.
     FormAddRelated(qint16 ownerKind, int ownerId, qint16 kind, const QString& kindName,
-                   QSet<int> linked, std::shared_ptr<Dialogs> dialogs, QWidget* parent = nullptr);
+                   QSet<int> linked, std::shared_ptr<Messages> dialogs, QWidget* parent = nullptr);
 
 private:
     void search();
@@ -28,7 +28,7 @@ private:
     int ownerId_;
     qint16 kind_;
     QSet<int> linked_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     QLineEdit* search_ = nullptr;
     QListWidget* found_ = nullptr;
 };

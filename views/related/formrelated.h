@@ -42,7 +42,7 @@ public:
     // Captions, shown kinds and edit rights again from the interface layout.
     void rebuildLayout();
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
     void setShellOpener(std::shared_ptr<ShellOpener> opener) { opener_ = std::move(opener); }
     // Opens the page of a related record (the task page for a task).
@@ -100,7 +100,7 @@ private:
     QTabWidget* tabs_ = nullptr;
     QLabel* hint_ = nullptr;
     std::vector<std::unique_ptr<Section>> sections_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<FileDialogs> files_;
     std::shared_ptr<ShellOpener> opener_;
     std::function<void(qint16, int)> recordOpener_;

@@ -34,7 +34,7 @@ public:
 
     explicit FormSchAll(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
     void setTaskOpener(TaskOpener opener) { openTask_ = std::move(opener); }
     void setHistoryUpdate(HistoryUpdate update) { historyUpdate_ = std::move(update); }
@@ -73,7 +73,7 @@ private:
     void recordInHistory();
     QDate step(int direction) const;
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<FileDialogs> files_;
     TaskOpener openTask_;
     HistoryUpdate historyUpdate_;

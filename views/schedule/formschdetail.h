@@ -30,7 +30,7 @@ class FormSchDetail : public PageWidget {
 public:
     explicit FormSchDetail(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     // Where delete sends the user afterwards (the calendar).
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
 
@@ -74,7 +74,7 @@ private:
     // The links a new task gets on save (from the record it was begun from).
     void setOriginLinks(qint16 recordKind, int recordId);
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     WindowMessages messages_{dialogs_};
     WidgetForm form_{this};
     PageSwitch pageSwitch_;

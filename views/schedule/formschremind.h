@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "schedule/reminders.h"
-#include "views/common/windowmessages.h"
 #include "views/common/page.h"
+#include "views/common/windowmessages.h"
 
 namespace tarvel {
 
@@ -22,7 +22,7 @@ class FormSchRemind : public QWidget {
 public:
     FormSchRemind(int taskId, TodayList& today, QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     // Where cmd_opentask sends the task list filter.
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
 
@@ -46,7 +46,7 @@ protected:
 
 private:
     int taskId_;
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     WindowMessages messages_{dialogs_};
     Reminder reminder_;
     PageSwitch pageSwitch_;

@@ -23,7 +23,7 @@ class FormSchStat : public PageWidget {
 public:
     explicit FormSchStat(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     // Where a selection sends its list page and filter.
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
 
@@ -38,7 +38,7 @@ public slots:
     void lblSelectionClick(int index);
 
 private:
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     WindowMessages messages_{dialogs_};
     ScheduleStatistics statistics_{messages_};
     PageSwitch pageSwitch_;

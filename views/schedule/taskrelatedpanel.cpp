@@ -11,7 +11,7 @@
 
 namespace tarvel {
 
-TaskRelatedPanel::TaskRelatedPanel(const std::shared_ptr<Dialogs>& dialogs, QWidget* parent)
+TaskRelatedPanel::TaskRelatedPanel(const std::shared_ptr<Messages>& dialogs, QWidget* parent)
     : QTabWidget(parent), dialogs_(dialogs) {
     setObjectName(QStringLiteral("tab_sch_related"));
     const std::pair<qint16, const char*> kinds[] = {{kind::Opportunity, "sch_opp"},

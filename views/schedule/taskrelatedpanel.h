@@ -20,7 +20,7 @@ class TaskRelatedPanel : public QTabWidget {
     Q_OBJECT
 public:
     // `dialogs` is the owning window's seam member, read at each use.
-    TaskRelatedPanel(const std::shared_ptr<Dialogs>& dialogs, QWidget* parent = nullptr);
+    TaskRelatedPanel(const std::shared_ptr<Messages>& dialogs, QWidget* parent = nullptr);
 
     void showTask(int taskId);
     int taskId() const { return taskId_; }
@@ -53,7 +53,7 @@ private:
     void unlinkChosen(Section& s);
     void updateCaption(Section& s);
 
-    const std::shared_ptr<Dialogs>& dialogs_;
+    const std::shared_ptr<Messages>& dialogs_;
     int taskId_ = 0;
     QList<Section> sections_;
 };

@@ -29,7 +29,7 @@ void CaptionsPage::load() {
         it.value()->setText(stored.value(it.key()));
 }
 
-bool CaptionsPage::ready(Dialogs& dialogs) {
+bool CaptionsPage::ready(Messages& dialogs) {
     for (const QString& key : ModuleCaptions::recordModules()) {
         QLineEdit* edit = edits_[key];
         if (!edit->text().trimmed().isEmpty()) continue;

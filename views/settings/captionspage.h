@@ -11,7 +11,7 @@ public:
     explicit CaptionsPage(QWidget* parent = nullptr);
     void load() override;
     bool save() override;
-    bool ready(Dialogs& dialogs) override;
+    bool ready(Messages& dialogs) override;
     void saved() override;
     QString title(const ModuleCaptions&) const override { return QStringLiteral("模块名称"); }
 

@@ -101,7 +101,7 @@ void FormAppSetting::cmdSaveClick() {
     shown->saved();
     if (!shown->changesScreens()) return;
     if (!dialogs_->ask(QStringLiteral("Tarvel 提示"), QStringLiteral(" 现在执行界面修改的结果吗?"),
-                       Dialogs::Icon::Question, Dialogs::Buttons::OkCancel))
+                       Messages::Icon::Question, Messages::Buttons::OkCancel))
         return;
     if (host_.rebuildScreens)
         host_.rebuildScreens();

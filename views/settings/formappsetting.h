@@ -43,7 +43,7 @@ public:
 
     explicit FormAppSetting(QWidget* parent = nullptr);
 
-    void setDialogs(std::shared_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+    void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
     void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
     void setLayoutHost(LayoutHost host);
 
@@ -64,7 +64,7 @@ public slots:
 private:
     SettingsPage* page(int tab) const;
 
-    std::shared_ptr<Dialogs> dialogs_;
+    std::shared_ptr<Messages> dialogs_;
     std::shared_ptr<FileDialogs> files_;
     LayoutHost host_;
     QTabWidget* tabs_;

@@ -51,7 +51,7 @@ void SafekeepingPage::load() {
     binDays_->setValue(k.binDays);
 }
 
-bool SafekeepingPage::ready(Dialogs& dialogs) {
+bool SafekeepingPage::ready(Messages& dialogs) {
     const QString typed = folder_->text().trimmed();
     if (typed.isEmpty()) return true;
     const QDir beside = QFileInfo(exchange::liveDataFile()).absoluteDir();

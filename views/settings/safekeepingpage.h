@@ -13,7 +13,7 @@ class SafekeepingPage : public SettingsPage {
 public:
     explicit SafekeepingPage(QWidget* parent = nullptr);
     void load() override;
-    bool ready(Dialogs& dialogs) override;
+    bool ready(Messages& dialogs) override;
     bool save() override;
     bool changesScreens() const override { return false; }
     QString title(const ModuleCaptions&) const override { return QStringLiteral("备份与回收站"); }

@@ -36,7 +36,7 @@ public:
     // Writes the page; false when a write failed (the window rolls back).
     virtual bool save() = 0;
     // Checks what was typed before anything is written; false after telling why.
-    virtual bool ready(Dialogs&) { return true; }
+    virtual bool ready(Messages&) { return true; }
     // After a save was committed.
     virtual void saved() {}
     // Whether the open screens show what this page sets.

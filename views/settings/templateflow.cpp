@@ -10,7 +10,7 @@
 
 namespace tarvel {
 
-void saveTemplateFlow(Dialogs& dialogs, FileDialogs& files) {
+void saveTemplateFlow(Messages& dialogs, FileDialogs& files) {
     const QDate today = Clock::today();
     const QString proposed = QDir(exchange::dataFolder())
                                  .filePath(QStringLiteral("Tarvel模板%1-%2-%3.tvm3")
@@ -27,7 +27,7 @@ void saveTemplateFlow(Dialogs& dialogs, FileDialogs& files) {
     dialogs.info(messageTitle(), out.ok ? QStringLiteral("模板已保存到 ") + out.path : out.ErrMsg);
 }
 
-bool loadTemplateFlow(Dialogs& dialogs, FileDialogs& files) {
+bool loadTemplateFlow(Messages& dialogs, FileDialogs& files) {
     const QString chosen = files
                                .getOpenFileName(QStringLiteral("载入模板"), exchange::dataFolder(),
                                                 exchange::templateDialogFilter())
@@ -42,7 +42,8 @@ bool loadTemplateFlow(Dialogs& dialogs, FileDialogs& files) {
     const QString question =
         QStringLiteral("载入模板将替换当前的列表字段、界面布局和选项列表：\n") +
         changes.join(QLatin1Char('\n')) + QStringLiteral("\n\n记录不会改动。现在载入吗?");
-    if (!dialogs.ask(messageTitle(), question, Dialogs::Icon::Question, Dialogs::Buttons::OkCancel))
+    if (!dialogs.ask(messageTitle(), question, Messages::Icon::Question,
+                     Messages::Buttons::OkCancel))
         return false;
     out = exchange::loadTemplate(chosen);
     if (!out.ok) {

@@ -6,11 +6,11 @@
 namespace tarvel {
 
 // "保存为模板…": asks for a file and writes the customisation into it.
-void saveTemplateFlow(Dialogs& dialogs, FileDialogs& files);
+void saveTemplateFlow(Messages& dialogs, FileDialogs& files);
 
 // "载入模板…": asks for a template, shows what it will change and, on OK,
 // loads it and reloads the program's list columns. True when it was loaded:
 // the caller then brings every open screen up to date.
-bool loadTemplateFlow(Dialogs& dialogs, FileDialogs& files);
+bool loadTemplateFlow(Messages& dialogs, FileDialogs& files);
 
 }  // namespace tarvel
