@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include "exchange/attachedfile.h"
+#include "exchange/importjournal.h"
 #include "exchange/lastaction.h"
 #include "exchange/recordmatch.h"
 #include "exchange/tables.h"
@@ -72,7 +73,8 @@ struct Merged {
 
 class RecordMerge {
 public:
-    RecordMerge(const AttachedFile& file, const RecordTable& t) : file_(file), t_(t) {}
+    RecordMerge(const AttachedFile& file, const RecordTable& t, ImportJournal& journal)
+        : file_(file), t_(t), journal_(journal) {}
 
     bool run(Merged* merged, QString* error) {
         tarveldatabase db;
@@ -120,6 +122,7 @@ public:
                 ++(changed ? merged->updated : merged->skipped);
             } else {
                 ++merged->added;
+                journal_.added(t_.name, old + offset);
             }
             if (!file_.run(map, {old, found ? found : old + offset}, error)) return false;
         }
@@ -180,6 +183,7 @@ private:
         for (int i = 0; i < cols_.size() && i < stored.size(); ++i) {
             const QVariant incoming = values.value(cols_[i]);
             if (isEmptyStoredValue(stored[i]) && !isEmptyStoredValue(incoming)) {
+                journal_.changed(t_.name, id, cols_[i], stored[i], incoming);
                 sets << cols_[i] + QStringLiteral(" = ?");
                 bound << incoming;
                 stored[i] = incoming;
@@ -195,6 +199,7 @@ private:
 
     const AttachedFile& file_;
     const RecordTable& t_;
+    ImportJournal& journal_;
     QStringList cols_;
     QHash<QString, qint64> local_;
     QHash<qint64, QVariantList> localValues_;
@@ -203,7 +208,8 @@ private:
 
 // Re-creates the link rows whose two records arrived, with their new keys; a
 // link already there (matched records) is not doubled.
-bool mergeLinks(const AttachedFile& file, const LinkTable& l, QString* error) {
+bool mergeLinks(const AttachedFile& file, const LinkTable& l, ImportJournal& journal,
+                QString* error) {
     const QStringList theirs = file.columns(l.name);
     if (!theirs.contains(l.first) || !theirs.contains(l.second)) return true;
     const RecordTable* a = recordTable(l.firstTable);
@@ -219,15 +225,23 @@ bool mergeLinks(const AttachedFile& file, const LinkTable& l, QString* error) {
                         " AND NOT EXISTS (SELECT 1 FROM main.%1 x WHERE x.%2 = ub.%3 AND x.%4 = "
                         "ua.%5)")
                         .arg(l.name, l.first, b->newKey, l.second, a->newKey);
-    const QString sql =
-        QStringLiteral(
-            "INSERT INTO main.%1 (%2, %3%4) SELECT DISTINCT ua.%5, ub.%6%7 FROM %8.%1 r ")
-            .arg(l.name, l.first, l.second, extra ? QStringLiteral(", ") + l.extra : QString(),
-                 a->newKey, b->newKey, extra ? QStringLiteral(", r.") + l.extra : QString(),
-                 file.schema()) +
+    const QString from =
+        QStringLiteral(" FROM %1.%2 r ").arg(file.schema(), l.name) +
         QStringLiteral("JOIN main.%1 ua ON ua.%2 = r.%3 JOIN main.%4 ub ON ub.%5 = r.%6 WHERE ")
             .arg(a->upgrade, a->oldKey, l.first, b->upgrade, b->oldKey, l.second) +
         notThere;
+    // The links about to be made, so that taking the merge back removes them.
+    QList<QVariantList> made;
+    if (!file.rows(QStringLiteral("SELECT DISTINCT ua.%1, ub.%2").arg(a->newKey, b->newKey) + from,
+                   &made, error))
+        return false;
+    for (const QVariantList& pair : std::as_const(made))
+        journal.linked(l.name, pair.value(0).toLongLong(), pair.value(1).toLongLong());
+    const QString sql =
+        QStringLiteral("INSERT INTO main.%1 (%2, %3%4) SELECT DISTINCT ua.%5, ub.%6%7")
+            .arg(l.name, l.first, l.second, extra ? QStringLiteral(", ") + l.extra : QString(),
+                 a->newKey, b->newKey, extra ? QStringLiteral(", r.") + l.extra : QString()) +
+        from;
     return file.run(sql, {}, error);
 }
 
@@ -252,18 +266,21 @@ Outcome importReport(const QString& path, ImportSummary* summary, const Progress
     if (!file.isOpen()) return Outcome::failure(prefix + file.error());
     ImportSummary added;
     ImportTally counted;
+    ImportJournal journal;
     bool ok = false;
     bool stopped = false;
     {
         Transaction transaction;
         ok = transaction.isActive();
         if (!ok) error = transaction.error();
+        ok = ok && ImportJournal::ensureTables(&error) &&
+             journal.begin(QStringLiteral("report"), source, &error);
         int step = 0;
         const int steps = int(recordTables().size() + linkTables().size());
         for (const RecordTable& t : recordTables()) {
             if (!ok) break;
             Merged merged;
-            ok = RecordMerge(file, t).run(&merged, &error);
+            ok = RecordMerge(file, t, journal).run(&merged, &error);
             added[t.name] = merged.added;
             counted.added += merged.added;
             counted.updated += merged.updated;
@@ -273,10 +290,11 @@ Outcome importReport(const QString& path, ImportSummary* summary, const Progress
         }
         for (const LinkTable& l : linkTables()) {
             if (!ok) break;
-            ok = mergeLinks(file, l, &error);
+            ok = mergeLinks(file, l, journal, &error);
             stopped = ok && progress && !progress(++step * 100 / steps);
             ok = ok && !stopped;
         }
+        ok = ok && journal.finish(counted.summary(), &error);
         if (ok && !transaction.commit()) {
             ok = false;
             error = transaction.error();
@@ -284,8 +302,9 @@ Outcome importReport(const QString& path, ImportSummary* summary, const Progress
     }
     if (stopped) return Outcome::cancel();
     if (!ok) return Outcome::failure(prefix + error);
-    // A merged report cannot be taken back, and Ctrl+Z must not reach past it.
-    LastAction::instance().forget();
+    // Taken back like any import; one that changed nothing leaves the action
+    // before it to be taken back.
+    if (journal.size() > 0) LastAction::instance().noteImport(journal.id(), counted.summary());
     if (summary) *summary = added;
     if (tally) *tally = counted;
     return Outcome{true, false, source, {}};

@@ -4,8 +4,12 @@
 #include <QFile>
 
 #include "exchange/backup.h"
+#include "exchange/importsession.h"
+#include "exchange/lastaction.h"
 #include "exchange/reportimport.h"
+#include "exchange/tables.h"
 #include "tests/exchange/exchangefixture.h"
+#include "tests/support/wholetables.h"
 
 using namespace tarvel::exchange;
 using exchange_test::ExchangeFixture;
@@ -182,6 +186,21 @@ TEST_F(Merge, AMatchedRecordTakesOnlyWhatItLacks) {
               QStringList({"小张"}));
     EXPECT_EQ(rows("accounts"), 2);
     EXPECT_EQ(tally.updated, 1);
+}
+
+TEST_F(Merge, IsTakenBackLikeAnImport) {
+    fillLocal();
+    // The journal and the id translation are the merge's working tables.
+    QStringList working{"import_journal", "import_changes", "external_ids"};
+    for (const RecordTable& t : recordTables()) working << t.upgrade;
+    const auto before = tarvel::testsupport::wholeTables(working);
+    ASSERT_TRUE(importReport(otherFile()).ok);
+    ASSERT_NE(tarvel::testsupport::wholeTables(working), before);
+    // Ctrl+Z takes it back: added records and their links go, filled fields
+    // are emptied again, and links made between records already here go too.
+    QString done;
+    ASSERT_TRUE(LastAction::instance().undo(&done).ok) << done.toStdString();
+    EXPECT_EQ(tarvel::testsupport::wholeTables(working), before);
 }
 
 TEST_F(Merge, ABackupOfThisFileMergesBackWithoutDoubling) {
