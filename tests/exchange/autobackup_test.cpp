@@ -28,7 +28,9 @@ protected:
     // copy under each day's name.
     QString realBackup() {
         const QString seed = inFolder("seed.tbk");
-        if (!QFileInfo::exists(seed)) EXPECT_TRUE(backupTo(seed).ok);
+        if (!QFileInfo::exists(seed)) {
+            EXPECT_TRUE(backupTo(seed).ok);
+        }
         return seed;
     }
     void placeBackupAt(const QDateTime& moment) {
