@@ -9,11 +9,17 @@ namespace tarvel::lists {
 
 namespace {
 
+// The column the kind's stamp statement sets ("UPDATE t SET col=now ...").
+QString stampColumn(const RecordKindInfo& k) {
+    const QString statement = QLatin1String(k.stampPrefix);
+    const qsizetype from = statement.indexOf(QLatin1String(" SET ")) + 5;
+    return statement.mid(from, statement.indexOf(QLatin1Char('='), from) - from);
+}
+
 // Columns that change without anyone editing the record: the list's tick and
 // the stamp a new link puts on both ends (the page's own panel makes those).
 bool stamped(const RecordKindInfo& k, const QString& column) {
-    return column == QLatin1String(k.tick) ||
-           column == QLatin1String(k.prefix) + QStringLiteral("_recent_contact_date");
+    return column == QLatin1String(k.tick) || column == stampColumn(k);
 }
 
 }  // namespace
