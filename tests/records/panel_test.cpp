@@ -69,27 +69,13 @@ bool setQuery(Form* form, DataControl* grid, int other) {
 
 struct Lister {
     bool (*setQuery)(Form*, DataControl*, int);
-    const char* kind;     // names the grid dgrid_<kind> and the key <kind>_id
-    const char* caption;  // the first: the key column is hidden
-    const char* select;
+    const char* kind;  // names the grid dgrid_<kind> and the key <kind>_id
 };
 
-const Lister kContacts{&setQuery<Contact>, "con", "联系人名称",
-                       "SELECT con_id,con_lastname,con_nickname,acc_name,con_department_title,"
-                       "acc_address,con_telephone,con_mobile,con_email,con_fax,con_description,"
-                       "con_create_date,con_recent_contact_date,con_birthday,con_private "};
-const Lister kAccounts{&setQuery<Account>, "acc", "客户/单位名称",
-                       "SELECT acc_id,acc_name,acc_telephone,acc_fax,acc_website,acc_type,"
-                       "acc_industry,acc_province,acc_address,acc_description,acc_create_date,"
-                       "acc_recent_contact_date,acc_private  FROM accounts "};
-const Lister kDeals{&setQuery<Opportunity>, "opp", "项目机会",
-                    "SELECT opp_id,opp_subject,opp_die_date,opp_estimate_sale,opp_sale,"
-                    "opp_succeed_probability,opp_type,opp_phase,opp_important,opp_tag,"
-                    "opp_description,opp_create_date,opp_recent_contact_date,opp_private  FROM "
-                    "opportunities "};
-const Lister kDocuments{&setQuery<document>, "doc", "文档附件名称",
-                        "SELECT doc_id,doc_name,doc_path,doc_description,doc_tag,doc_create_date,"
-                        "doc_recentedit_date FROM documents "};
+const Lister kContacts{&setQuery<Contact>, "con"};
+const Lister kAccounts{&setQuery<Account>, "acc"};
+const Lister kDeals{&setQuery<Opportunity>, "opp"};
+const Lister kDocuments{&setQuery<document>, "doc"};
 
 TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     run("INSERT INTO contacts (con_id) VALUES (1), (2), (3), (4)");
@@ -131,11 +117,10 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
                 continue;
             }
             EXPECT_EQ(statements, QStringList{g.RecordSource});
-            // The grid's columns (qualified in the contact pair query) and captions.
-            EXPECT_TRUE(
-                QString(g.RecordSource).remove("que_contacts_accounts.").startsWith(list.select))
-                << g.RecordSource.toStdString();
-            EXPECT_EQ(f.controlItems(QStringLiteral("dgrid_") + list.kind).value(0), list.caption);
+            // The first column, hidden, is the key; every other one has its caption.
+            EXPECT_EQ(f.controlItems(QStringLiteral("dgrid_") + list.kind).size() + 1,
+                      g.Recordset->FieldCount());
+            EXPECT_TRUE(g.Recordset->fieldName(0).endsWith(list.kind + QStringLiteral("_id")));
             // Each panel shows every kind but its own.
             const char* flags[] = {"", "iShowOpp", "iShowAcc", "iShowCon", "iShowTas", "iShowDoc"};
             for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
