@@ -26,10 +26,32 @@ Calc calc(bool (Record::*op)()) {
     };
 }
 
+// `counts`: "label=count" in row order, blank-separated; `ordered`: the
+// statement orders its rows, otherwise they are compared as a set.
+void expectCounts(const Calc& run, const char* counts, bool ordered) {
+    SCOPED_TRACE(counts);
+    const auto [desc, value] = run();
+    // Sized from the row count: one more entry than rows, the last left
+    // empty; the two fixed participation categories fill theirs exactly.
+    QStringList expected = QString::fromUtf8(counts).split(QLatin1Char(' '));
+    const bool fixed = expected.first().startsWith(QStringLiteral("有="));
+    ASSERT_EQ(desc.size(), expected.size() + (fixed ? 0 : 1));
+    ASSERT_EQ(value.size(), desc.size());
+    EXPECT_TRUE(fixed || (desc.last().isNull() && value.last().isNull()));
+    QStringList got;
+    for (qsizetype i = 0; i < expected.size(); ++i)
+        got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
+    if (!ordered) {
+        got.sort();
+        expected.sort();
+    }
+    EXPECT_EQ(got, expected);
+}
+
 struct CountRow {
     Calc run;
-    const char* counts;  // "label=count" in row order, blank-separated
-    bool ordered;        // the statement orders its rows; otherwise compared as a set
+    const char* counts;
+    bool ordered;
 };
 
 TEST_F(Statistics, EveryCountFillsBothArrays) {
@@ -86,25 +108,7 @@ TEST_F(Statistics, EveryCountFillsBothArrays) {
         {calc(&Opportunity::CalcByProbability), "20=1 50=0 80=2 九成=0", false},
         {calc(&document::CalcByTag), "合同=2 =1", false},
     };
-    for (const CountRow& c : rows) {
-        SCOPED_TRACE(c.counts);
-        const auto [desc, value] = c.run();
-        // Sized from the row count: one more entry than rows, the last left
-        // empty; the two fixed participation categories fill theirs exactly.
-        QStringList expected = QString::fromUtf8(c.counts).split(QLatin1Char(' '));
-        const bool fixed = expected.first().startsWith(QStringLiteral("有="));
-        ASSERT_EQ(desc.size(), expected.size() + (fixed ? 0 : 1));
-        ASSERT_EQ(value.size(), desc.size());
-        EXPECT_TRUE(fixed || (desc.last().isNull() && value.last().isNull()));
-        QStringList got;
-        for (qsizetype i = 0; i < expected.size(); ++i)
-            got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
-        if (!c.ordered) {
-            got.sort();
-            expected.sort();
-        }
-        EXPECT_EQ(got, expected);
-    }
+    for (const CountRow& c : rows) expectCounts(c.run, c.counts, c.ordered);
 }
 
 TEST_F(Statistics, AnEmptyTableGivesArraysForZeroRowsAndAFailureNamesItsCount) {
@@ -128,23 +132,8 @@ TEST_F(Statistics, TagsMatchAsPlainSubstringsAndOnlyWholeProbabilitiesAreCounted
     run("INSERT INTO contacts (con_id, con_tag) VALUES (1, '5%折扣'), (2, '50折扣'), (3, "
         "'a_b'), (4, 'axb'), (5, NULL)");
     run("INSERT INTO opportunities (opp_id, opp_succeed_probability) VALUES (1, 10), (2, 10)");
-    const struct {
-        Calc run;
-        const char* counts;  // "label=count" in option order
-    } rows[] = {
-        {calc(&Contact::CalcByTag), "5%=1 a_b=1 折扣=2"},
-        {calc(&Opportunity::CalcByProbability), "inf=0 nan=0 1e1=0 10=2"},
-    };
-    for (const auto& row : rows) {
-        const auto [desc, value] = row.run();
-        QStringList got;
-        for (qsizetype i = 0; i + 1 < desc.size(); ++i)
-            got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
-        QStringList expected = QString::fromUtf8(row.counts).split(QLatin1Char(' '));
-        got.sort();
-        expected.sort();
-        EXPECT_EQ(got, expected);
-    }
+    expectCounts(calc(&Contact::CalcByTag), "5%=1 a_b=1 折扣=2", false);
+    expectCounts(calc(&Opportunity::CalcByProbability), "inf=0 nan=0 1e1=0 10=2", false);
 }
 
 }  // namespace
