@@ -134,7 +134,7 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     }
 }
 
-TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccount) {
+TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesMovesOrGivesTheAccount) {
     run("INSERT INTO accounts (acc_id, acc_name, acc_address, acc_industry) VALUES (10, '华信', "
         "'人民路1号', 'IT')");
     run("INSERT INTO contacts (con_id, con_lastname, con_nickname, con_telephone, con_description) "
@@ -196,6 +196,16 @@ TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccoun
     EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 2);
     EXPECT_EQ(form.property("OldAccountID").toInt(), moved);
     EXPECT_EQ(gridId("con_id"), 1);
+
+    // A contact that had no account is given the one typed, which joins the deal too.
+    ASSERT_TRUE(c.ShowContact(2, true));
+    EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
+    type("txt_con_account", QStringLiteral("新世纪软件"));
+    ASSERT_TRUE(c.ChangeContact(2));
+    ASSERT_TRUE(c.UpdateIndex(2, false)) << c.ErrMsg().toStdString();
+    EXPECT_EQ(scalar("SELECT acc_name FROM que_contacts_accounts WHERE con_id=2"), "新世纪软件");
+    EXPECT_EQ(form.property("OldAccountID").toInt(), c.Account().ID());
+    EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 3);
 }
 
 TEST_F(Panels, OpportunityReadersConvertTheComboAndClearThePrivacyFlag) {
@@ -301,24 +311,6 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     EXPECT_EQ(count("SELECT COUNT(*) FROM accounts"), 2);
     EXPECT_EQ(count("SELECT COUNT(*) FROM accounts_contacts WHERE acc_id=2 AND con_id=2"), 1);
     // A new contact on a contact's panel is the related panel's test (related_test).
-}
-
-// A contact that had no account is given the one typed on the panel, which
-// joins the deal too.
-TEST_F(Panels, AContactWithoutAnAccountGetsTheOneTyped) {
-    run("INSERT INTO contacts (con_id, con_lastname) VALUES (1, '张三')");
-    run("INSERT INTO opportunities (opp_id) VALUES (20)");
-    run("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (20, 1)");
-    Contact c;
-    open(c, panel::formName(kind::Opportunity), 20);
-    ASSERT_TRUE(c.ShowContact(1, true));
-    EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
-    type("txt_con_account", QStringLiteral("新世纪软件"));
-    ASSERT_TRUE(c.ChangeContact(1));
-    ASSERT_TRUE(c.UpdateIndex(1, false)) << c.ErrMsg().toStdString();
-    EXPECT_EQ(scalar("SELECT acc_name FROM que_contacts_accounts WHERE con_id=1"), "新世纪软件");
-    EXPECT_EQ(form.property("OldAccountID").toInt(), c.Account().ID());
-    EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 1);
 }
 
 // A failing account inside a contact's save is reported once, by the
