@@ -3,6 +3,7 @@
 // moved.
 
 #include <QFile>
+#include <QHash>
 #include <type_traits>
 
 #include "records/account.h"
@@ -19,23 +20,20 @@ namespace {
 
 enum class Cls { Contact, Account, Opportunity, Document };
 
-// The seeded records, with distinct keys so a swapped id shows; a token (C3,
-// A4, ...) names a record: its kind's letter and its key.
-struct Seed {
-    const char* token;
-    const char* table;
-    const char* recent;  // the column a link change stamps
-    const char* key;
-};
-const Seed kSeeds[] = {
-    {"C3", "contacts", "con_recent_contact_date", "con_id"},
-    {"C7", "contacts", "con_recent_contact_date", "con_id"},
-    {"A4", "accounts", "acc_recent_contact_date", "acc_id"},
-    {"A8", "accounts", "acc_recent_contact_date", "acc_id"},
-    {"O5", "opportunities", "opp_recent_contact_date", "opp_id"},
-    {"T6", "tasks", "tas_recent_contact_date", "tas_id"},
-    {"D9", "documents", "doc_recentedit_date", "doc_id"},
-};
+// The seeded records, with distinct keys so a swapped id shows; a token names
+// a record by its kind's letter and its key.
+const char* const kSeeds[] = {"C3", "C7", "A4", "A8", "O5", "T6", "D9"};
+
+// The table, recent-date column and key column of the record a token names, and its key.
+QStringList whereIs(const char* token) {
+    static const QHash<char, QStringList> kinds = {
+        {'C', {"contacts", "con_recent_contact_date", "con_id"}},
+        {'A', {"accounts", "acc_recent_contact_date", "acc_id"}},
+        {'O', {"opportunities", "opp_recent_contact_date", "opp_id"}},
+        {'T', {"tasks", "tas_recent_contact_date", "tas_id"}},
+        {'D', {"documents", "doc_recentedit_date", "doc_id"}}};
+    return kinds.value(token[0]) << QLatin1String(token + 1);
+}
 
 // One link per table, each joining two seeded records.
 const QStringList kLinks = {"accounts_contacts (acc_id, con_id) VALUES (4, 3)",
@@ -53,9 +51,11 @@ const QStringList kLinks = {"accounts_contacts (acc_id, con_id) VALUES (4, 3)",
 class Relations : public records_test::RecordFixture {
 protected:
     void SetUp() override {
-        for (const Seed& s : kSeeds)
+        for (const char* token : kSeeds) {
+            const QStringList p = whereIs(token);
             run(QStringLiteral("INSERT INTO %1 (%3, %2) VALUES (%4, #2020-1-1 8:00:00#)")
-                    .arg(s.table, s.recent, s.key, s.token + 1));
+                    .arg(p[0], p[1], p[2], p[3]));
+        }
         Clock::advance(3600);
     }
     void seedLinks() {
@@ -71,10 +71,11 @@ protected:
     // Exactly the records whose tokens appear in `list` carry the current time.
     void expectStamps(const QString& list) {
         const QStringList tokens = list.split(QLatin1Char('|'));
-        for (const Seed& s : kSeeds) {
-            const QString sql = QStringLiteral("SELECT %2 FROM %1 WHERE %3=%4")
-                                    .arg(s.table, s.recent, s.key, s.token + 1);
-            EXPECT_EQ(scalar(sql) == Clock::now(), tokens.contains(s.token)) << s.token;
+        for (const char* token : kSeeds) {
+            const QStringList p = whereIs(token);
+            const QString sql =
+                QStringLiteral("SELECT %2 FROM %1 WHERE %3=%4").arg(p[0], p[1], p[2], p[3]);
+            EXPECT_EQ(scalar(sql) == Clock::now(), tokens.contains(token)) << token;
         }
     }
 };
