@@ -67,16 +67,6 @@ bool setQuery(Form* form, DataControl* grid, int other) {
     return r.SetQuery(other);
 }
 
-struct Lister {
-    bool (*setQuery)(Form*, DataControl*, int);
-    const char* kind;  // names the grid dgrid_<kind> and the key <kind>_id
-};
-
-const Lister kContacts{&setQuery<Contact>, "con"};
-const Lister kAccounts{&setQuery<Account>, "acc"};
-const Lister kDeals{&setQuery<Opportunity>, "opp"};
-const Lister kDocuments{&setQuery<document>, "doc"};
-
 TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     run("INSERT INTO contacts (con_id) VALUES (1), (2), (3), (4)");
     run("INSERT INTO accounts (acc_id) VALUES (10), (11)");
@@ -98,16 +88,20 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
                                   panel::formName(kind::Account), panel::formName(kind::Contact),
                                   panel::formName(kind::Task), panel::formName(kind::Document)};
     const int records[] = {20, 10, 1, 6, 9};
-    // The keys each grid lists on the panels of deal 20, account 10, contact 1,
-    // task 6 and document 9, in that order; "-": the panel has no such grid.
-    const std::pair<const Lister&, const char*> grids[] = {{kContacts, "1 2|1|2 3|3|1"},
-                                                           {kAccounts, "10|-|-|11|10"},
-                                                           {kDeals, "-|20|20|21|21"},
-                                                           {kDocuments, "8|9|9|9|-"}};
-    for (const auto& [list, keys] : grids) {
+    const struct {
+        bool (*setQuery)(Form*, DataControl*, int);
+        const char* kind;  // names the grid dgrid_<kind> and the key <kind>_id
+        // The keys the grid lists on the panels of deal 20, account 10, contact
+        // 1, task 6 and document 9, in that order; "-": the panel has no such grid.
+        const char* keys;
+    } grids[] = {{&setQuery<Contact>, "con", "1 2|1|2 3|3|1"},
+                 {&setQuery<Account>, "acc", "10|-|-|11|10"},
+                 {&setQuery<Opportunity>, "opp", "-|20|20|21|21"},
+                 {&setQuery<document>, "doc", "8|9|9|9|-"}};
+    for (const auto& list : grids) {
         for (int p = 0; p < 5; ++p) {
             SCOPED_TRACE(std::string(panels[p]) + " " + list.kind);
-            const QString expected = QString::fromLatin1(keys).section(QLatin1Char('|'), p, p);
+            const QString expected = QString::fromLatin1(list.keys).section(QLatin1Char('|'), p, p);
             RecordingForm f(QLatin1String(panels[p]));
             DataControl g;
             const QStringList statements =

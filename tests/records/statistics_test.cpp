@@ -48,12 +48,6 @@ void expectCounts(const Calc& run, const char* counts, bool ordered) {
     EXPECT_EQ(got, expected);
 }
 
-struct CountRow {
-    Calc run;
-    const char* counts;
-    bool ordered;
-};
-
 TEST_F(Statistics, EveryCountFillsBothArrays) {
     for (const char* sql : {
              "DELETE * FROM options WHERE opt_name='tag' OR opt_name='probability'",
@@ -79,36 +73,33 @@ TEST_F(Statistics, EveryCountFillsBothArrays) {
              "INSERT INTO documents (doc_id, doc_tag) VALUES (1, '合同'), (2, NULL), (3, '合同')",
          })
         run(QString::fromUtf8(sql));
-    const CountRow rows[] = {
-        {calc(&Contact::CalcByOpportunity), "有=2 无=2", true},
-        {calc(&Contact::CalcByImportant), "重要=2 =1 一般=1", false},
-        {calc(&Contact::CalcByAccType), "客户=2 供应商=1 =1", false},
-        {calc(&Contact::CalcByRelation), "客户=2 朋友=1 =1", false},
-        {calc(&Contact::CalcByIndustry), "IT=2 =2", false},
-        {calc(&Contact::CalcByProvince), "北京=2 上海=1 =1", false},
-        // Two accounts of one name stay apart: grouped by key.
-        {calc(&Contact::CalcByAccount), "华信=1 华信=1 东方=1 =1", false},
-        // By substring: tag A counts A2; " C " sorts first, is shown trimmed and counted
-        // with its blanks (BC is not counted).
-        {calc(&Contact::CalcByTag), "C=0 A=2 A2=1 B=2 O'K=0", true},
-        {calc(&Account::CalcByOpportunity), "有=1 无=2", true},
-        {calc(&Account::CalcByImportant), "重要=2 =1", false},
-        {calc(&Account::CalcByAccType), "客户=2 供应商=1", false},
-        {calc(&Account::CalcByRelation), "=3", false},
-        {calc(&Account::CalcByIndustry), "IT=2 =1", false},
-        {calc(&Account::CalcByProvince), "北京=2 广东=1", false},
-        {calc(&Account::CalcByTag), "A=2 B=1", true},
-        {calc(&Opportunity::CalcByImportant), "重要=2 一般=1", false},
-        {calc(&Opportunity::CalcByOppType), "新=2 =1", false},
-        {calc(&Opportunity::CalcByPhase), "初期=1 谈判=2", true},
-        {calc(&Opportunity::CalcByIndustry), "IT=2 =1", false},
-        {calc(&Opportunity::CalcByProvince), "北京=2 =1", false},
-        {calc(&Opportunity::CalcByOppTag), "X=2 Y=1", true},
-        // Only the numeric options are counted, as many as there are.
-        {calc(&Opportunity::CalcByProbability), "20=1 50=0 80=2 九成=0", false},
-        {calc(&document::CalcByTag), "合同=2 =1", false},
-    };
-    for (const CountRow& c : rows) expectCounts(c.run, c.counts, c.ordered);
+    expectCounts(calc(&Contact::CalcByOpportunity), "有=2 无=2", true);
+    expectCounts(calc(&Contact::CalcByImportant), "重要=2 =1 一般=1", false);
+    expectCounts(calc(&Contact::CalcByAccType), "客户=2 供应商=1 =1", false);
+    expectCounts(calc(&Contact::CalcByRelation), "客户=2 朋友=1 =1", false);
+    expectCounts(calc(&Contact::CalcByIndustry), "IT=2 =2", false);
+    expectCounts(calc(&Contact::CalcByProvince), "北京=2 上海=1 =1", false);
+    // Two accounts of one name stay apart: grouped by key.
+    expectCounts(calc(&Contact::CalcByAccount), "华信=1 华信=1 东方=1 =1", false);
+    // By substring: tag A counts A2; " C " sorts first, is shown trimmed and counted
+    // with its blanks (BC is not counted).
+    expectCounts(calc(&Contact::CalcByTag), "C=0 A=2 A2=1 B=2 O'K=0", true);
+    expectCounts(calc(&Account::CalcByOpportunity), "有=1 无=2", true);
+    expectCounts(calc(&Account::CalcByImportant), "重要=2 =1", false);
+    expectCounts(calc(&Account::CalcByAccType), "客户=2 供应商=1", false);
+    expectCounts(calc(&Account::CalcByRelation), "=3", false);
+    expectCounts(calc(&Account::CalcByIndustry), "IT=2 =1", false);
+    expectCounts(calc(&Account::CalcByProvince), "北京=2 广东=1", false);
+    expectCounts(calc(&Account::CalcByTag), "A=2 B=1", true);
+    expectCounts(calc(&Opportunity::CalcByImportant), "重要=2 一般=1", false);
+    expectCounts(calc(&Opportunity::CalcByOppType), "新=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByPhase), "初期=1 谈判=2", true);
+    expectCounts(calc(&Opportunity::CalcByIndustry), "IT=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByProvince), "北京=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByOppTag), "X=2 Y=1", true);
+    // Only the numeric options are counted, as many as there are.
+    expectCounts(calc(&Opportunity::CalcByProbability), "20=1 50=0 80=2 九成=0", false);
+    expectCounts(calc(&document::CalcByTag), "合同=2 =1", false);
 }
 
 TEST_F(Statistics, AnEmptyTableGivesArraysForZeroRowsAndAFailureNamesItsCount) {
