@@ -33,25 +33,20 @@ for c in cal.walk():
                     str(c['UID'])]))
 )PY";
 
-class ICalendarExportTest : public ExchangeFixture {
-protected:
-    void addTasks() {
-        run("INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_time, tas_cycle, tas_closedate, "
-            "tas_remind, tas_closed, tas_tag, tas_description, tas_check) VALUES "
-            "(1, 'once', #2026-3-15#, #9:00#, 0, #2026-3-15#, 1, 0, '', '', 0), "
-            "(2, 'daily', #2026-2-27#, #8:00#, 1, #2026-3-3#, 0, 0, '', '', 0), "
-            "(3, 'weekly', #2026-5-1#, null, 7, #2027-12-31#, 0, 0, '客户', '', -1), "
-            "(4, 'monthly 31', #2026-1-31#, #10:00#, 30, #2027-3-31#, 0, 0, '', '', 0), "
-            "(5, 'yearly 29 feb', #2024-2-29#, #7:30#, 365, #2030-12-31#, 0, 0, '', '', 0), "
-            "(6, 'weekly open', #2026-1-6#, #18:30#, 7, #9999-12-31#, 0, 0, '', '', 0), "
-            "(7, 'done', #2026-4-2#, #11:00#, 0, #2026-4-2#, 0, 1, '', '备注', 0), "
-            "(8, 'closed early', #2026-6-1#, null, 1, #2026-5-1#, 0, 0, '', '', 0)");
-    }
-};
+class ICalendarExportTest : public ExchangeFixture {};
 
-TEST_F(ICalendarExportTest, TheFileGivesTheDaysTheCalendarShows) {
+TEST_F(ICalendarExportTest, TheFileGivesTheDaysTheCalendarShowsAndWhatEachTaskIs) {
     if (!ical_test::pythonReady()) GTEST_SKIP() << "python3-icalendar is not installed";
-    addTasks();
+    run("INSERT INTO tasks (tas_id, tas_subject, tas_date, tas_time, tas_cycle, tas_closedate, "
+        "tas_remind, tas_closed, tas_tag, tas_description, tas_check) VALUES "
+        "(1, 'once', #2026-3-15#, #9:00#, 0, #2026-3-15#, 1, 0, '', '', 0), "
+        "(2, 'daily', #2026-2-27#, #8:00#, 1, #2026-3-3#, 0, 0, '', '', 0), "
+        "(3, 'weekly', #2026-5-1#, null, 7, #2027-12-31#, 0, 0, '客户', '', -1), "
+        "(4, 'monthly 31', #2026-1-31#, #10:00#, 30, #2027-3-31#, 0, 0, '', '', 0), "
+        "(5, 'yearly 29 feb', #2024-2-29#, #7:30#, 365, #2030-12-31#, 0, 0, '', '', 0), "
+        "(6, 'weekly open', #2026-1-6#, #18:30#, 7, #9999-12-31#, 0, 0, '', '', 0), "
+        "(7, 'done', #2026-4-2#, #11:00#, 0, #2026-4-2#, 0, 1, '', '备注', 0), "
+        "(8, 'closed early', #2026-6-1#, null, 1, #2026-5-1#, 0, 0, '', '', 0)");
     const QString path = inFolder(QStringLiteral("all.ics"));
     const ICalendarExport e = exportTasksToICalendar(path, false);
     ASSERT_TRUE(e.ok) << e.ErrMsg.toStdString();
@@ -62,6 +57,15 @@ TEST_F(ICalendarExportTest, TheFileGivesTheDaysTheCalendarShows) {
     EXPECT_EQ(ical_test::pythonDays(path, from, to), ours);
     EXPECT_TRUE(ours.contains(QStringLiteral("2028-12-26 18:30 weekly open")));
 
+    // Ticked only: the one ticked task.
+    const QString ticked = inFolder(QStringLiteral("ticked.ics"));
+    ASSERT_TRUE(exportTasksToICalendar(ticked, true).ok);
+    QFile f(ticked);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray text = f.readAll();
+    EXPECT_EQ(text.count("BEGIN:VEVENT"), 1);
+    EXPECT_TRUE(text.contains("SUMMARY:weekly"));
+
     // Imported back (as new tasks), the same days.
     run("DELETE * FROM tasks");
     const ICalendarImport back = importICalendarFile(path);
@@ -71,13 +75,8 @@ TEST_F(ICalendarExportTest, TheFileGivesTheDaysTheCalendarShows) {
     EXPECT_EQ(count("SELECT COUNT(*) FROM tasks WHERE tas_subject='weekly open' AND "
                     "tas_closedate=#9999-12-31#"),
               1);
-}
 
-TEST_F(ICalendarExportTest, DoneRemindersTagsAndStableUidsAsOtherProgramsReadThem) {
-    if (!ical_test::pythonReady()) GTEST_SKIP() << "python3-icalendar is not installed";
-    addTasks();
-    const QString path = inFolder(QStringLiteral("ticked.ics"));
-    ASSERT_TRUE(exportTasksToICalendar(path, false).ok);
+    // Done tasks, reminders, tags and stable UIDs, as other programs read them.
     QProcess p;
     p.start(ical_test::systemPython(), {QStringLiteral("-c"), QLatin1String(kFacts), path});
     ASSERT_TRUE(p.waitForFinished(60000));
@@ -94,13 +93,6 @@ TEST_F(ICalendarExportTest, DoneRemindersTagsAndStableUidsAsOtherProgramsReadThe
                          "weekly|VEVENT||客户||until|tarvel-task-3@tarvel",
                          "yearly 29 feb|VEVENT||||until|tarvel-task-5@tarvel",
                      }));
-    // Ticked only: the one ticked task.
-    ASSERT_TRUE(exportTasksToICalendar(path, true).ok);
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QByteArray text = f.readAll();
-    EXPECT_EQ(text.count("BEGIN:VEVENT"), 1);
-    EXPECT_TRUE(text.contains("SUMMARY:weekly"));
 }
 
 }  // namespace
