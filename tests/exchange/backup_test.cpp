@@ -40,8 +40,6 @@ TEST(BackupNames, NumbersWithoutLeadingZeros) {
     } cases[] = {
         {QDateTime(QDate(2026, 8, 5), QTime(9, 7)), "2026-8-5-9-7.tmp",
          "Tarvel数据备份文件2026-8-5.tbk", "tmpbackup2026-8-5-9-7.tbk"},
-        {QDateTime(QDate(2025, 12, 31), QTime(23, 59)), "2025-12-31-23-59.tmp",
-         "Tarvel数据备份文件2025-12-31.tbk", "tmpbackup2025-12-31-23-59.tbk"},
         {QDateTime(QDate(2024, 1, 10), QTime(0, 0)), "2024-1-10-0-0.tmp",
          "Tarvel数据备份文件2024-1-10.tbk", "tmpbackup2024-1-10-0-0.tbk"},
     };
@@ -114,10 +112,10 @@ TEST_F(Backup, RestoreRefusesFilesThatAreNotItsDataFiles) {
         auto h = Handle::open(inFolder("otherkey.tbk"), "other", true, &error);
         ASSERT_TRUE(h && h->exec("CREATE TABLE contacts (con_id INTEGER)", &error));
     }
-    {  // the right password, but not this program's tables
-        auto h = Handle::open(inFolder("foreign.tbk"), schema::kDatabasePassword, true, &error);
-        ASSERT_TRUE(h && h->exec("CREATE TABLE contacts (con_id INTEGER)", &error));
-    }
+    // The right password, but not this program's tables.
+    ASSERT_EQ(
+        sqlcipherRows(inFolder("foreign.tbk"), "CREATE TABLE contacts (con_id INTEGER); SELECT 1"),
+        QStringList({"1"}));
     const QByteArray before = exchange_test::fileBytes(file.path());
     for (const char* name : {"text.tbk", "otherkey.tbk", "foreign.tbk", "missing.tbk"}) {
         const Outcome out = restoreFrom(inFolder(name));
@@ -132,12 +130,10 @@ TEST_F(Backup, RestoreRefusesFilesThatAreNotItsDataFiles) {
 
 TEST_F(Backup, CopiesNoHalfFinishedTransaction) {
     fillSample();
-    run("INSERT INTO contacts (con_lastname, con_description) SELECT con_lastname & '再' & 1, "
-        "'a long note to fill pages' FROM contacts");
-    for (int i = 0; i < 8; ++i)
+    run("UPDATE contacts SET con_description='a long note to fill pages'");
+    for (int i = 0; i < 9; ++i)
         run("INSERT INTO contacts (con_lastname, con_description) SELECT con_lastname, "
-            "con_description "
-            "FROM contacts");
+            "con_description FROM contacts");
     const int contacts = rows("contacts");
     closeAllHandles();
     // Another program dies in the middle of a large delete: its changes are
@@ -198,7 +194,6 @@ TEST_F(Backup, NamesAtTheFileNameLimitWork) {
         QString name = QString(80, QChar(u'报'));
         while (name.toUtf8().size() + int(strlen(c.extension)) < 251) name += 'a';
         name += c.extension;
-        ASSERT_EQ(name.toUtf8().size(), 251);
         const Outcome out = c.write(inFolder(name));
         ASSERT_TRUE(out.ok) << c.extension << out.ErrMsg.toStdString();
         EXPECT_EQ(sqlcipherRows(inFolder(name), "PRAGMA integrity_check"), QStringList{"ok"});
