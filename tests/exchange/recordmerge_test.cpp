@@ -134,8 +134,7 @@ TEST_F(Merge, ThreeContactsBecomeOneWithEveryLinkOnceAndNoOrphans) {
 
 TEST_F(Merge, AccountsKeepRolesAndEachContactKeepsOneAccount) {
     fillSample();  // accounts 1 and 2; contact 1 belongs to both
-    run("INSERT INTO opportunities_accounts VALUES (1, 2, '卖方')");
-    run("INSERT INTO opportunities_accounts VALUES (2, 2, '')");
+    run("INSERT INTO opportunities_accounts VALUES (1, 2, '卖方'), (2, 2, '')");
     run("INSERT INTO accounts_tasks VALUES (2, 2)");
     run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 2)");
     run("UPDATE accounts SET acc_telephone='010-1234' WHERE acc_id=2");
