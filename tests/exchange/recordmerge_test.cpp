@@ -204,6 +204,10 @@ TEST_F(Merge, UndoPutsEveryTableBackAsItWasBeforeTheMerge) {
     // Records with their keys, the kept one's fields and dates, every link
     // row in its place, moved ids, and an empty bin.
     EXPECT_EQ(testsupport::changedSince(before), QStringList());
+    // Only once: a merge stays valid by itself, so only the undo withdraws it.
+    EXPECT_EQ(LastAction::instance().caption(), "");
+    ASSERT_TRUE(LastAction::instance().undo(&done).ok);
+    EXPECT_EQ(done, "没有可以撤销的操作。");
 }
 
 TEST_F(Merge, UndoIsRefusedWhenTheMergedRecordsChangedSince) {
