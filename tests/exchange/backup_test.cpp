@@ -166,13 +166,11 @@ TEST_F(Backup, RestoreThroughASymbolicLinkReplacesTheFileItPointsTo) {
     const QString real = inFolder("真实位置/mydata3.tvg");
     ASSERT_TRUE(QFile::rename(file.path(), real));
     ASSERT_TRUE(QFile::link(real, file.path()));
-    ASSERT_EQ(rows("contacts"), 5);
     const Outcome out = restoreFrom(backup);
     ASSERT_TRUE(out.ok) << out.ErrMsg.toStdString();
     EXPECT_TRUE(QFileInfo(file.path()).isSymLink());
     EXPECT_EQ(QFileInfo(file.path()).symLinkTarget(), real);
     EXPECT_EQ(sqlcipherRows(real, "SELECT COUNT(*) FROM contacts"), QStringList{"4"});
-    EXPECT_EQ(rows("contacts"), 4);
     // The safety copy holds what the real file held.
     EXPECT_EQ(sqlcipherRows(out.path, "SELECT COUNT(*) FROM contacts"), QStringList{"5"});
     EXPECT_TRUE(

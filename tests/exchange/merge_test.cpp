@@ -30,11 +30,6 @@ const char* const kLinks[] = {
     "c.con_id = l.con_id JOIN tasks t ON t.tas_id = l.tas_id",
 };
 
-QStringList sorted(QStringList rows) {
-    rows.sort();
-    return rows;
-}
-
 }  // namespace
 
 class Merge : public ExchangeFixture {
@@ -105,10 +100,11 @@ protected:
 
     QStringList links(const QString& path = QString()) {
         QStringList all;
-        for (const char* sql : kLinks)
-            all << sorted(path.isEmpty() ? column(QString::fromUtf8(sql))
-                                         : sqlcipherRows(path, QString::fromUtf8(sql)))
-                << QStringLiteral("--");
+        for (const char* sql : kLinks) {
+            QStringList rows = path.isEmpty() ? column(sql) : sqlcipherRows(path, sql);
+            rows.sort();
+            all << rows << QStringLiteral("--");
+        }
         return all;
     }
 };
