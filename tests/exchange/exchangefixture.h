@@ -58,6 +58,11 @@ inline QJsonValue python(const QString& script, const QString& path) {
         .value(QStringLiteral("v"));
 }
 
+inline QByteArray fileBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
 inline void writeBytes(const QString& path, const QByteArray& bytes) {
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
@@ -96,37 +101,26 @@ protected:
     // second opportunity are private. Ticks: the first contact, the private
     // contact and opportunity, the first account and task.
     void fillSample() {
-        for (
-            const char* sql :
-            {"INSERT INTO accounts (acc_name, acc_private, acc_check) VALUES ('甲公司', 0, true)",
-             "INSERT INTO accounts (acc_name, acc_private, acc_check) VALUES ('乙公司', 1, false)",
-             "INSERT INTO contacts (con_lastname, con_private, con_check) VALUES ('张三', 0, true)",
-             "INSERT INTO contacts (con_lastname, con_private, con_check) VALUES ('李四', 0, "
-             "false)",
-             "INSERT INTO contacts (con_lastname, con_private, con_check) VALUES ('王五', 1, true)",
-             "INSERT INTO contacts (con_lastname, con_private, con_check) VALUES ('赵六', 0, "
-             "false)",
-             "INSERT INTO opportunities (opp_subject, opp_private, opp_check) VALUES ('大单', 0, "
-             "true)",
-             "INSERT INTO opportunities (opp_subject, opp_private, opp_check) VALUES ('密单', 1, "
-             "true)",
-             "INSERT INTO tasks (tas_subject, tas_private, tas_check) VALUES ('拜访', 0, true)",
-             "INSERT INTO tasks (tas_subject, tas_private, tas_check) VALUES ('回访', 0, false)",
-             "INSERT INTO documents (doc_id, doc_name, doc_check) VALUES (1, '合同', false)",
-             "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)",
-             "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 1)",
-             "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 4)",
-             "INSERT INTO contacts_contacts (con_id1, con_id2, con_relation) VALUES (1, 2, '同事')",
-             "INSERT INTO contacts_contacts (con_id1, con_id2, con_relation) VALUES (3, 1, '朋友')",
-             "INSERT INTO opportunities_contacts (opp_id, con_id, con_part_in_opp) VALUES (1, 1, "
-             "'决策人')",
-             "INSERT INTO opportunities_accounts (opp_id, acc_id, acc_part_in_opp) VALUES (1, 1, "
-             "'买方')",
-             "INSERT INTO opportunities_accounts (opp_id, acc_id, acc_part_in_opp) VALUES (2, 1, "
-             "'买方')",
-             "INSERT INTO contacts_tasks (con_id, tas_id) VALUES (1, 1)",
-             "INSERT INTO contacts_tasks (con_id, tas_id) VALUES (4, 2)",
-             "INSERT INTO contacts_documents (con_id, doc_id) VALUES (1, 1)"})
+        for (const char* sql : {
+                 "INSERT INTO accounts (acc_name, acc_private, acc_check) VALUES ('甲公司', 0, "
+                 "true), ('乙公司', 1, false)",
+                 "INSERT INTO contacts (con_lastname, con_private, con_check) VALUES ('张三', 0, "
+                 "true), ('李四', 0, false), ('王五', 1, true), ('赵六', 0, false)",
+                 "INSERT INTO opportunities (opp_subject, opp_private, opp_check) VALUES ('大单', "
+                 "0, true), ('密单', 1, true)",
+                 "INSERT INTO tasks (tas_subject, tas_private, tas_check) VALUES ('拜访', 0, "
+                 "true), ('回访', 0, false)",
+                 "INSERT INTO documents (doc_id, doc_name, doc_check) VALUES (1, '合同', false)",
+                 "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1), (2, 1), (1, 4)",
+                 "INSERT INTO contacts_contacts (con_id1, con_id2, con_relation) VALUES (1, 2, "
+                 "'同事'), (3, 1, '朋友')",
+                 "INSERT INTO opportunities_contacts (opp_id, con_id, con_part_in_opp) VALUES (1, "
+                 "1, '决策人')",
+                 "INSERT INTO opportunities_accounts (opp_id, acc_id, acc_part_in_opp) VALUES (1, "
+                 "1, '买方'), (2, 1, '买方')",
+                 "INSERT INTO contacts_tasks (con_id, tas_id) VALUES (1, 1), (4, 2)",
+                 "INSERT INTO contacts_documents (con_id, doc_id) VALUES (1, 1)",
+             })
             run(QString::fromUtf8(sql));
     }
 };
