@@ -125,7 +125,7 @@ TEST(VCardRead, EachCharsetOfAValueIsHonoured) {
 
 TEST(VCardRead, FoldInsideAUtf8CharacterIsMendedBeforeDecoding) {
     const QByteArray name = QStringLiteral("欧阳娜娜").toUtf8();
-    for (const QByteArray fold : {QByteArray("\r\n "), QByteArray("\r\n\t"), QByteArray("\n ")}) {
+    for (const QByteArray& fold : {QByteArray("\r\n "), QByteArray("\r\n\t"), QByteArray("\n ")}) {
         // Split inside the first character's three bytes, and between the others.
         const QByteArray body =
             "FN:" + name.left(1) + fold + name.mid(1, 4) + fold + name.mid(5) + "\r\n";
