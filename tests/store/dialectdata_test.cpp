@@ -127,7 +127,7 @@ SELECT * FROM que_contacts_accounts WHERE con_id=4|con_lastname acc_id acc_name|
 
 TEST_F(Corpus, DateLiterals) {
     // Month first in m/d/y; midnight is another moment than 14:00. The other written forms
-    // are the literal parser's table.
+    // are the translation table's.
     play(R"(
 SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#2024-3-5# ORDER BY tas_id|1,7
 SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#3/5/2024# ORDER BY tas_id|1,7
