@@ -160,8 +160,6 @@ TEST_F(Custom, GetAllArraysCarryOneEmptySlot) {
     SelectOptions fixed;
     ASSERT_TRUE(fixed.GetAllProbability());
     EXPECT_EQ(fixed.arrDesc(), QVariantList({0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100, {}}));
-    ASSERT_TRUE(fixed.GetAllTaskCycle());
-    EXPECT_EQ(fixed.arrDesc(), QVariantList({"每天", "每周", "每月", "每年", "不重复", {}}));
     ASSERT_TRUE(fixed.GetAllTaskHour());
     EXPECT_EQ(fixed.arrDesc().mid(47), QVariantList({"23:30", {}}));
 

@@ -125,20 +125,6 @@ SELECT * FROM que_contacts_accounts WHERE con_id=4|con_lastname acc_id acc_name|
 )");
 }
 
-TEST_F(Corpus, DateLiterals) {
-    // Month first in m/d/y; midnight is another moment than 14:00. The other written forms
-    // are the translation table's.
-    play(R"(
-SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#2024-3-5# ORDER BY tas_id|1,7
-SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#3/5/2024# ORDER BY tas_id|1,7
-SELECT con_id FROM contacts WHERE con_recent_contact_date=#2024-2-19 2:00 PM#|1
-SELECT con_id FROM contacts WHERE con_recent_contact_date=#2024-2-19#|
-SELECT con_id FROM contacts WHERE con_create_date > #2024-3-5#|2
-SELECT tas_id FROM tasks WHERE tas_time=#9:30#|1
-SELECT con_id FROM contacts WHERE con_birthday<> # 1900-1-1# ORDER BY con_id|2,3,4,6
-)");
-}
-
 TEST_F(Corpus, NowAndDateFollowTheClock) {
     play(R"(
 SELECT con_id FROM contacts WHERE con_create_date = date|4
@@ -160,10 +146,19 @@ SELECT tas_id FROM tasks WHERE tas_last_remind_date < date|2
 )");
 }
 
-TEST_F(Corpus, WordsFunctionsAndText) {
-    // WEEKDAY counts from Sunday: 2024-2-4 is a Sunday, 2020-2-29 a Saturday. first() gives the
-    // first row's value, a null included. NOT on a yes/no column flips -1 and 0, and back.
+TEST_F(Corpus, DatesWordsFunctionsAndText) {
+    // Month first in m/d/y; midnight is another moment than 14:00 (the other written forms of
+    // a date are the translation table's). WEEKDAY counts from Sunday: 2024-2-4 is a Sunday,
+    // 2020-2-29 a Saturday. first() gives the first row's value, a null included. NOT on a
+    // yes/no column flips -1 and 0, and back.
     play(R"(
+SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#2024-3-5# ORDER BY tas_id|1,7
+SELECT tas_id FROM tasks WHERE tas_cycle=0 AND tas_date=#3/5/2024# ORDER BY tas_id|1,7
+SELECT con_id FROM contacts WHERE con_recent_contact_date=#2024-2-19 2:00 PM#|1
+SELECT con_id FROM contacts WHERE con_recent_contact_date=#2024-2-19#|
+SELECT con_id FROM contacts WHERE con_create_date > #2024-3-5#|2
+SELECT tas_id FROM tasks WHERE tas_time=#9:30#|1
+SELECT con_id FROM contacts WHERE con_birthday<> # 1900-1-1# ORDER BY con_id|2,3,4,6
 SELECT con_id FROM contacts WHERE con_check=true ORDER BY con_id|1,3,6
 SELECT con_id FROM contacts WHERE con_check= false ORDER BY con_id|2,4,5
 SELECT con_id FROM contacts WHERE con_check ORDER BY con_id|1,3,6
