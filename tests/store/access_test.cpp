@@ -296,14 +296,12 @@ TEST(PageCache, HoldsTheWholeFileWithinBounds) {
 
 TEST_F(Access, EveryKindOfCellComesBackAsStored) {
     // Integers at the edges of the 32-bit range, reals, empty text apart from
-    // null, bytes with a zero, text beyond ASCII, a date in its stored form (other
-    // text stays text); two rows, so that cells of the second row are found past the
-    // first row's payloads.
+    // null, bytes with a zero, text beyond ASCII; two rows, so that cells of the
+    // second row are found past the first row's payloads.
     RecordsetPtr rs = db.GetReadRs(
         "SELECT 0 AS a, -1 AS b, 2147483647 AS c, -2147483648 AS d, 2147483648 AS e, "
-        "-9223372036854775807 AS f, 1.5 AS g, '' AS h, NULL AS i, x'00ff' AS j, '张三é' AS k, "
-        "'2024-03-05 09:30:00' AS l UNION ALL SELECT 1, 2, 3, 4, 5, 6, -0.25, 'x', 'y', x'', NULL, "
-        "'2024-3-5 9:30'");
+        "-9223372036854775807 AS f, 1.5 AS g, '' AS h, NULL AS i, x'00ff' AS j, '张三é' AS k "
+        "UNION ALL SELECT 1, 2, 3, 4, 5, 6, -0.25, 'x', 'y', x'', NULL");
     ASSERT_EQ(rs->RecordCount(), 2) << db.ErrMsg().toStdString();
     const QVariant first[] = {0,
                               -1,
@@ -315,25 +313,18 @@ TEST_F(Access, EveryKindOfCellComesBackAsStored) {
                               QString(""),
                               QVariant(),
                               QByteArray("\0\xff", 2),
-                              QStringLiteral("张三é"),
-                              jetdate::naive(QDate(2024, 3, 5), QTime(9, 30))};
-    const QVariant second[] = {1,
-                               2,
-                               3,
-                               4,
-                               5,
-                               6,
-                               -0.25,
-                               QString("x"),
-                               QString("y"),
-                               QByteArray(),
-                               QVariant(),
-                               QString("2024-3-5 9:30")};
-    for (int i = 0; i < int(std::size(first)); ++i) {
+                              QStringLiteral("张三é")};
+    const QVariant second[] = {
+        1, 2, 3, 4, 5, 6, -0.25, QString("x"), QString("y"), QByteArray(), QVariant()};
+    for (int i = 0; i < 11; ++i) {
         for (const auto& [record, expected] : {std::pair{0, first[i]}, std::pair{1, second[i]}}) {
             const QVariant got = rs->valueAt(record, i);
             EXPECT_EQ(got, expected) << "record " << record << " column " << i;
             EXPECT_EQ(got.isNull(), expected.isNull()) << "record " << record << " column " << i;
         }
     }
+    // A date in its stored form comes back as a date; other text stays text.
+    RecordsetPtr dates = db.GetReadRs("SELECT '2024-03-05 09:30:00', '2024-3-5 9:30'");
+    EXPECT_EQ(dates->value(0), QVariant(jetdate::naive(QDate(2024, 3, 5), QTime(9, 30))));
+    EXPECT_EQ(dates->value(1), QVariant(QStringLiteral("2024-3-5 9:30")));
 }
