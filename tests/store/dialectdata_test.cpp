@@ -14,7 +14,6 @@
 #include <QDate>
 #include <QDateTime>
 #include <QStringList>
-#include <vector>
 
 #include "store/clock.h"
 #include "store/recordset.h"
@@ -24,34 +23,25 @@
 namespace tarvel::testing {
 namespace {
 
-struct TableRows {
-    const char* table;
-    const char* columns;
-    std::vector<const char*> rows;
-};
-
 // Inserted in this order, so keys count from 1 down each list.
-const TableRows kDataSet[] = {
-    {"accounts",
-     "acc_name, acc_type, acc_industry, acc_address",
-     {"'Acme Ltd', 'Customer', 'IT', '1 Main St'", "'Borealis', 'Supplier', 'Finance', NULL",
-      "'Cobalt Works', 'Customer', NULL, NULL"}},
-    {"contacts",
-     "con_lastname, con_important, con_birthday, con_create_date, con_recent_contact_date, "
-     "con_check",
-     {"'Zhang', 'High', #1900-1-1#, #2024-1-15#, #2024-2-19 14:00#, true",
-      "'Li', 'Low', #1985-3-5#, #2024-3-5 10:00#, #2024-3-1 9:00#, false",
-      "'Wang', 'High', #1988-2-29#, #2024-2-19#, #2024-1-10 8:00#, true",
-      "'Zhao', NULL, #1970-3-5#, #2024-3-5#, #2024-2-18 23:59#, false",
-      "'O''Brien', 'Medium', NULL, #2023-12-1#, NULL, false",
-      "'Sun', 'low', #1980-1-1#, #2024-2-25#, #2024-3-4#, true"}},
-    {"tasks",
-     "tas_date, tas_time, tas_cycle",
-     {"#2024-3-5#, #9:30#, 0", "#2024-3-1#, #8:00#, 1", "#2024-2-7#, #16:00#, 7",
-      "#2024-1-31#, #17:00#, 30", "#2020-2-29#, #12:00#, 365", "#2024-3-5#, #11:00#, 1",
-      "#2024-3-5#, #12:30#, 0", "#2024-2-4#, #10:00#, 14", "#2024-2-27#, #19:00#, 7"}},
+const char* const kDataSet[] = {
+    "INSERT INTO accounts (acc_name, acc_type, acc_industry, acc_address) VALUES ('Acme Ltd', "
+    "'Customer', 'IT', '1 Main St'), ('Borealis', 'Supplier', 'Finance', NULL), ('Cobalt Works', "
+    "'Customer', NULL, NULL)",
+    "INSERT INTO contacts (con_lastname, con_important, con_birthday, con_create_date, "
+    "con_recent_contact_date, con_check) VALUES "
+    "('Zhang', 'High', #1900-1-1#, #2024-1-15#, #2024-2-19 14:00#, true), "
+    "('Li', 'Low', #1985-3-5#, #2024-3-5 10:00#, #2024-3-1 9:00#, false), "
+    "('Wang', 'High', #1988-2-29#, #2024-2-19#, #2024-1-10 8:00#, true), "
+    "('Zhao', NULL, #1970-3-5#, #2024-3-5#, #2024-2-18 23:59#, false), "
+    "('O''Brien', 'Medium', NULL, #2023-12-1#, NULL, false), "
+    "('Sun', 'low', #1980-1-1#, #2024-2-25#, #2024-3-4#, true)",
+    "INSERT INTO tasks (tas_date, tas_time, tas_cycle) VALUES (#2024-3-5#, #9:30#, 0), "
+    "(#2024-3-1#, #8:00#, 1), (#2024-2-7#, #16:00#, 7), (#2024-1-31#, #17:00#, 30), "
+    "(#2020-2-29#, #12:00#, 365), (#2024-3-5#, #11:00#, 1), (#2024-3-5#, #12:30#, 0), "
+    "(#2024-2-4#, #10:00#, 14), (#2024-2-27#, #19:00#, 7)",
     // Contact 2's second account is linked first: the lower account key still decides.
-    {"accounts_contacts", "acc_id, con_id", {"2, 2", "1, 1", "1, 2", "2, 3", "3, 5"}},
+    "INSERT INTO accounts_contacts (acc_id, con_id) VALUES (2, 2), (1, 1), (1, 2), (2, 3), (3, 5)",
 };
 
 QDateTime at(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
@@ -104,9 +94,7 @@ class Corpus : public ::testing::Test {
 protected:
     void SetUp() override {
         Clock::setFixed(at(2024, 3, 5, 10, 30));
-        for (const TableRows& t : kDataSet)
-            for (const char* row : t.rows)
-                run(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(t.table, t.columns, row));
+        for (const char* insert : kDataSet) run(QString::fromUtf8(insert));
     }
     static void run(const QString& sql) {
         tarveldatabase db;
