@@ -6,7 +6,6 @@
 
 #include "store/dialectcriterion.h"
 #include "store/dialectlexer.h"
-#include "store/jetdate.h"
 
 using tarvel::dialect::translateUncached;
 
@@ -21,21 +20,9 @@ struct Case {
 const Case kTranslations[] = {
     {"DELETE * FROM accounts_contacts WHERE acc_id=5",
      "DELETE  FROM accounts_contacts WHERE acc_id=5"},
-    {"WHERE (con_birthday<> # 1900-1-1#)", "WHERE (con_birthday<> '1900-01-01 00:00:00')"},
-    {"x=#2024-3-5 9:30:15 PM#", "x='2024-03-05 21:30:15'"},
-    {"x=#9:05#", "x='1899-12-30 09:05:00'"},
-    {"UPDATE accounts SET acc_recent_contact_date=now WHERE acc_id= 2",
-     "UPDATE accounts SET acc_recent_contact_date=tv_now() WHERE acc_id= 2"},
     {"SELECT Now(), Date()", "SELECT tv_now(), tv_date()"},
-    {"DELETE * FROM tasks WHERE tas_check= false ", "DELETE  FROM tasks WHERE tas_check= 0 "},
-    {"UPDATE accounts SET acc_check=NOT acc_check  ",
-     "UPDATE accounts SET acc_check=~ acc_check  "},
-    {"WHERE con_id=11AND con_check=0", "WHERE con_id=11 AND con_check=0"},
     {"WHERE x=1.5e3", "WHERE x=1.5e3"},
-    {"WHERE name='it''s #1# now'", "WHERE name='it''s #1# now'"},
     {"WHERE name=\"it's \"\"hi\"\"\"", "WHERE name='it''s \"hi\"'"},
-    {"SELECT [my col] FROM t", "SELECT \"my col\" FROM t"},
-    {"SELECT a & b", "SELECT a || b"},
     {"SELECT x.date, date_col FROM t", "SELECT x.date, date_col FROM t"},
     {"SELECT first(accounts.acc_industry) AS con_option, count(contacts.con_id) AS option_count  "
      "From que_contacts_accounts GROUP BY accounts.acc_industry",
@@ -45,9 +32,6 @@ const Case kTranslations[] = {
     // A base table next to the query keeps its own qualifiers.
     {"SELECT contacts.con_id FROM contacts, que_contacts_accounts",
      "SELECT contacts.con_id FROM contacts, que_contacts_accounts"},
-    {"UPDATE que_contacts_accounts SET con_check= NOT con_check WHERE acc_name LIKE '%x%'",
-     "UPDATE contacts SET con_check= ~ con_check  WHERE con_id IN (SELECT con_id FROM "
-     "que_contacts_accounts WHERE acc_name LIKE '%x%')"},
     // Searches escape their wildcards; brackets in a pattern are plain characters.
     {"UPDATE que_contacts_accounts SET con_check=0 WHERE con_lastname LIKE '%[x]\\%%' ESCAPE "
      "'\\'",
@@ -55,18 +39,7 @@ const Case kTranslations[] = {
      "WHERE con_lastname LIKE '%[x]\\%%' ESCAPE '\\')"},
     {"UPDATE que_contacts_accounts SET con_check=0",
      "UPDATE contacts SET con_check=0 WHERE con_id IN (SELECT con_id FROM que_contacts_accounts )"},
-    {"SELECT 'a' & 1 + 2", "SELECT 'a' || (1 + 2)"},
-    {"SELECT 7 mod 4 * 2", "SELECT 7 % (4 * 2)"},
-    {"SELECT a+b&c", "SELECT (a+b)||c"},
-    {"SELECT x / y - 1", "SELECT x * 1.0 / y - 1"},
-    {"SELECT 7 \\ 2", "SELECT CAST(ROUND(7) AS INTEGER) / CAST(ROUND(2) AS INTEGER)"},
     {"SELECT f(a & b + 1, c) & d", "SELECT f(a || (b + 1), c) || d"},
-    {"SELECT count(*) FROM t WHERE (a mod 2 * 3) = 0",
-     "SELECT count(*) FROM t WHERE (a % (2 * 3)) = 0"},
-    {"SELECT con_name & now FROM t", "SELECT con_name || tv_now() FROM t"},
-    {"SELECT x & true + 1", "SELECT x || (-1 + 1)"},
-    {"UPDATE contacts SET con_check=NOT (con_check)",
-     "UPDATE contacts SET con_check=~ (con_check)"},
     {"SELECT a FROM t WHERE NOT (con_check = 0)", "SELECT a FROM t WHERE NOT (con_check = 0)"},
     {"SELECT a FROM t WHERE NOT (con_check) AND NOT (x)",
      "SELECT a FROM t WHERE ~ (con_check) AND NOT (x)"},
@@ -74,19 +47,23 @@ const Case kTranslations[] = {
     {"SELECT a.*, b FROM t AS a", "SELECT a.*, b FROM t AS a"},
     {"SELECT a & ", "SELECT a || "},
     {"SELECT (a & b", "SELECT (a || b"},
-    {"SELECT 'it''s' & 'a''''b'", "SELECT 'it''s' || 'a''''b'"},
-    {"SELECT '#1/2/2024#', '[x]', 'a\"b'", "SELECT '#1/2/2024#', '[x]', 'a\"b'"},
-    {"SELECT \"say 'hi'\" & \"#\"", "SELECT 'say ''hi''' || '#'"},
     {"SELECT '?', [a?b], \"?\"", "SELECT '?', \"a?b\", '?'"},
     {"SELECT [it's], [a\"b]", "SELECT \"it's\", \"a\"\"b\""},
     {"SELECT '' & \"\"", "SELECT '' || ''"},
-    {"SELECT 'NOT con_check mod 2'", "SELECT 'NOT con_check mod 2'"},
-    {"SELECT ((((", "SELECT (((("},
     {"SELECT ))) & (", "SELECT ))) || ("},
     {"mod mod mod", "% % %"},
     {"- - -", "- - -"},
     {"DELETE FROM t WHERE a--1=0 AND b=2", "DELETE FROM t WHERE a- -1=0 AND b=2"},
     {"SELECT 1-true", "SELECT 1- -1"},
+    // Date literals: month first, the two-digit year's window, 12 AM and PM, any separator.
+    {"x=#12/31/99#", "x='1999-12-31 00:00:00'"},
+    {"x=#1/2/05#", "x='2005-01-02 00:00:00'"},
+    {"x=#12:00 AM#", "x='1899-12-30 00:00:00'"},
+    {"x=#12:30 PM#", "x='1899-12-30 12:30:00'"},
+    {"x=#9:30 AM#", "x='1899-12-30 09:30:00'"},
+    {"x=#2024-2-29 23:59:59#", "x='2024-02-29 23:59:59'"},
+    {"x=#2024/03/05#", "x='2024-03-05 00:00:00'"},
+    {"x=#3/5/2024 14:00#", "x='2024-03-05 14:00:00'"},
     {"SELECT 'open", nullptr},
     {"SELECT 'a'' ", nullptr},
     {"SELECT \"open", nullptr},
@@ -94,15 +71,14 @@ const Case kTranslations[] = {
     {"SELECT #2024-1-1", nullptr},
     {"SELECT #'#", nullptr},
     {"x=#2024-13-01#", nullptr},
-    {"x=#2023-2-29#", nullptr},
     {"x=#yesterday#", nullptr},
     {"x=#25:00#", nullptr},
 };
 
 }  // namespace
 
-// Operators keep the original order, quoted text reaches the engine as written, and what
-// cannot be read is reported.
+// Operators keep the original order, double quotes and brackets become the engine's, and
+// what cannot be read is reported.
 TEST(Dialect, TranslatesOrRefuses) {
     for (const Case& c : kTranslations) {
         const auto t = translateUncached(QString::fromUtf8(c.jet));
@@ -115,77 +91,8 @@ TEST(Dialect, TranslatesOrRefuses) {
     }
 }
 
-TEST(Dialect, ComparedNumbersBecomeParameters) {
-    using tarvel::dialect::translate;
-    const struct {
-        const char* jet;
-        const char* engine;
-        QList<QVariant> parameters;
-    } cases[] = {
-        {"SELECT * FROM contacts WHERE con_id=5", "SELECT * FROM contacts WHERE con_id=?", {5}},
-        {"UPDATE tasks SET tas_remind= 0 WHERE tas_id = 12",
-         "UPDATE tasks SET tas_remind= ? WHERE tas_id = ?",
-         {0, 12}},
-        {"SELECT a FROM t WHERE p>=2.5 ORDER BY 1", "SELECT a FROM t WHERE p>=? ORDER BY 1", {2.5}},
-        // Glued, quoted and dated numbers stay as written.
-        {"SELECT a FROM t WHERE x=11AND y='=3' AND d=#2024-1-1#",
-         "SELECT a FROM t WHERE x=11 AND y='=3' AND d='2024-01-01 00:00:00'",
-         {}},
-        {"INSERT INTO t (a) SELECT 1 WHERE 1=1", "INSERT INTO t (a) SELECT 1 WHERE 1=1", {}},
-    };
-    for (const auto& c : cases) {
-        const auto t = translate(QString::fromUtf8(c.jet));
-        EXPECT_EQ(t.sql.toStdString(), c.engine);
-        EXPECT_EQ(t.parameters, c.parameters) << c.jet;
-    }
-    // Two ids, one translation: the second comes from the cache with its own value.
-    EXPECT_EQ(translate(QStringLiteral("SELECT * FROM contacts WHERE con_id=6")).parameters,
-              QList<QVariant>{6});
-}
-
-TEST(JetDate, LiteralForms) {
-    using tarvel::jetdate::parseLiteral;
-    const struct {
-        const char* text;
-        const char* canonical;
-    } cases[] = {
-        {"12/31/99", "1999-12-31 00:00:00"},           {"1/2/05", "2005-01-02 00:00:00"},
-        {"12:00 AM", "1899-12-30 00:00:00"},           {"12:30 PM", "1899-12-30 12:30:00"},
-        {"2024-2-29 23:59:59", "2024-02-29 23:59:59"},
-    };
-    for (const auto& c : cases) {
-        const auto v = parseLiteral(QString::fromUtf8(c.text));
-        ASSERT_TRUE(v.has_value()) << c.text;
-        EXPECT_EQ(tarvel::jetdate::canonical(*v).toStdString(), c.canonical) << c.text;
-    }
-}
-
-// Random texts never crash the translator, and a quoted text always reaches the
-// engine exactly as written, whatever surrounds it.
-TEST(Dialect, QuotedTextSurvivesAnySurroundings) {
-    const QStringList pieces =
-        QStringLiteral(
-            "SELECT, ,#,',\",[,now,11,AND,NOT,con_check,=,/,2024-1-1,que_contacts_accounts,.,张")
-            .split(QLatin1Char(','));
-    quint32 seed = 12345;
-    auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 16; };
-    for (int round = 0; round < 3000; ++round) {
-        QString text;
-        for (int n = next() % 12; n > 0; --n) text += pieces[next() % pieces.size()];
-        tarvel::dialect::translateUncached(text);  // must not crash or hang
-        const QString payload = QStringLiteral("'a''#now# \"x\" [y] 11AND NOT con_check'");
-        const auto t = translateUncached(
-            text.count(QLatin1Char('\'')) % 2 == 0 && !text.contains(QLatin1Char('#')) &&
-                    !text.contains(QLatin1Char('"')) && !text.contains(QLatin1Char('['))
-                ? text + QLatin1Char(' ') + payload
-                : payload);
-        ASSERT_TRUE(t.error.isEmpty()) << text.toStdString();
-        EXPECT_TRUE(t.sql.contains(payload)) << text.toStdString() << " -> " << t.sql.toStdString();
-    }
-}
-
-// The caller's own ? marks and the numbers taken out of the text share one
-// numbering, in the order they stand.
+// Compared numbers become parameters; the caller's own ? marks and those numbers share
+// one numbering, in the order they stand.
 TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
     using tarvel::dialect::translate;
     const struct {
@@ -195,29 +102,19 @@ TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
         QList<QVariant> parameters;
         bool error;
     } cases[] = {
-        {"SELECT a FROM t WHERE b = ? AND c = 5",
-         {"x"},
-         "SELECT a FROM t WHERE b = ? AND c = ?",
-         {"x", 5},
-         false},
-        {"SELECT a FROM t WHERE c = 5 AND b = ?",
-         {"x"},
-         "SELECT a FROM t WHERE c = ? AND b = ?",
-         {5, "x"},
-         false},
-        {"SELECT ?, '?', [?], \"?\" FROM t WHERE c=7",
-         {1},
-         "SELECT ?, '?', \"?\", '?' FROM t WHERE c=?",
-         {1, 7},
-         false},
+        {"SELECT a WHERE b=5", {}, "SELECT a WHERE b=?", {5}, false},
+        {"DELETE FROM t WHERE p>=2.5", {}, "DELETE FROM t WHERE p>=?", {2.5}, false},
+        // Glued, quoted and dated numbers stay as written, and every number of an insert.
+        {"SELECT a WHERE x=11AND y='=3'", {}, "SELECT a WHERE x=11 AND y='=3'", {}, false},
+        {"SELECT a WHERE d=#2024-1-1#", {}, "SELECT a WHERE d='2024-01-01 00:00:00'", {}, false},
+        {"INSERT INTO t SELECT 1 WHERE 1=1", {}, "INSERT INTO t SELECT 1 WHERE 1=1", {}, false},
+        {"SELECT a WHERE b=? AND c=5", {"x"}, "SELECT a WHERE b=? AND c=?", {"x", 5}, false},
+        {"SELECT a WHERE c=5 AND b=?", {"x"}, "SELECT a WHERE c=? AND b=?", {5, "x"}, false},
+        {"SELECT ?,[?],\"?\" WHERE c=7", {1}, "SELECT ?,\"?\",'?' WHERE c=?", {1, 7}, false},
         // A mark never becomes a numbered one.
-        {"SELECT a FROM t WHERE b = ?1", {"x"}, "SELECT a FROM t WHERE b = ? 1", {"x"}, false},
-        {"SELECT a FROM t WHERE b = ? AND c = ?",
-         {"x"},
-         "SELECT a FROM t WHERE b = ? AND c = ?",
-         {"x", QVariant()},
-         true},
-        {"SELECT a FROM t WHERE c = 5", {"x"}, "SELECT a FROM t WHERE c = ?", {5}, true},
+        {"SELECT a WHERE b=?1", {"x"}, "SELECT a WHERE b=? 1", {"x"}, false},
+        {"SELECT a WHERE b=? OR c=?", {"x"}, "SELECT a WHERE b=? OR c=?", {"x", {}}, true},
+        {"SELECT a WHERE c=5", {"x"}, "SELECT a WHERE c=?", {5}, true},
     };
     for (const auto& c : cases) {
         const auto t = translate(QString::fromUtf8(c.jet), c.bound);
@@ -225,6 +122,8 @@ TEST(Dialect, MarksAndComparedNumbersShareOneOrder) {
         EXPECT_EQ(t.parameters, c.parameters) << c.jet;
         EXPECT_EQ(!t.error.isEmpty(), c.error) << c.jet << ": " << t.error.toStdString();
     }
+    // Two ids, one translation: the second comes from the cache with its own value.
+    EXPECT_EQ(translate(QStringLiteral("SELECT a WHERE b=6")).parameters, QList<QVariant>{6});
 }
 
 TEST(Dialect, SearchConditions) {
@@ -236,19 +135,15 @@ TEST(Dialect, SearchConditions) {
         const char* op;
         QVariant value;  // `invalid` when refused
     } cases[] = {
-        {"con_id=1", "con_id", "=", 1.0},
         {" contacts.con_id >= -2.5 ", "contacts.con_id", ">=", -2.5},
         {"[con_lastname] like '李%'", "con_lastname", "LIKE", QStringLiteral("李%")},
         {"con_nickname<>'it''s = #1#'", "con_nickname", "<>", QStringLiteral("it's = #1#")},
-        {"con_nickname = \"say \"\"hi\"\"\"", "con_nickname", "=", QStringLiteral("say \"hi\"")},
         {"con_birthday < #1980-2-29#", "con_birthday", "<",
          QDateTime(QDate(1980, 2, 29), QTime(0, 0))},
         {"con_id = 1e3", "con_id", "=", 1000.0},
         {"con_id = ", "", "", invalid},
         {"= 5", "", "", invalid},
         {"con_id 5", "", "", invalid},
-        {"con_id = 5 AND x = 1", "", "", invalid},
-        {"con_id = 5abc", "", "", invalid},
         {"con_id = 'open", "", "", invalid},
         {"con_id = -'x'", "", "", invalid},
         {"con_birthday = #2024-13-1#", "", "", invalid},
@@ -268,8 +163,9 @@ TEST(Dialect, SearchConditions) {
     }
 }
 
-// Random texts of operators, groups, marks and quotes: no crash, quoted text
-// reaches the engine as written, and every ? the engine sees has one value.
+// Random texts of operators, groups, marks and quotes: no crash (an unreadable text is
+// refused), quoted text reaches the engine as written, and every ? the engine sees has
+// one value.
 TEST(Dialect, RandomExpressionsKeepQuotesAndMarks) {
     using tarvel::dialect::Lexeme;
     using tarvel::dialect::LexemeKind;
@@ -282,7 +178,8 @@ TEST(Dialect, RandomExpressionsKeepQuotesAndMarks) {
     };
     const QStringList pieces = QStringLiteral(
                                    "WHERE ,(,),&, mod ,\\,-,+,*,/,=,?,5,x,NOT ,con_check,true,., ,"
-                                   "'q?''#',[n?],\"?\",#2024-1-1#,now")
+                                   "'q?''#',[n?],\"?\",#2024-1-1#,now,11AND,"
+                                   "que_contacts_accounts,张")
                                    .split(QLatin1Char(','));
     const QString payload = QStringLiteral("'a''#now# \"x\" [y] ? & mod'");
     quint32 seed = 2024;
@@ -290,6 +187,8 @@ TEST(Dialect, RandomExpressionsKeepQuotesAndMarks) {
     for (int round = 0; round < 3000; ++round) {
         QString text = QStringLiteral("SELECT ");
         for (int n = next() % 14; n > 0; --n) text += pieces[next() % pieces.size()];
+        // must not crash or hang
+        translateUncached(QString(text).insert(next() % (text.size() + 1), "'\"[#"[next() % 4]));
         text += QStringLiteral(" & ") + payload;
         const int count = marks(text);
         ASSERT_GE(count, 0) << text.toStdString();
