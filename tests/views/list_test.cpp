@@ -79,12 +79,11 @@ private slots:
     void categoryConditions();
     void typingSearchesAfterThePause();
     void ticksGoThroughTheTables();
-    void sortAlternatesAndRefusesTheMemo();
-    void sortIsKeptForTheNextList();
+    void sortAlternatesRefusesTheMemoAndIsKept();
     void savedWidthIsUsedByTheNextList();
     void everyBulkOperationRefusesWithoutTicks_data();
     void everyBulkOperationRefusesWithoutTicks();
-    void deleteLeavesNoLinkRows();
+    void deleteAsksAndTheListFollows();
     void csvReadsBackWithQuotesCommasBreaksAndChinese();
     void xlsxReadsBackWithTheSameCells();
     void expenseTableAddsTheSums();
@@ -122,50 +121,73 @@ private:
                     QVERIFY(form_->gridModel()->setData(form_->gridModel()->index(r, 0),
                                                         Qt::Checked, Qt::CheckStateRole));
     }
+    // The grid column captioned so; the test stops when there is none.
+    int column(const char* caption) const {
+        for (int c = 1; c < form_->gridModel()->columnCount(); ++c)
+            if (form_->gridModel()->headerData(c, Qt::Horizontal).toString() ==
+                QString::fromUtf8(caption))
+                return c;
+        qFatal("no column %s", caption);
+        return -1;
+    }
+    QStringList cells(int column) const {
+        QStringList shown;
+        for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
+            shown << form_->gridModel()->index(r, column).data().toString();
+        return shown;
+    }
+    void clickHeader(int column) {
+        child<QTableView>(*form_, "dg_listall")->horizontalHeader()->sectionClicked(column);
+    }
+    // Every row of the list under `condition` ticked and `operation` run into
+    // the file `name`; the file's path.
+    QString exportAll(int list, const QString& condition, const char* operation, const char* name) {
+        open(list, condition);
+        child<QCheckBox>(*form_, "chk_select")->click();
+        const QString path = dir_.filePath(QLatin1String(name));
+        files_->names = {path};
+        form_->runOperation(QString::fromUtf8(operation));
+        return path;
+    }
 
     std::unique_ptr<FormList> form_;
     QStringList opened_;
     QStringList history_;
+    QTemporaryDir dir_;
 };
 
+// The oracle is the panel's own count, read by a query of its own: the grid
+// must show as many rows as the entry clicked says, and the rows its
+// condition selects.
 void ListTest::categoryConditions_data() {
     QTest::addColumn<int>("list");
     QTest::addColumn<QString>("group");
     QTest::addColumn<QString>("label");
-    QTest::addColumn<QString>("condition");
-    const auto row = [](const char* name, int list, const char* group, const char* label,
-                        const char* condition) {
-        QTest::newRow(name) << list << QString::fromUtf8(group) << QString::fromUtf8(label)
-                            << QString::fromUtf8(condition);
+    const auto row = [](const char* name, int list, const char* group, const char* label) {
+        QTest::newRow(name) << list << QString::fromUtf8(group) << QString::fromUtf8(label);
     };
     const int con = listno::Contacts, acc = listno::Accounts;
-    row("all", con, "all", "", "");
-    row("has opportunities", con, "opportunity", "有",
-        " WHERE con_id IN (SELECT DISTINCT con_id FROM opportunities_contacts)");
-    row("has none", con, "opportunity", "无",
-        " WHERE con_id NOT IN (SELECT DISTINCT con_id FROM opportunities_contacts)");
-    row("importance", con, "important", "重要", " WHERE con_important='重要'");
-    row("account type", con, "acctype", "客户", " WHERE acc_type='客户'");
-    row("relation", con, "relation", "朋友", " WHERE con_relation='朋友'");
-    row("industry", con, "industry", "教育/培训", " WHERE acc_industry='教育/培训'");
-    row("province, quote doubled", con, "province", "O'Neil省", " WHERE con_province='O''Neil省'");
-    row("tag as substring", con, "tag", "VIP", " WHERE con_tag Like  '%VIP%' ");
-    row("no account", con, "account", "", " WHERE acc_name IS NULL");
-    row("birthday", con, "birthday", "",
-        " WHERE (con_birthday<> # 1900-1-1# AND month(con_birthday)= 5 AND day(con_birthday)= 20)");
-    row("account importance", acc, "important", "一般", " WHERE acc_important='一般'");
-    row("account without opportunity", acc, "opportunity", "无",
-        " WHERE acc_id NOT IN (SELECT DISTINCT acc_id FROM opportunities_accounts)");
-    row("opportunity probability", listno::Opportunities, "probability", "30",
-        " WHERE opp_succeed_probability=30");
-    row("document tag", listno::Documents, "tag", "展会", " WHERE doc_tag='展会'");
+    row("all", con, "all", "");
+    row("has opportunities", con, "opportunity", "有");
+    row("has none", con, "opportunity", "无");
+    row("importance", con, "important", "重要");
+    row("account type", con, "acctype", "客户");
+    row("relation", con, "relation", "朋友");
+    row("industry", con, "industry", "教育/培训");
+    row("province, quote doubled", con, "province", "O'Neil省");
+    row("tag as substring", con, "tag", "VIP");
+    row("no account", con, "account", "");
+    row("birthday", con, "birthday", "");
+    row("account importance", acc, "important", "一般");
+    row("account without opportunity", acc, "opportunity", "无");
+    row("opportunity probability", listno::Opportunities, "probability", "30");
+    row("document tag", listno::Documents, "tag", "展会");
 }
 
 void ListTest::categoryConditions() {
     QFETCH(int, list);
     QFETCH(QString, group);
     QFETCH(QString, label);
-    QFETCH(QString, condition);
     run(QStringLiteral("UPDATE contacts SET con_province='O''Neil省' WHERE con_id=5"));
     run(QStringLiteral("UPDATE contacts SET con_birthday=#1980-5-20# WHERE con_id<=3"));
     run(
@@ -175,46 +197,33 @@ void ListTest::categoryConditions() {
     QTreeWidgetItem* item = form.panel()->entry(group, label);
     QVERIFY2(item, qPrintable(group + QLatin1Char(':') + label));
     form.panel()->itemClicked(item, 0);
-    QCOMPARE(form.condition(), condition);
-    const ListKind& kind = listKind(list);
-    // The grid holds what the condition selects, and the panel's count says as much.
-    const QSet<qint64> expected = engineIds(kind, condition);
+    const QSet<qint64> expected = engineIds(form.kind(), form.condition());
     QCOMPARE(shownIds(form), expected);
+    QCOMPARE(history_.value(history_.size() - 1), form.condition());
     if (item->parent())
         QVERIFY2(item->text(0).contains(QStringLiteral("（%1）").arg(expected.size())),
                  qPrintable(item->text(0)));
-    QCOMPARE(history_.value(history_.size() - 1), condition);
+    else if (group == QStringLiteral("birthday"))
+        QVERIFY(expected.contains(QSet<qint64>{1, 2, 3}) && expected.size() < 300);
+    else
+        QCOMPARE(form.condition(), QString());
 }
 
-// Which rows a search shows is checked at length in listsearch_test; here, that
-// typing alone brings them after the pause.
+// Which rows a search shows is checked at length in search_test; here, that
+// typing alone brings them after the pause, and what the screen adds.
 void ListTest::typingSearchesAfterThePause() {
-    run(QStringLiteral("UPDATE contacts SET con_nickname='小''王' WHERE con_id=9"));
     // A wildcard typed is a character looked for: "50%" is not "50" and more.
     run(QStringLiteral("UPDATE contacts SET con_nickname='打折50%' WHERE con_id=11"));
     run(QStringLiteral("UPDATE contacts SET con_nickname='5000' WHERE con_id=12"));
     FormList& form = open(listno::Contacts);
     auto* box = child<QLineEdit>(form, "txt_search");
-    for (const QString& probe :
-         {QStringLiteral("小'王"), QStringLiteral("example.com"), QStringLiteral("50%")}) {
-        box->clear();
-        testsupport::typeText(box, probe);
-        const QString condition = searchCondition(listno::Contacts, probe);
-        QTRY_COMPARE(form.condition(), condition);
-        QCOMPARE(shownIds(form), engineIds(form.kind(), condition));
-    }
+    testsupport::typeText(box, QStringLiteral("50%"));
+    QTRY_COMPARE(form.condition(), searchCondition(listno::Contacts, QStringLiteral("50%")));
     QCOMPARE(shownIds(form), QSet<qint64>{11});
     QCOMPARE(history_.last(), form.condition());
     box->clear();
     form.searchNow();
     QCOMPARE(form.gridModel()->rowCount(), 300);
-    // A longer text searches the rows shown; taking letters back widens them again.
-    for (const char* text : {"er_1", "er_19", "er_1"}) {
-        box->setText(QLatin1String(text));
-        form.searchNow();
-    }
-    QCOMPARE(shownIds(form),
-             engineIds(form.kind(), searchCondition(listno::Contacts, QStringLiteral("er_1"))));
     // Rows read again are searched again.
     run(QStringLiteral("UPDATE contacts SET con_email3='new_ab_x@q.cn' WHERE con_id=100"));
     form.refresh();
@@ -234,8 +243,7 @@ void ListTest::ticksGoThroughTheTables() {
     const auto ticked = [] {
         return idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_check=true"));
     };
-    const QSet<qint64> beijing =
-        idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_province='北京'"));
+    const QSet<qint64> beijing = shownIds(form);
     QVERIFY(beijing.size() > 5);
     const qint64 first = form.gridModel()->idAt(0);
     tick({first});
@@ -253,101 +261,58 @@ void ListTest::ticksGoThroughTheTables() {
     run(clearChecksSql(listno::Contacts));
     open(listno::Contacts, QStringLiteral(" WHERE acc_name IS NULL"));
     child<QCheckBox>(*form_, "chk_select")->click();
-    QCOMPARE(
-        ticked(),
-        idsOf(QStringLiteral("SELECT con_id FROM que_contacts_accounts WHERE acc_name IS NULL")));
+    QCOMPARE(ticked(), shownIds(*form_));
 }
 
-void ListTest::sortAlternatesAndRefusesTheMemo() {
-    FormList& form = open(listno::Contacts);
-    auto* grid = child<QTableView>(form, "dg_listall");
-    int nameColumn = -1, memoColumn = -1;
-    for (int c = 0; c < form.gridModel()->columnCount(); ++c) {
-        const QString caption = form.gridModel()->headerData(c, Qt::Horizontal).toString();
-        if (caption == QStringLiteral("姓名")) nameColumn = c;
-        if (caption == QStringLiteral("描述")) memoColumn = c;
-    }
-    QVERIFY(nameColumn > 0 && memoColumn > 0);
-    grid->horizontalHeader()->sectionClicked(nameColumn);
-    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname ASC"));
-    const QString firstAsc = form.gridModel()->index(0, nameColumn).data().toString();
-    grid->horizontalHeader()->sectionClicked(nameColumn);
-    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname DESC"));
-    QVERIFY(form.gridModel()->index(0, nameColumn).data().toString() > firstAsc);
-    dialogs_->shown.clear();
-    grid->horizontalHeader()->sectionClicked(memoColumn);
-    QCOMPARE(dialogs_->lastText(), QStringLiteral("描述字段内容较多不能排序！"));
-    QCOMPARE(form.condition(), QStringLiteral(" ORDER BY con_lastname DESC"));
-    // A sort keeps the category and the description says both.
-    form.panel()->itemClicked(
-        form.panel()->entry(QStringLiteral("province"), QStringLiteral("上海")), 0);
-    grid->horizontalHeader()->sectionClicked(nameColumn);
-    QCOMPARE(form.condition(),
-             QStringLiteral(" WHERE con_province='上海' ORDER BY con_lastname ASC"));
-    QCOMPARE(child<QLabel>(form, "lbl_condition")->text(),
-             QStringLiteral("地区：上海，按“姓名”升序"));
-}
-
-void ListTest::sortIsKeptForTheNextList() {
-    const auto names = [this](int column) {
-        QStringList shown;
-        for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
-            shown << form_->gridModel()->index(r, column).data().toString();
-        return shown;
-    };
-    const auto nameColumn = [this] {
-        for (int c = 0; c < form_->gridModel()->columnCount(); ++c)
-            if (form_->gridModel()->headerData(c, Qt::Horizontal).toString() ==
-                QStringLiteral("姓名"))
-                return c;
-        return -1;
-    };
+void ListTest::sortAlternatesRefusesTheMemoAndIsKept() {
     open(listno::Contacts);
-    const QStringList recentFirst = names(nameColumn());
-    const auto header = [this] {
-        return child<QTableView>(*form_, "dg_listall")->horizontalHeader();
-    };
-    header()->sectionClicked(nameColumn());
-    header()->sectionClicked(nameColumn());
-    const QStringList descending = names(nameColumn());
-    QVERIFY(descending != recentFirst);
+    const int name = column("姓名");
+    const QStringList recentFirst = cells(name);
+    clickHeader(name);
+    const QStringList ascending = cells(name);
+    QVERIFY(std::is_sorted(ascending.cbegin(), ascending.cend()));
+    clickHeader(name);
+    const QStringList descending = cells(name);
+    QVERIFY(std::is_sorted(descending.crbegin(), descending.crend()));
+    QVERIFY(descending != ascending);
+    const QString sorted = form_->condition();
+    clickHeader(column("描述"));
+    QCOMPARE(dialogs_->lastText(), QStringLiteral("描述字段内容较多不能排序！"));
+    QCOMPARE(form_->condition(), sorted);
 
     // The list made anew, as at the next start, opens sorted the same way
     // while its condition stays the one it was given.
-    form_.reset();
     open(listno::Contacts);
     QCOMPARE(form_->condition(), QString());
-    QCOMPARE(names(nameColumn()), descending);
-    // A category keeps the sort too.
+    QCOMPARE(cells(name), descending);
+    // A category keeps the sort too; the next click on the column turns the
+    // kept order round, keeping the category, and the description says both.
     form_->panel()->itemClicked(
         form_->panel()->entry(QStringLiteral("province"), QStringLiteral("上海")), 0);
-    QStringList inShanghai = names(nameColumn());
+    const QStringList inShanghai = cells(name);
     QVERIFY(!inShanghai.isEmpty());
     QVERIFY(std::is_sorted(inShanghai.crbegin(), inShanghai.crend()));
-    // The next click on the column turns the kept order round.
-    header()->sectionClicked(nameColumn());
-    QCOMPARE(form_->condition(),
-             QStringLiteral(" WHERE con_province='上海' ORDER BY con_lastname ASC"));
+    clickHeader(name);
+    QCOMPARE(shownIds(*form_),
+             idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_province='上海'")));
+    const QStringList turned = cells(name);
+    QVERIFY(std::is_sorted(turned.cbegin(), turned.cend()) && turned != inShanghai);
+    QCOMPARE(child<QLabel>(*form_, "lbl_condition")->text(),
+             QStringLiteral("地区：上海，按“姓名”升序"));
 
     // Each list keeps its own; a kept column the list no longer has is ignored.
     QCOMPARE(firstValue("SELECT count(*) FROM setting WHERE set_type='list_sort'").toInt(), 1);
     run(
         QStringLiteral("UPDATE setting SET set_value='ORDER BY con_gone DESC' WHERE "
                        "set_type='list_sort' AND set_key='form_con_all'"));
-    form_.reset();
     open(listno::Contacts);
-    QCOMPARE(names(nameColumn()), recentFirst);
+    QCOMPARE(cells(name), recentFirst);
 }
 
 void ListTest::savedWidthIsUsedByTheNextList() {
-    FormList& form = open(listno::Accounts);
-    auto* grid = child<QTableView>(form, "dg_listall");
-    int column = -1;
-    for (int c = 0; c < form.gridModel()->columnCount(); ++c)
-        if (form.gridModel()->headerData(c, Qt::Horizontal).toString() == QStringLiteral("电话"))
-            column = c;
-    QVERIFY(column > 0);
-    grid->horizontalHeader()->resizeSection(column, 233);
+    open(listno::Accounts);
+    const int phone = column("电话");
+    child<QTableView>(*form_, "dg_listall")->horizontalHeader()->resizeSection(phone, 233);
     QTRY_COMPARE(
         firstValue(
             QStringLiteral(
@@ -355,7 +320,7 @@ void ListTest::savedWidthIsUsedByTheNextList() {
             .toInt(),
         233);
     FormList& next = open(listno::Accounts);
-    QCOMPARE(child<QTableView>(next, "dg_listall")->horizontalHeader()->sectionSize(column), 233);
+    QCOMPARE(child<QTableView>(next, "dg_listall")->horizontalHeader()->sectionSize(phone), 233);
 }
 
 void ListTest::everyBulkOperationRefusesWithoutTicks_data() {
@@ -368,7 +333,6 @@ void ListTest::everyBulkOperationRefusesWithoutTicks() {
     QFETCH(int, list);
     FormList& form = open(list);
     auto* box = child<QComboBox>(form, "cbo_operation");
-    QCOMPARE(box->itemText(0), QStringLiteral("更多功能(对选择的记录)"));
     for (int i = 1; i < box->count(); ++i) {
         if (box->itemText(i) == QStringLiteral("-----")) continue;
         dialogs_->shown.clear();
@@ -381,30 +345,20 @@ void ListTest::everyBulkOperationRefusesWithoutTicks() {
     QVERIFY(files_->captions.isEmpty());
 }
 
-void ListTest::deleteLeavesNoLinkRows() {
+// Which rows and links a delete takes is checked in recyclebin_test; here,
+// that the question guards it and the grid and panel follow.
+void ListTest::deleteAsksAndTheListFollows() {
     FormList& form = open(listno::Contacts);
-    const QList<qint64> doomed = {3, 6, 9};
-    run(QStringLiteral("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 4)"));
-    run(QStringLiteral("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (1, 6)"));
-    tick(doomed);
+    tick({3, 6, 9});
     dialogs_->answers = {false};
     form.runOperation(QStringLiteral("删除选定记录"));
     QCOMPARE(dialogs_->lastText(), QStringLiteral("您确定要删除选定的记录吗?"));
     QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts")).toInt(), 300);
     dialogs_->answers = {true};
     form.runOperation(QStringLiteral("删除选定记录"));
-    QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts")).toInt(), 297);
+    QCOMPARE(idsOf(QStringLiteral("SELECT con_id FROM contacts WHERE con_id IN (3,6,9)")),
+             QSet<qint64>());
     QCOMPARE(form.gridModel()->rowCount(), 297);
-    for (const char* link :
-         {"accounts_contacts", "opportunities_contacts", "contacts_tasks", "contacts_documents"})
-        QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE con_id IN (3,6,9)")
-                                .arg(QLatin1String(link)))
-                     .toInt(),
-                 0);
-    QCOMPARE(firstValue(QStringLiteral("SELECT COUNT(*) FROM contacts_contacts WHERE con_id1=3 "
-                                       "OR con_id2=3"))
-                 .toInt(),
-             0);
     // The panel's counts follow.
     QTreeWidgetItem* none = form.panel()->entry(QStringLiteral("account"), QString());
     QVERIFY(none->text(0).contains(QStringLiteral("（%1）").arg(
@@ -416,13 +370,8 @@ void ListTest::csvReadsBackWithQuotesCommasBreaksAndChinese() {
     run(
         QStringLiteral("UPDATE contacts SET con_lastname='say \"hi\", 王' , "
                        "con_description='第一行\r\n第二行' WHERE con_id=1"));
-    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id<=3"));
-    child<QCheckBox>(form, "chk_select")->click();
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("out.csv"));
-    files_->names = {path};
-    form.runOperation(QStringLiteral("导出到Excel/CSV表"));
-    QCOMPARE(files_->captions.value(0), QStringLiteral("请选择要生成的文件名"));
+    const QString path = exportAll(listno::Contacts, QStringLiteral(" WHERE con_id<=3"),
+                                   "导出到Excel/CSV表", "out.csv");
     QFile raw(path);
     QVERIFY(raw.open(QIODevice::ReadOnly));
     QVERIFY(raw.read(3) == QByteArray("\xEF\xBB\xBF"));
@@ -456,12 +405,8 @@ void ListTest::xlsxReadsBackWithTheSameCells() {
     run(
         QStringLiteral("UPDATE contacts SET con_lastname='=HYPERLINK(\"x\")', "
                        "con_recent_contact_date=#2024-2-29 13:45# WHERE con_id=1"));
-    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id<=3"));
-    child<QCheckBox>(form, "chk_select")->click();
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("out.xlsx"));
-    files_->names = {path};
-    form.runOperation(QStringLiteral("导出到Excel/CSV表"));
+    const QString path = exportAll(listno::Contacts, QStringLiteral(" WHERE con_id<=3"),
+                                   "导出到Excel/CSV表", "out.xlsx");
     const QString out =
         python(QStringLiteral("import sys, json, openpyxl\n"
                               "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
@@ -476,20 +421,15 @@ void ListTest::xlsxReadsBackWithTheSameCells() {
 
 void ListTest::expenseTableAddsTheSums() {
     run(QStringLiteral("DELETE * FROM opportunities_contacts"));
-    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (2, 1)"));
-    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (2, 2)"));
+    run(QStringLiteral("INSERT INTO contacts_tasks (con_id, tas_id) VALUES (2, 1), (2, 2)"));
     run(QStringLiteral("UPDATE tasks SET tas_outlay=150 WHERE tas_id=1"));
     run(QStringLiteral("UPDATE tasks SET tas_outlay=50 WHERE tas_id=2"));
     run(
         QStringLiteral("UPDATE opportunities SET opp_estimate_sale=1000, opp_sale=2, "
                        "opp_succeed_probability=40 WHERE opp_id=1"));
     run(QStringLiteral("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (1, 2)"));
-    FormList& form = open(listno::Contacts, QStringLiteral(" WHERE con_id=2"));
-    child<QCheckBox>(form, "chk_select")->click();
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("sums.csv"));
-    files_->names = {path};
-    form.runOperation(QStringLiteral("导出预计收益/费用统计表"));
+    const QString path = exportAll(listno::Contacts, QStringLiteral(" WHERE con_id=2"),
+                                   "导出预计收益/费用统计表", "sums.csv");
     const QString out = python(
         QStringLiteral("import csv,sys\n"
                        "rows=list(csv.reader(open(sys.argv[1],encoding='utf-8-sig',newline=''),"
@@ -501,12 +441,8 @@ void ListTest::expenseTableAddsTheSums() {
 
 void ListTest::htmlHoldsEveryCaptionedField() {
     run(QStringLiteral("UPDATE accounts SET acc_name='<A&B> 公司' WHERE acc_id=4"));
-    FormList& form = open(listno::Accounts, QStringLiteral(" WHERE acc_id=4"));
-    child<QCheckBox>(form, "chk_select")->click();
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("out.html"));
-    files_->names = {path};
-    form.runOperation(QStringLiteral("导出到HTML/Word文件"));
+    const QString path = exportAll(listno::Accounts, QStringLiteral(" WHERE acc_id=4"),
+                                   "导出到HTML/Word文件", "out.html");
     const QString out = python(
         QStringLiteral(
             "import sys\nfrom html.parser import HTMLParser\n"
@@ -524,13 +460,9 @@ void ListTest::relatedOpensTheOpportunitiesOfTheTicked() {
     FormList& form = open(listno::Contacts);
     tick({4});
     form.runOperation(QStringLiteral("查看相关"));
-    const QString condition = QStringLiteral(
-        "WHERE opp_id IN (SELECT DISTINCT opportunities_contacts.opp_id  FROM "
-        "opportunities_contacts LEFT Join contacts ON "
-        "opportunities_contacts.con_id  = contacts.con_id  WHERE  "
-        "contacts.con_check = true)");
-    QCOMPARE(opened_, QStringList{QStringLiteral("3:") + condition});
-    FormList& opportunities = open(listno::Opportunities, condition);
+    QCOMPARE(opened_.size(), 1);
+    QVERIFY(opened_[0].startsWith(QStringLiteral("3:")));  // the opportunity list
+    FormList& opportunities = open(listno::Opportunities, opened_[0].mid(2));
     QCOMPARE(shownIds(opportunities),
              idsOf(QStringLiteral("SELECT opp_id FROM opportunities_contacts WHERE con_id=4")));
     QCOMPARE(child<QLabel>(opportunities, "lbl_condition")->text(),
