@@ -9,9 +9,7 @@
 #include "views/home/formhome.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 // Each row's cells joined by "|".
@@ -26,7 +24,7 @@ QStringList rows(const QTreeWidget& list) {
 }
 }  // namespace
 
-class HomeTest : public tarvel::testsupport::ScreenFixture {
+class HomeTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {

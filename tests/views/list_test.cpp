@@ -36,15 +36,7 @@
 
 using namespace tarvel;
 using namespace tarvel::lists;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::engineIds;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::idsOf;
-using tarvel::testsupport::run;
-using tarvel::testsupport::ScriptedDialogs;
-using tarvel::testsupport::ScriptedFileDialogs;
-using tarvel::testsupport::shownIds;
+using namespace tarvel::testsupport;
 
 namespace {
 
@@ -60,7 +52,7 @@ QString python(const QString& script, const QString& file) {
 
 }  // namespace
 
-class ListTest : public tarvel::testsupport::ScreenFixture {
+class ListTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
@@ -217,7 +209,7 @@ void ListTest::typingSearchesAfterThePause() {
     run(QStringLiteral("UPDATE contacts SET con_nickname='5000' WHERE con_id=12"));
     FormList& form = open(listno::Contacts);
     auto* box = child<QLineEdit>(form, "txt_search");
-    testsupport::typeText(box, QStringLiteral("50%"));
+    typeText(box, QStringLiteral("50%"));
     QTRY_COMPARE(form.condition(), searchCondition(listno::Contacts, QStringLiteral("50%")));
     QCOMPARE(shownIds(form), QSet<qint64>{11});
     QCOMPARE(history_.last(), form.condition());
@@ -253,7 +245,7 @@ void ListTest::ticksGoThroughTheTables() {
     child<QCheckBox>(form, "chk_select")->click();
     QCOMPARE(ticked(), QSet<qint64>());
     tick({first});
-    testsupport::click(form, "cmd_invert");
+    click(form, "cmd_invert");
     QCOMPARE(ticked(), beijing - QSet<qint64>{first});
     for (int r = 0; r < form.gridModel()->rowCount(); ++r)
         QCOMPARE(form.gridModel()->isTicked(r), form.gridModel()->idAt(r) != first);
@@ -581,7 +573,7 @@ void ListTest::emailWindowSendsToTheTickedAndStampsThem() {
                 ->toPlainText()
                 .endsWith(QStringLiteral("张三 销售部")));
     child<QLineEdit>(email, "txt_subject")->setText(QStringLiteral("新品发布"));
-    testsupport::click(email, "cmd_send");
+    click(email, "cmd_send");
     QCOMPARE(opener_->opened.size(), 1);
     const QString bcc =
         QUrlQuery(opener_->opened[0]).queryItemValue(QStringLiteral("bcc"), QUrl::FullyDecoded);
@@ -600,7 +592,7 @@ void ListTest::unsavedEditIsAskedAboutBeforeLeaving() {
     setUnsaved(UnsavedModule::Account, true);
     dialogs_->answers = {false, false};
     form.panel()->itemClicked(shanghai, 0);
-    testsupport::click(form, "cmd_add");
+    click(form, "cmd_add");
     QCOMPARE(dialogs_->lastText(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
     QCOMPARE(dialogs_->shown.size(), 2);
     QCOMPARE(form.condition(), QString());
@@ -610,7 +602,7 @@ void ListTest::unsavedEditIsAskedAboutBeforeLeaving() {
     form.panel()->itemClicked(shanghai, 0);
     QCOMPARE(form.condition(), QStringLiteral(" WHERE con_province='上海'"));
     QVERIFY(!anyUnsaved());
-    testsupport::click(form, "cmd_add");
+    click(form, "cmd_add");
     QCOMPARE(dialogs_->shown.size(), 3);
     QCOMPARE(opened_, QStringList{QStringLiteral("23:  WHERE con_id = -1")});
 }

@@ -11,9 +11,7 @@
 #include "views/options/optionwidgets.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 
@@ -43,7 +41,7 @@ QStringList items(const QListWidget& list) {
 
 }  // namespace
 
-class OptionTest : public tarvel::testsupport::ScreenFixture {
+class OptionTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() { begin(); }
@@ -195,11 +193,11 @@ void OptionTest::refusedWritesSaySoAndKeepTheText() {
     form->setDialogs(dialogs_);
     const QStringList before = stored("con", "title");
     {
-        tarvel::testsupport::ReadOnlyDataFile readOnly;
+        ReadOnlyDataFile readOnly;
         pick(0);
         click(*form, "cmd_delete");
         click(*form, "cmd_add");
-        tarvel::testsupport::typeText(text_, QStringLiteral("院士"));
+        typeText(text_, QStringLiteral("院士"));
         click(*form, "cmd_save");
         QCOMPARE(text_->text(), QStringLiteral("院士"));  // still there for another try
         QCOMPARE(form->editState(), int(FormOption::Adding));

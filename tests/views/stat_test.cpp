@@ -11,12 +11,9 @@
 #include "views/schedule/formschstat.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::indexed;
-using tarvel::testsupport::ScriptedDialogs;
+using namespace tarvel::testsupport;
 
-class StatTest : public tarvel::testsupport::ScreenFixture {
+class StatTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
