@@ -35,15 +35,13 @@ class DetailsTest : public ScreenFixture {
 private slots:
     void init() {
         begin(at(2024, 5, 20, 10, 30));
-        run(QStringLiteral(
-            "INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')"));
-        run(QStringLiteral(
-            "INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn')"));
-        run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('O''Brien')"));
-        run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('李娜')"));
-        run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)"));
+        run("INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')");
+        run("INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn'), "
+            "('O''Brien', NULL), ('李娜', NULL)");
+        run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)");
         loadProgramFieldSettings();
     }
+
     void cleanup() {
         main_.reset();
         page_.reset();
@@ -95,6 +93,7 @@ private slots:
         QTest::newRow("no creates") << Answer::No << 2 << 2 << QStringLiteral("星辰科技");
         QTest::newRow("cancel stops") << Answer::Cancel << 1 << 1 << QStringLiteral("星辰科技");
     }
+
     void renamingALinkedAccount() {
         QFETCH(Answer, answer);
         FormConDetail& page = contactPage(1);
@@ -120,7 +119,6 @@ private slots:
         nickname->setText(QStringLiteral("阿伟"));
         dialogs_->answers = {false};
         click(page, "lbl_next");
-        QCOMPARE(dialogs_->lastText(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
         QCOMPARE(page.recordId(), first);
         QCOMPARE(nickname->text(), QStringLiteral("阿伟"));
         dialogs_->answers = {true};
@@ -137,6 +135,7 @@ private slots:
         QTest::newRow("none") << QDate(1900, 1, 1);
         QTest::newRow("a day") << QDate(1985, 3, 2);
     }
+
     void noBirthdayIsStoredAs1900() {
         QFETCH(QDate, picked);
         FormConDetail& page = contactPage(3);
@@ -152,9 +151,8 @@ private slots:
     }
 
     void amountThatIsNoNumberIsRefused() {
-        run(
-            QStringLiteral("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES "
-                           "('服务器采购', 5000)"));
+        run("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES "
+            "('服务器采购', 5000)");
         FormOppDetail page;
         page.setDialogs(dialogs_);
         page.fill({page::OpportunityDetail, QString(), 1});
@@ -184,17 +182,13 @@ private slots:
     }
 
     void deleteGoesThroughTheListAndShowsTheNext() {
-        // The linked contact, so that its link must go too.
-        for (int id : {2, 3})
-            run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, %1)")
-                    .arg(id));
+        // What a delete takes with the record is recyclebin_test's.
         FormConDetail& page = contactPage(0, true);
         const QString gone = QString::number(page.recordId());
         dialogs_->answers = {true};
         click(page, "lbl_delete");
         QCOMPARE(dialogs_->lastText(), QStringLiteral("您确定要删除这个记录吗？"));
         QCOMPARE(count("SELECT count(*) FROM contacts WHERE con_id=" + gone), 0);
-        QCOMPARE(count("SELECT count(*) FROM accounts_contacts WHERE con_id=" + gone), 0);
         QCOMPARE(list_->rowCount(), 2);
         QVERIFY(page.recordId() != 0);
         QCOMPARE(page.recordId(), int(list_->currentId()));
@@ -223,6 +217,7 @@ private slots:
             "https://map.baidu.com/search/"
             "?querytype=s&wd=%E9%95%BF%E5%AE%89%E8%A1%97%201%E5%8F%B7");
     }
+
     void shellActions() {
         QFETCH(QString, box);
         QFETCH(QString, typed);
@@ -282,7 +277,7 @@ private slots:
         QCOMPARE(opener_->opened[0].toLocalFile(), file.fileName());
     }
 
-    void listRelatedButtonOpensTheRecordsPage() {
+    void listRelatedButtonOpensTheRecordsPageAndItsPanelFollows() {
         main_ = quietMain(dialogs_);
         QVERIFY(main_->OpenPage(page::ContactList));
         auto* list = qobject_cast<lists::FormList*>(main_->currentPage());
@@ -301,6 +296,27 @@ private slots:
         QCOMPARE(page->positionText(), QStringLiteral("No. 2/3"));
         QTRY_VERIFY(page->relatedArea()->height() > 0);
         QTRY_VERIFY(page->relatedArea()->hasFocus());
+
+        // The page's related panel follows the record shown, and a related
+        // record opens its own page, whose panel leads back.
+        run("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 1)");
+        QVERIFY(main_->OpenPage(page::ContactDetail, QStringLiteral("WHERE con_id=1"), 1));
+        auto related = [this] {
+            return main_->currentPage()->findChild<FormRelated*>(
+                QStringLiteral("form_con_related"));
+        };
+        QVERIFY(related());
+        auto* tabs = child<QTabWidget>(*related(), "tab_related");
+        QVERIFY(tabs->tabText(0).endsWith(QStringLiteral("(1)")));
+        auto* grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        emit grid->doubleClicked(grid->model()->index(0, 1));
+        page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        QCOMPARE(page->recordId(), 3);
+        grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        QCOMPARE(grid->model()->index(0, 1).data().toString(), QStringLiteral("王伟"));
     }
 
     void otherPagesStoreANewRecord_data() {
@@ -320,6 +336,7 @@ private slots:
             "SELECT count(*) FROM documents WHERE doc_name='新单位' AND doc_tag='重点客户' AND "
             "doc_create_date IS NOT NULL");
     }
+
     void otherPagesStoreANewRecord() {
         QFETCH(int, kind);
         QFETCH(QString, nameBox);
@@ -392,30 +409,6 @@ private slots:
         QVERIFY(page->save());
         QCOMPARE(page->recordId(), id);
         QCOMPARE(count("SELECT count(*) FROM contacts"), 4);
-    }
-
-    // In the main window the page's related panel follows the record shown,
-    // and a related record opens its own page, whose panel leads back.
-    void relatedPanelFollowsThePage() {
-        run(QStringLiteral("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 1)"));
-        main_ = quietMain(dialogs_);
-        QVERIFY(main_->OpenPage(page::ContactDetail, QStringLiteral("WHERE con_id=1"), 1));
-        auto related = [this] {
-            return main_->currentPage()->findChild<FormRelated*>(
-                QStringLiteral("form_con_related"));
-        };
-        QVERIFY(related());
-        auto* tabs = child<QTabWidget>(*related(), "tab_related");
-        QVERIFY(tabs->tabText(0).endsWith(QStringLiteral("(1)")));
-        auto* grid = child<QTableView>(*related(), "dgrid_con");
-        QCOMPARE(grid->model()->rowCount(), 1);
-        emit grid->doubleClicked(grid->model()->index(0, 1));
-        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
-        QVERIFY(page);
-        QCOMPARE(page->recordId(), 3);
-        grid = child<QTableView>(*related(), "dgrid_con");
-        QCOMPARE(grid->model()->rowCount(), 1);
-        QCOMPARE(grid->model()->index(0, 1).data().toString(), QStringLiteral("王伟"));
     }
 
 private:
