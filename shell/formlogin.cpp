@@ -7,7 +7,7 @@
 #include "shell/globals.h"
 #include "store/encode.h"
 #include "store/faulttext.h"
-#include "views/common/flatbutton.h"
+#include "views/common/buttons.h"
 #include "views/common/page.h"
 
 namespace tarvel {

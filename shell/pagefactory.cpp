@@ -114,11 +114,11 @@ PageWidget* listPage(qint16 code, const PageServices& s) {
     form->setRelatedOpener([show, kind](int id) {
         show(kind->detailPage, recordCondition(kind->fieldType, id), id, 1);
     });
-    auto prompts = std::make_shared<DialogDataIoPrompts>(form);
+    auto files = std::make_shared<QtFileDialogs>(form, QtFileDialogs::Overwrite::CallerAsks);
     auto dialogs = s.dialogs;
     auto openPage = s.openPage;
-    form->setReportExport([form, prompts, dialogs, openPage](qint16 recordKind) {
-        return exportReportFromList(recordKind, form, *dialogs, *prompts, openPage);
+    form->setReportExport([form, files, dialogs, openPage](qint16 recordKind) {
+        return exportReportFromList(recordKind, form, *dialogs, *files, openPage);
     });
     return form;
 }

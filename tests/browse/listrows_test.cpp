@@ -53,7 +53,6 @@ private slots:
     void readsTheConditionsRowsInOrderWithTheFirstCurrent() {
         QCOMPARE(keys(*rows_), (QList<qint64>{1, 2, 3, 4}));
         QCOMPARE(rows_->current(), 0);
-        QCOMPARE(rows_->currentKey(), qint64(1));
         QCOMPARE(rows_->rowOf(3), 2);
         QCOMPARE(rows_->rowOf(99), -1);
         QCOMPARE(rows_->keyAt(4), qint64(0));
@@ -119,17 +118,15 @@ private slots:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(keys(*rows_), left);
         QCOMPARE(rows_->current(), current);
-        QCOMPARE(count(QStringLiteral("SELECT count(*) FROM contacts WHERE con_id=%1").arg(gone)),
+        // The record and its links are gone.
+        QCOMPARE(count(QStringLiteral("SELECT (SELECT count(*) FROM contacts WHERE con_id=%1) + "
+                                      "(SELECT count(*) FROM accounts_contacts WHERE con_id=%1)")
+                           .arg(gone)),
                  0);
-        QCOMPARE(
-            count(
-                QStringLiteral("SELECT count(*) FROM accounts_contacts WHERE con_id=%1").arg(gone)),
-            0);
     }
 
     void deleteOfTheOnlyRowLeavesNoneCurrent() {
         QVERIFY(rows_->show(QStringLiteral("WHERE con_id = 3")));
-        QCOMPARE(keys(*rows_), QList<qint64>{3});
         QVERIFY(rows_->remove(3));
         QCOMPARE(rows_->count(), 0);
         QCOMPARE(rows_->current(), -1);

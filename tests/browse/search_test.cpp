@@ -49,144 +49,126 @@ QString randomText(QRandomGenerator& random, const QStringList& samples) {
 class SearchTest : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
-    void randomTextsSelectWhatTheEngineSelects_data();
-    void randomTextsSelectWhatTheEngineSelects();
-    void typingOnNarrowsTheSameWayTheEngineDoes();
-    void rowsNotMatchedOneByOneAreRefused_data();
-    void rowsNotMatchedOneByOneAreRefused();
+    void init() {
+        file_ = std::make_unique<tarvel::testing::TempDataFile>();
+        samples::fillRecords({60, 200, 30, 0, 0});
+        for (int i = 0; i < kOddTexts.size(); ++i) {
+            const QString t = tarveldatabase::SafeSql(kOddTexts[i]);
+            run(QStringLiteral(
+                    "UPDATE contacts SET con_nickname='%1', con_im3='%2' WHERE con_id=%3")
+                    .arg(t, t.toLower())
+                    .arg(3 + i * 7));
+        }
+        run(QStringLiteral("UPDATE accounts SET acc_website='www.Odd_Site.cn' WHERE acc_id=2"));
+        run(QStringLiteral("UPDATE opportunities SET opp_description='Ab_C%d''E' WHERE opp_id=4"));
+        // Neighbouring search columns: "yz" stands in neither.
+        run(
+            QStringLiteral("UPDATE contacts SET con_nickname='xy', con_department_title='zw' "
+                           "WHERE con_id=50"));
+        loadProgramFieldSettings();
+    }
+    void cleanup() {
+        index_.clear();
+        grid_.Recordset.reset();
+        file_.reset();
+    }
+    void randomTextsSelectWhatTheEngineSelects_data() {
+        QTest::addColumn<int>("number");
+        QTest::newRow("contacts") << int(listno::Contacts);
+        QTest::newRow("accounts") << int(listno::Accounts);
+        QTest::newRow("opportunities") << int(listno::Opportunities);
+    }
+    void randomTextsSelectWhatTheEngineSelects() {
+        QFETCH(int, number);
+        QVERIFY(openList(number));
+        QStringList samples = kOddTexts;
+        samples << QStringLiteral("user12@example.com") << QStringLiteral("021-52000")
+                << QStringLiteral("销售部/主管") << QStringLiteral("科技有限公司")
+                << QStringLiteral("www.Odd_Site.cn") << QStringLiteral("项目1")
+                << QStringLiteral("人民路13号") << QStringLiteral("010-61000010");
+        QRandomGenerator random(29);
+        int toldApart = 0;  // texts that selected some rows but not all
+        for (int i = 0; i < 150; ++i) {
+            const QString text = randomText(random, samples);
+            const std::vector<int> expected = engineRows(text);
+            QVERIFY2(index_.select(text, nullptr) == expected, why(text).constData());
+            toldApart += !expected.empty() && int(expected.size()) < grid_.Recordset->RecordCount();
+        }
+        QVERIFY(toldApart > 20);
+    }
+    void typingOnNarrowsTheSameWayTheEngineDoes() {
+        QVERIFY(openList(listno::Contacts));
+        for (const QString& word :
+             kOddTexts + QStringList{QStringLiteral("User1"), QStringLiteral("%_%"),
+                                     QStringLiteral("yzw"), QStringLiteral("xyz"),
+                                     // '_' stands for one character of three or four bytes
+                                     QStringLiteral("张_Zh"), QStringLiteral("𠀀_字")}) {
+            std::vector<int> shown;
+            bool first = true;
+            for (int n = 1; n <= word.size(); ++n) {
+                if (word[n - 1].isHighSurrogate()) continue;
+                const QString text = word.left(n);
+                shown = first ? index_.select(text, nullptr) : index_.select(text, &shown);
+                first = false;
+                QVERIFY2(shown == engineRows(text), why(text).constData());
+            }
+        }
+    }
+    // Grid rows the search columns cannot be matched to one by one leave the
+    // index empty, so that the engine answers the search instead.
+    void rowsNotMatchedOneByOneAreRefused_data() {
+        QTest::addColumn<QString>("grid");
+        QTest::newRow("one key twice") << QStringLiteral("SELECT 1 AS con_id FROM contacts");
+        QTest::newRow("a row missing")
+            << QStringLiteral("SELECT con_id FROM contacts WHERE con_id>1");
+        QTest::newRow("a stranger") << QStringLiteral("SELECT con_id + 1 AS con_id FROM contacts");
+    }
+    void rowsNotMatchedOneByOneAreRefused() {
+        QFETCH(QString, grid);
+        QVERIFY(openList(listno::Contacts));
+        DataControl other;
+        other.RecordSource = grid;
+        QVERIFY(other.Refresh());
+        const RecordsetPtr columns = ListStore(listKind(listno::Contacts)).searchColumns();
+        QVERIFY(!index_.build(*columns, *other.Recordset, 0));
+        QVERIFY(!index_.isBuilt());
+    }
 
 private:
     // Opens the list of `number` over every record and indexes its search columns.
-    bool openList(int number);
-    std::vector<int> engineRows(const QString& text) const;
-    QByteArray why(const QString& text) const;
+    bool openList(int number) {
+        kind_ = &listKind(number);
+        ListStore store(*kind_);
+        grid_.RecordSource = listQuery(*kind_, store.columns(), QString());
+        if (!grid_.Refresh()) return false;
+        const RecordsetPtr columns = store.searchColumns();
+        return columns &&
+               index_.build(*columns, *grid_.Recordset, grid_.Recordset->fieldIndex(kind_->key));
+    }
+    // The grid rows (ascending) whose keys the engine selects with the search condition.
+    std::vector<int> engineRows(const QString& text) const {
+        tarveldatabase db;
+        QSet<qint64> keys;
+        RecordsetPtr rs =
+            db.GetReadRs(QStringLiteral("SELECT ") + kind_->key + QStringLiteral(" FROM ") +
+                         kind_->source + QLatin1Char(' ') + searchCondition(kind_->number, text));
+        if (!rs) qFatal("%s", qPrintable(db.ErrMsg()));
+        for (; !rs->Eof(); rs->MoveNext()) keys << rs->value(0).toLongLong();
+        std::vector<int> rows;
+        const int key = grid_.Recordset->fieldIndex(kind_->key);
+        for (int r = 0; r < grid_.Recordset->RecordCount(); ++r)
+            if (keys.contains(grid_.Recordset->valueAt(r, key).toLongLong())) rows.push_back(r);
+        return rows;
+    }
+    QByteArray why(const QString& text) const {
+        return QStringLiteral("searching %1 for \"%2\"").arg(kind_->noun, text).toUtf8();
+    }
 
     std::unique_ptr<tarvel::testing::TempDataFile> file_;
     const ListKind* kind_ = nullptr;
     DataControl grid_;
     SearchIndex index_;
 };
-
-void SearchTest::init() {
-    file_ = std::make_unique<tarvel::testing::TempDataFile>();
-    samples::fillRecords({60, 200, 30, 0, 0});
-    for (int i = 0; i < kOddTexts.size(); ++i) {
-        const QString t = tarveldatabase::SafeSql(kOddTexts[i]);
-        run(QStringLiteral("UPDATE contacts SET con_nickname='%1', con_im3='%2' WHERE con_id=%3")
-                .arg(t, t.toLower())
-                .arg(3 + i * 7));
-    }
-    run(QStringLiteral("UPDATE accounts SET acc_website='www.Odd_Site.cn' WHERE acc_id=2"));
-    run(QStringLiteral("UPDATE opportunities SET opp_description='Ab_C%d''E' WHERE opp_id=4"));
-    // Neighbouring search columns: "yz" stands in neither.
-    run(
-        QStringLiteral("UPDATE contacts SET con_nickname='xy', con_department_title='zw' "
-                       "WHERE con_id=50"));
-    loadProgramFieldSettings();
-}
-
-void SearchTest::cleanup() {
-    index_.clear();
-    grid_.Recordset.reset();
-    file_.reset();
-}
-
-bool SearchTest::openList(int number) {
-    kind_ = &listKind(number);
-    ListStore store(*kind_);
-    grid_.RecordSource = listQuery(*kind_, store.columns(), QString());
-    if (!grid_.Refresh()) return false;
-    const RecordsetPtr columns = store.searchColumns();
-    return columns &&
-           index_.build(*columns, *grid_.Recordset, grid_.Recordset->fieldIndex(kind_->key));
-}
-
-// The grid rows (ascending) whose keys the engine selects with the search condition.
-std::vector<int> SearchTest::engineRows(const QString& text) const {
-    tarveldatabase db;
-    QSet<qint64> keys;
-    RecordsetPtr rs =
-        db.GetReadRs(QStringLiteral("SELECT ") + kind_->key + QStringLiteral(" FROM ") +
-                     kind_->source + QLatin1Char(' ') + searchCondition(kind_->number, text));
-    if (!rs) qFatal("%s", qPrintable(db.ErrMsg()));
-    for (; !rs->Eof(); rs->MoveNext()) keys << rs->value(0).toLongLong();
-    std::vector<int> rows;
-    const int key = grid_.Recordset->fieldIndex(kind_->key);
-    for (int r = 0; r < grid_.Recordset->RecordCount(); ++r)
-        if (keys.contains(grid_.Recordset->valueAt(r, key).toLongLong())) rows.push_back(r);
-    return rows;
-}
-
-QByteArray SearchTest::why(const QString& text) const {
-    return QStringLiteral("searching %1 for \"%2\"").arg(kind_->noun, text).toUtf8();
-}
-
-void SearchTest::randomTextsSelectWhatTheEngineSelects_data() {
-    QTest::addColumn<int>("number");
-    QTest::newRow("contacts") << int(listno::Contacts);
-    QTest::newRow("accounts") << int(listno::Accounts);
-    QTest::newRow("opportunities") << int(listno::Opportunities);
-}
-
-void SearchTest::randomTextsSelectWhatTheEngineSelects() {
-    QFETCH(int, number);
-    QVERIFY(openList(number));
-    QStringList samples = kOddTexts;
-    samples << QStringLiteral("user12@example.com") << QStringLiteral("021-52000")
-            << QStringLiteral("销售部/主管") << QStringLiteral("科技有限公司")
-            << QStringLiteral("www.Odd_Site.cn") << QStringLiteral("项目1")
-            << QStringLiteral("人民路13号") << QStringLiteral("010-61000010");
-    QRandomGenerator random(29);
-    int toldApart = 0;  // texts that selected some rows but not all
-    for (int i = 0; i < 150; ++i) {
-        const QString text = randomText(random, samples);
-        const std::vector<int> expected = engineRows(text);
-        QVERIFY2(index_.select(text, nullptr) == expected, why(text).constData());
-        toldApart += !expected.empty() && int(expected.size()) < grid_.Recordset->RecordCount();
-    }
-    QVERIFY(toldApart > 20);
-}
-
-void SearchTest::typingOnNarrowsTheSameWayTheEngineDoes() {
-    QVERIFY(openList(listno::Contacts));
-    for (const QString& word :
-         kOddTexts + QStringList{QStringLiteral("User1"), QStringLiteral("%_%"),
-                                 QStringLiteral("yzw"), QStringLiteral("xyz"),
-                                 // '_' stands for one character of three or four bytes
-                                 QStringLiteral("张_Zh"), QStringLiteral("𠀀_字")}) {
-        std::vector<int> shown;
-        bool first = true;
-        for (int n = 1; n <= word.size(); ++n) {
-            if (word[n - 1].isHighSurrogate()) continue;
-            const QString text = word.left(n);
-            shown = first ? index_.select(text, nullptr) : index_.select(text, &shown);
-            first = false;
-            QVERIFY2(shown == engineRows(text), why(text).constData());
-        }
-    }
-}
-
-// Grid rows the search columns cannot be matched to one by one leave the
-// index empty, so that the engine answers the search instead.
-void SearchTest::rowsNotMatchedOneByOneAreRefused_data() {
-    QTest::addColumn<QString>("grid");
-    QTest::newRow("one key twice") << QStringLiteral("SELECT 1 AS con_id FROM contacts");
-    QTest::newRow("a row missing") << QStringLiteral("SELECT con_id FROM contacts WHERE con_id>1");
-    QTest::newRow("a stranger") << QStringLiteral("SELECT con_id + 1 AS con_id FROM contacts");
-}
-
-void SearchTest::rowsNotMatchedOneByOneAreRefused() {
-    QFETCH(QString, grid);
-    QVERIFY(openList(listno::Contacts));
-    DataControl other;
-    other.RecordSource = grid;
-    QVERIFY(other.Refresh());
-    const RecordsetPtr columns = ListStore(listKind(listno::Contacts)).searchColumns();
-    QVERIFY(!index_.build(*columns, *other.Recordset, 0));
-    QVERIFY(!index_.isBuilt());
-}
 
 QTEST_GUILESS_MAIN(SearchTest)
 #include "search_test.moc"

@@ -21,10 +21,9 @@ inline const bool kInNewYork = [] {
     return true;
 }();
 
+// Debian's interpreter holds Debian's modules, whatever else is on PATH.
 inline QString systemPython() {
-    // Debian's interpreter holds Debian's modules, whatever else is on PATH.
-    return QFile::exists(QStringLiteral("/usr/bin/python3")) ? QStringLiteral("/usr/bin/python3")
-                                                             : QStringLiteral("python3");
+    return QStringLiteral("/usr/bin/python3");
 }
 
 inline bool pythonReady() {

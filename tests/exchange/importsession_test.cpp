@@ -78,10 +78,6 @@ TEST_F(ImportSessionTest, RecognisesRecordsAlreadyThereAndFillsOnlyEmptyFields) 
     john.columns.insert("con_telephone", "010-12345678");
     IncomingRecord wang = contact("王一明", "13800138000", {}, "甲乙科技");
     const ImportTally second = import({wang, john, contact("李四", "13700000000")});
-    EXPECT_EQ(second.added, 1);
-    EXPECT_EQ(second.updated, 1);
-    EXPECT_EQ(second.skipped, 1);
-    EXPECT_EQ(second.kept, 1);
     EXPECT_EQ(second.summary(),
               QStringLiteral("新增 1，更新 1，跳过 1；1 处已有内容与文件不同，保留了已有内容"));
     EXPECT_EQ(rows("contacts"), 4);

@@ -25,16 +25,26 @@ QByteArray encoded(const char* encoding, const QString& text, bool byteOrderMark
 
 class TableImport : public ExchangeFixture {
 protected:
+    // The plan for a file, failing the test when none can be made.
+    CsvImportPlan plan(const QString& path, const QString& kind = "contacts",
+                       const QString& sheet = {}) {
+        CsvImportPlan p;
+        QString error;
+        EXPECT_TRUE(planCsvImport(path, kind, &p, &error, sheet)) << error.toStdString();
+        return p;
+    }
     // Plans and imports a file, failing the test when either does not work.
     CsvImportResult import(const QString& path, const QString& kind = "contacts",
-                           bool importRest = false, const QString& sheet = {}) {
-        CsvImportPlan plan;
-        QString error;
-        EXPECT_TRUE(planCsvImport(path, kind, &plan, &error, sheet)) << error.toStdString();
+                           const QString& sheet = {}) {
         CsvImportResult result;
-        const Outcome out = importCsv(plan, importRest, &result);
+        const Outcome out = importCsv(plan(path, kind, sheet), false, &result);
         EXPECT_TRUE(out.ok) << out.ErrMsg.toStdString();
         return result;
+    }
+    // The bytes as a file of the test's folder; its path.
+    QString written(const QString& name, const QByteArray& bytes) {
+        writeBytes(inFolder(name), bytes);
+        return inFolder(name);
     }
     // One contact's columns joined by '|'.
     QString contact(const QString& name, const QString& columns) {
@@ -91,7 +101,6 @@ TEST(TableText, DateCellsInTheirUsualFormsAndPlaceholders) {
         {"15", DateCell::Bad, {}},
         {"0/0/00", DateCell::Empty, {}},
         {"--03-04", DateCell::NoYear, {2000, 3, 4}},
-        {"0000-00-00", DateCell::Empty, {}},
         {"00:00:00", DateCell::Empty, {}},
         {"1/1/1601", DateCell::Empty, {}},
         {"  ", DateCell::Empty, {}},
@@ -113,71 +122,29 @@ TEST(TableLayout, KnownHeadersMapByThemselves) {
         const char* header;
         const char* target;
     } cases[] = {
-        // Outlook, English and Chinese
-        {"First Name", "con_firstname"},
-        {"Last Name", ":family"},
-        {"Middle Name", ":middle"},
-        {"Company", "acc_name"},
-        {"Job Title", ":jobtitle"},
-        {"E-mail Address", ":email"},
-        {"E-mail 2 Address", ":email"},
+        // Word for word, whatever the case and blanks.
+        {" First  Name", "con_firstname"},
+        {"姓名", "con_lastname"},
         {"E-mail Display Name", ""},
-        {"Business Phone", ":phone"},
-        {"Mobile Phone", ":mobile"},
+        // By the words they hold; the first word that decides wins.
+        {"电子邮件地址", ":email"},
+        {"Home Mobile", ":mobile"},
+        {"Email Home", ":email"},
+        {"商务电话", ":phone"},
         {"Business Fax", ":fax"},
         {"Home Street", ":addr.home.street"},
-        {"Business Postal Code", ":addr.work.postcode"},
-        {"Business Country/Region", ":addr.work.country"},
-        {"Home State", ":addr.home.region"},
-        {"名", "con_firstname"},
-        {"姓", ":family"},
-        {"中间名", ":middle"},
-        {"电子邮件地址", ":email"},
-        {"商务电话", ":phone"},
-        {"移动电话", ":mobile"},
-        {"单位", "acc_name"},
-        {"职务", ":jobtitle"},
-        {"生日", "con_birthday"},
-        {"附注", "con_description"},
         {"商务地址 邮政编码", ":addr.work.postcode"},
+        {"Business Country/Region", ":addr.work.country"},
         {"住宅地址 省/市/自治区", ":addr.home.region"},
-        // Google, old and current
-        {"Name", "con_lastname"},
-        {"Given Name", "con_firstname"},
-        {"Family Name", ":family"},
+        {"Other City", ":addr.other.city"},
+        // Google's numbered columns and Apple's bracketed ones.
         {"E-mail 1 - Value", ":email"},
         {"E-mail 1 - Type", ""},
         {"Phone 1 - Type", ":label.p1"},
         {"Phone 2 - Label", ":label.p2"},
         {"Phone 2 - Value", ":phone.p2"},
         {"Address 1 - Postal Code", ":addr.a1.postcode"},
-        {"Organization 1 - Name", "acc_name"},
-        {"Organization Title", ":jobtitle"},
-        {"Group Membership", "con_tag"},
-        // Thunderbird, Yahoo, Apple, roundcube
-        {"Primary Email", ":email"},
-        {"Mobile Number", ":mobile"},
-        {"Work ZipCode", ":addr.work.postcode"},
-        {"Birth Month", ":birth.month"},
-        {"Display Name", "con_lastname"},
-        {"Screen Name", ":im"},
-        {"Alternate Email 1", ":email"},
-        {"Work", ":phone"},
         {"Phone (Mobile)", ":mobile"},
-        {"Email Home", ":email"},
-        {"Home Mobile", ":mobile"},
-        // The small business sheet
-        {"姓名", "con_lastname"},
-        {"公司", "acc_name"},
-        {"公司/单位", "acc_name"},
-        {"手机", ":mobile"},
-        {"座机", ":phone"},
-        {"邮箱", ":email"},
-        {"地址", ":addr.home.street"},
-        {"邮编", ":addr.home.postcode"},
-        {"微信", ":im"},
-        {"QQ", ":im"},
-        {"备注", "con_description"},
         {"不认识的列", ""},
     };
     for (const auto& c : cases)
@@ -190,26 +157,22 @@ TEST(TableLayout, KnownHeadersMapByThemselves) {
 }
 
 TEST_F(TableImport, OutlookWithChineseHeadersInGb18030) {
-    const QString path = inFolder("outlook.csv");
-    writeBytes(path, encoded("GB18030",
-                             "名,中间名,姓,单位,部门,职务,商务地址 街道,商务地址 市/县,"
-                             "商务地址 邮政编码,商务电话,商务电话 2,住宅电话,其他电话,移动电话,"
-                             "电子邮件地址,电子邮件显示名称,生日,附注\r\n"
-                             "三,,张,华信科技,销售部,经理,中关村大街1号,北京,100080,010-1,010-2,"
-                             "010-3,010-4,13800000000,zs@hx.cn,张三 (zs@hx.cn),0/0/00,\"老客户\r\n"
-                             "两行\"\r\n"
-                             "Ann,Lee,Smith,,,,,,,,,,,,ann@x.org,,3/15/1985,\r\n"));
-    CsvImportPlan plan;
-    QString error;
-    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error)) << error.toStdString();
-    EXPECT_TRUE(plan.problems.isEmpty()) << plan.problems.join('\n').toStdString();
-    EXPECT_EQ(plan.rows.size(), 2);
-    CsvImportResult result;
-    ASSERT_TRUE(importCsv(plan, false, &result).ok);
-    EXPECT_EQ(result.tally.added, 2);
-    EXPECT_EQ(contact("张三", "con_firstname,con_department_title,con_mobile,con_email"),
-              "三|销售部 经理|13800000000|zs@hx.cn");
-    EXPECT_EQ(contact("张三", "con_telephone,con_telephone2,con_telephone3"), "010-1|010-2|010-3");
+    const QString path =
+        written("outlook.csv",
+                encoded("GB18030",
+                        "名,中间名,姓,单位,部门,职务,商务地址 街道,商务地址 市/县,"
+                        "商务地址 邮政编码,商务电话,商务电话 2,住宅电话,其他电话,移动电话,"
+                        "电子邮件地址,电子邮件显示名称,生日,附注\r\n"
+                        "三,,张,华信科技,销售部,经理,中关村大街1号,北京,100080,010-1,010-2,"
+                        "010-3,010-4,13800000000,zs@hx.cn,张三 (zs@hx.cn),0/0/00,\"老客户\r\n"
+                        "两行\"\r\n"
+                        "Ann,Lee,Smith,,,,,,,,,,,,ann@x.org,,3/15/1985,\r\n"));
+    // A cell that could not be read would refuse the import.
+    EXPECT_EQ(import(path).tally.added, 2);
+    EXPECT_EQ(contact("张三",
+                      "con_firstname,con_department_title,con_mobile,con_email,"
+                      "con_telephone,con_telephone2,con_telephone3"),
+              "三|销售部 经理|13800000000|zs@hx.cn|010-1|010-2|010-3");
     const QString note = contact("张三", "con_description");
     EXPECT_TRUE(note.startsWith("老客户\n两行")) << note.toStdString();
     EXPECT_TRUE(note.contains("其他电话：010-4")) << "a fourth telephone is not dropped";
@@ -223,19 +186,17 @@ TEST_F(TableImport, OutlookWithChineseHeadersInGb18030) {
 }
 
 TEST_F(TableImport, GoogleLayoutsPutEachNumberInTheSlotItsLabelSays) {
-    const QString current = inFolder("google.csv");
-    writeBytes(current,
-               "First Name,Middle Name,Last Name,Nickname,Birthday,Notes,Labels,"
-               "E-mail 1 - Label,E-mail 1 - Value,Phone 1 - Label,Phone 1 - Value,"
-               "Phone 2 - Label,Phone 2 - Value,Address 1 - Label,Address 1 - Street,"
-               "Address 1 - City,Address 1 - Postal Code,Address 1 - Country,"
-               "Organization Name,Organization Title\n"
-               "John,,Doe,JD,1979-02-03,,* myContacts ::: Friends,* Home,"
-               "jd@home.org ::: jd@work.com,Mobile,+1 555 0100,Work Fax,+1 555 0101,Home,"
-               "5 Silicon Alley,New York,10001,United States of America,,\n"
-               "明,,王,,--03-04,,,,,Work,010-5555,Mobile,13900000000,Work,"
-               "建国路88号,北京,100022,中国,远景公司,总监\n");
-    import(current);
+    import(written("google.csv",
+                   "First Name,Middle Name,Last Name,Nickname,Birthday,Notes,Labels,"
+                   "E-mail 1 - Label,E-mail 1 - Value,Phone 1 - Label,Phone 1 - Value,"
+                   "Phone 2 - Label,Phone 2 - Value,Address 1 - Label,Address 1 - Street,"
+                   "Address 1 - City,Address 1 - Postal Code,Address 1 - Country,"
+                   "Organization Name,Organization Title\n"
+                   "John,,Doe,JD,1979-02-03,,* myContacts ::: Friends,* Home,"
+                   "jd@home.org ::: jd@work.com,Mobile,+1 555 0100,Work Fax,+1 555 0101,Home,"
+                   "5 Silicon Alley,New York,10001,United States of America,,\n"
+                   "明,,王,,--03-04,,,,,Work,010-5555,Mobile,13900000000,Work,"
+                   "建国路88号,北京,100022,中国,远景公司,总监\n"));
     EXPECT_EQ(
         contact("John Doe", "con_firstname,con_nickname,con_mobile,con_fax,con_email,con_email2"),
         "John|JD|+1 555 0100|+1 555 0101|jd@home.org|jd@work.com");
@@ -245,41 +206,23 @@ TEST_F(TableImport, GoogleLayoutsPutEachNumberInTheSlotItsLabelSays) {
               "010-5555|13900000000|总监");
     EXPECT_EQ(column("SELECT acc_address FROM accounts WHERE acc_name='远景公司'"),
               QStringList({"中国北京建国路88号"}));
-
-    const QString old = inFolder("google-old.csv");
-    writeBytes(old,
-               "Name,Given Name,Family Name,E-mail 1 - Type,E-mail 1 - Value,Phone 1 - Type,"
-               "Phone 1 - Value,Phone 2 - Type,Phone 2 - Value\n"
-               "Mary Major,Mary,Major,* Other,mm@x.org,Home,555-1,Mobile,555-2\n");
-    import(old);
-    EXPECT_EQ(contact("Mary Major", "con_firstname,con_telephone,con_mobile,con_email"),
-              "Mary|555-1|555-2|mm@x.org");
 }
 
-TEST_F(TableImport, SemicolonAndUtf16FilesAndTheFallbackName) {
-    writeBytes(inFolder("semi.csv"),
-               "Display Name;First Name;Last Name;Primary Email\n"
-               "\"Doe; John\";John;Doe;jd@x.org\n"
-               ";;;only@mail.org\n");
-    import(inFolder("semi.csv"));
+TEST_F(TableImport, SemicolonFileAndTheFallbackName) {
+    import(written("semi.csv",
+                   "Display Name;First Name;Last Name;Primary Email\n"
+                   "\"Doe; John\";John;Doe;jd@x.org\n"
+                   ";;;only@mail.org\n"));
     EXPECT_EQ(contact("Doe; John", "con_email"), "jd@x.org");
     EXPECT_EQ(contact("only@mail.org", "con_email"), "only@mail.org")
         << "without a name the e-mail names the contact";
-
-    writeBytes(inFolder("utf16.csv"),
-               encoded("UTF-16LE",
-                       "姓名,手机,备注\r\n欧阳娜娜,139 0000 0000,\"第一行\r\n第二行\"\r\n", true));
-    import(inFolder("utf16.csv"));
-    EXPECT_EQ(contact("欧阳娜娜", "con_mobile,con_description"), "139 0000 0000|第一行\n第二行");
 }
 
 TEST_F(TableImport, LocalisedThunderbirdKeepsItsAddressAndBirthdayTogether) {
-    writeBytes(inFolder("tb.csv"),
-               "名,姓,显示名称,主要电子邮件,移动电话号码,家庭地址,家庭地址 2,家庭所在城市,"
-               "家庭邮政编码,出生年份,出生月份,出生日期\n"
-               "小明,李,李小明,xm@x.cn,13700000000,朝阳路1号,3单元,北京,100020,1990,7,15\n");
-    const CsvImportResult result = import(inFolder("tb.csv"));
-    EXPECT_TRUE(result.problems.isEmpty()) << result.summary().toStdString();
+    import(written("tb.csv",
+                   "名,姓,显示名称,主要电子邮件,移动电话号码,家庭地址,家庭地址 2,家庭所在城市,"
+                   "家庭邮政编码,出生年份,出生月份,出生日期\n"
+                   "小明,李,李小明,xm@x.cn,13700000000,朝阳路1号,3单元,北京,100020,1990,7,15\n"));
     EXPECT_EQ(contact("李小明", "con_mobile,con_address_family,con_postcode_family"),
               "13700000000|北京朝阳路1号 3单元|100020");
     EXPECT_EQ(rows("contacts WHERE con_description IS NULL AND con_lastname='李小明'"), 1)
@@ -287,21 +230,16 @@ TEST_F(TableImport, LocalisedThunderbirdKeepsItsAddressAndBirthdayTogether) {
     EXPECT_EQ(contact("李小明", "con_birthday").left(10), "1990-07-15");
 
     // A birthday without its year keeps month and day where vCards keep them.
-    writeBytes(inFolder("noyear.csv"), "姓名,生日\n王芳,--03-04\n");
-    writeBytes(inFolder("monthday.csv"), "名,姓,出生月份,出生日期\n伟,张,2,29\n");
-    import(inFolder("noyear.csv"));
-    import(inFolder("monthday.csv"));
+    import(written("noyear.csv", "姓名,生日\n王芳,--03-04\n"));
+    import(written("monthday.csv", "名,姓,出生月份,出生日期\n伟,张,2,29\n"));
     EXPECT_EQ(contact("王芳", "con_birthday").left(10), "1904-03-04");
     EXPECT_EQ(contact("张伟", "con_birthday").left(10), "1904-02-29");
 }
 
 TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
-    const QString path = inFolder("bad.csv");
-    writeBytes(path,
-               "\xEF\xBB\xBF姓名,生日,手机\n赵,1990-1-1,1\n钱,不是日期,2\n孙,1990-13-1,3\n,,\n");
-    CsvImportPlan plan;
-    QString error;
-    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
+    const CsvImportPlan plan = this->plan(
+        written("bad.csv",
+                "\xEF\xBB\xBF姓名,生日,手机\n赵,1990-1-1,1\n钱,不是日期,2\n孙,1990-13-1,3\n,,\n"));
     ASSERT_EQ(plan.problems.size(), 2) << plan.problems.join('\n').toStdString();
     EXPECT_TRUE(plan.problems[0].contains("第3行“生日”列")) << plan.problems[0].toStdString();
     EXPECT_TRUE(plan.problems[1].contains("第4行")) << plan.problems[1].toStdString();
@@ -320,13 +258,12 @@ TEST_F(TableImport, BadCellsAreNamedAndTheRestComesInOnlyWhenAsked) {
 }
 
 TEST_F(TableImport, AccountsFromTheSheetSmallBusinessesKeep) {
-    writeBytes(inFolder("accounts.csv"),
-               "公司,电话,传真,地址,城市,邮编,网址,备注\n"
-               "远景公司,010-1,010-2,建国路88号,北京,100022,y.cn,老客户\n"
-               ",010-9,,,,,,\n");
-    CsvImportPlan plan;
-    QString error;
-    ASSERT_TRUE(planCsvImport(inFolder("accounts.csv"), "accounts", &plan, &error));
+    const CsvImportPlan plan = this->plan(written("accounts.csv",
+                                                  "公司,电话,传真,地址,城市,邮编,网址,备注\n"
+                                                  "远景公司,010-1,010-2,建国路88号,北京,100022,y."
+                                                  "cn,老客户\n"
+                                                  ",010-9,,,,,,\n"),
+                                          "accounts");
     ASSERT_EQ(plan.problems.size(), 1) << "a row without a name is named";
     EXPECT_TRUE(plan.problems[0].contains("第3行"));
     ASSERT_TRUE(importCsv(plan, true).ok);
@@ -337,22 +274,17 @@ TEST_F(TableImport, AccountsFromTheSheetSmallBusinessesKeep) {
 }
 
 TEST_F(TableImport, ChosenColumnsAreRememberedForTheSameHeader) {
-    const QString path = inFolder("sheet.csv");
-    writeBytes(path, "客户,联系电话,自定义\n甲,010-1,x\n");
-    CsvImportPlan plan;
+    const QString path = written("sheet.csv", "客户,联系电话,自定义\n甲,010-1,x\n");
+    CsvImportPlan first = plan(path);
+    EXPECT_FALSE(first.remembered);
+    retarget(&first, {"con_lastname", ":mobile", "con_nickname"});
     QString error;
-    ASSERT_TRUE(planCsvImport(path, "contacts", &plan, &error));
-    EXPECT_FALSE(plan.remembered);
-    retarget(&plan, {"con_lastname", ":mobile", "con_nickname"});
-    ASSERT_TRUE(rememberTargets(plan, &error)) << error.toStdString();
-    CsvImportPlan again;
-    ASSERT_TRUE(planCsvImport(path, "contacts", &again, &error));
+    ASSERT_TRUE(rememberTargets(first, &error)) << error.toStdString();
+    const CsvImportPlan again = plan(path);
     EXPECT_TRUE(again.remembered);
     EXPECT_EQ(again.targets, QStringList({"con_lastname", ":mobile", "con_nickname"}));
-    CsvImportPlan accounts;
-    writeBytes(path, "客户,联系电话,自定义\n甲,010-1,x\n");
-    ASSERT_TRUE(planCsvImport(path, "accounts", &accounts, &error));
-    EXPECT_FALSE(accounts.remembered) << "a choice for contacts is not one for accounts";
+    EXPECT_FALSE(plan(path, "accounts").remembered)
+        << "a choice for contacts is not one for accounts";
     ASSERT_TRUE(importCsv(again, false).ok);
     EXPECT_EQ(contact("甲", "con_mobile,con_nickname"), "010-1|x");
 }
@@ -392,34 +324,26 @@ TEST_F(TableImport, WpsWorkbookWithDatesNumbersAndASecondSheet) {
         "[z.writestr(n, b) for n, b in p.items()]; z.close(); print(0)\n",
         path);
     ASSERT_EQ(made.toInt(-1), 0);
-    const QJsonValue readBack = python(
-        "import sys, openpyxl\nprint(repr(openpyxl.load_workbook(sys.argv[1]).active['J2'].value)"
-        " != 'None' and 0)\n",
-        path);
-    ASSERT_EQ(readBack.toInt(-1), 0) << "the changed package is still a workbook openpyxl opens";
     QList<CsvRow> sheet;
     QString error;
     ASSERT_TRUE(readXlsx(path, {}, &sheet, &error)) << error.toStdString();
     ASSERT_EQ(sheet.size(), 3);
-    EXPECT_EQ(sheet[1].fields.value(3), "13800000001") << "a whole number without decimals";
-    EXPECT_EQ(sheet[1].fields.value(8), "1985-06-07") << "a date cell";
-    EXPECT_EQ(sheet[1].fields.value(9), "很重要") << "rich text runs";
     EXPECT_EQ(sheet[2].line, 4) << "row numbers as the sheet has them";
     EXPECT_EQ(sheet[2].fields.value(26), "远处") << "column AA";
     EXPECT_EQ(xlsxSheetNames(path), QStringList({"客户", "供应商"}));
 
-    const CsvImportResult result = import(path);
-    EXPECT_EQ(result.tally.added, 2);
+    // A whole number without decimals, a date cell, rich text runs.
+    EXPECT_EQ(import(path).tally.added, 2);
     EXPECT_EQ(contact("李雷", "con_mobile,con_telephone,con_email,con_department_title"),
               "13800000001|021-1|ll@x.cn|经理");
     EXPECT_EQ(contact("李雷", "con_birthday").left(10), "1985-06-07");
     EXPECT_EQ(contact("李雷", "con_address_family,con_postcode_family,con_im,con_description"),
               "上海市浦东新区1号|200120|QQ:123456|很重要");
-    import(path, "contacts", false, "供应商");
+    import(path, "contacts", "供应商");
     EXPECT_EQ(contact("赵六", "con_mobile"), "139");
 
-    CsvImportPlan plan;
-    EXPECT_FALSE(planCsvImport(path, "contacts", &plan, &error, "没有这个表"));
+    CsvImportPlan none;
+    EXPECT_FALSE(planCsvImport(path, "contacts", &none, &error, "没有这个表"));
     EXPECT_TRUE(error.contains("供应商")) << error.toStdString();
 }
 
@@ -448,26 +372,11 @@ TEST_F(TableImport, FilesThatCannotBeReadAreRefusedWithAReason) {
     EXPECT_FALSE(planCsvImport(inFolder("missing.csv"), "contacts", &plan, &error));
     EXPECT_FALSE(planCsvImport(inFolder("x.csv"), "tasks", &plan, &error));
     EXPECT_TRUE(error.contains("只能从CSV文件导入联系人或单位"));
-    writeBytes(inFolder("odd.csv"), "foo,bar\n1,2\n");
-    EXPECT_FALSE(planCsvImport(inFolder("odd.csv"), "accounts", &plan, &error));
+    EXPECT_FALSE(planCsvImport(written("odd.csv", "foo,bar\n1,2\n"), "accounts", &plan, &error));
     EXPECT_TRUE(error.contains("没有可以识别的列名"));
-    writeBytes(inFolder("text.xlsx"), "姓名,手机\n张三,1\n");
-    EXPECT_FALSE(planCsvImport(inFolder("text.xlsx"), "contacts", &plan, &error));
+    EXPECT_FALSE(
+        planCsvImport(written("text.xlsx", "姓名,手机\n张三,1\n"), "contacts", &plan, &error));
     EXPECT_TRUE(error.contains("不是可以读取的Excel文件")) << error.toStdString();
-    // A real package cut short.
-    const QString whole = inFolder("whole.xlsx");
-    ASSERT_EQ(python("import sys, openpyxl\nwb = openpyxl.Workbook(); wb.active.append(['姓名'])\n"
-                     "wb.save(sys.argv[1]); print(0)\n",
-                     whole)
-                  .toInt(-1),
-              0);
-    QFile f(whole);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QByteArray bytes = f.readAll();
-    writeBytes(inFolder("cut.xlsx"), bytes.left(bytes.size() / 2));
-    error.clear();
-    EXPECT_FALSE(planCsvImport(inFolder("cut.xlsx"), "contacts", &plan, &error));
-    EXPECT_TRUE(error.contains("Excel")) << error.toStdString();
 }
 
 TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
@@ -476,43 +385,33 @@ TEST_F(TableImport, ExportsReadBackInOtherProgramsWithTheSameCells) {
     run("INSERT INTO accounts (acc_name, acc_check) VALUES ('未选', false)");
     const QString xlsx = inFolder("out.xlsx");
     ASSERT_TRUE(exportTicked("accounts", xlsx).ok);
-    const QJsonArray sheet =
+    // Header -> [value, cell type] of the one row under it.
+    const QJsonObject cells =
         python(
-            "import sys, json, openpyxl, datetime\n"
-            "ws = openpyxl.load_workbook(sys.argv[1]).active\n"
-            "rows = [[(c.value.isoformat() if isinstance(c.value, datetime.datetime) else c.value,"
-            " c.data_type) for c in r] for r in ws.iter_rows()]\n"
-            "print(json.dumps(rows))\n",
+            "import sys, json, openpyxl\n"
+            "rows = list(openpyxl.load_workbook(sys.argv[1]).active.iter_rows())\n"
+            "print(json.dumps({h.value: [str(c.value), c.data_type] for h, c in zip(*rows)}"
+            " if len(rows) == 2 else None))\n",
             xlsx)
-            .toArray();
-    ASSERT_EQ(sheet.size(), 2);
-    QStringList header, cells, types;
-    for (const auto& c : sheet[0].toArray()) header << c.toArray()[0].toString();
-    for (const auto& c : sheet[1].toArray())
-        cells << c.toArray()[0].toVariant().toString(), types << c.toArray()[1].toString();
-    const qsizetype name = header.indexOf("客户/单位名称");
-    const qsizetype phone = header.indexOf("电话");
-    const qsizetype created = header.indexOf("创建日期");
-    ASSERT_GE(name, 0);
-    ASSERT_GE(created, 0);
-    EXPECT_EQ(cells[name], "=1+2公司");
-    EXPECT_EQ(types[name], "s") << "text that looks like a formula stays text";
-    EXPECT_EQ(cells[phone], "+86 10 1");
-    EXPECT_EQ(cells[created], "2024-03-05T00:00:00");
-    EXPECT_EQ(types[created], "d") << "a date is a date cell";
+            .toObject();
+    EXPECT_EQ(cells["客户/单位名称"], QJsonArray({"=1+2公司", "s"}))
+        << "text that looks like a formula stays text";
+    EXPECT_EQ(cells["电话"], QJsonArray({"+86 10 1", "s"}));
+    EXPECT_EQ(cells["创建日期"], QJsonArray({"2024-03-05 00:00:00", "d"}))
+        << "a date is a date cell";
 
     const QString csv = inFolder("out.csv");
     ASSERT_TRUE(exportTicked("accounts", csv).ok);
-    const QJsonArray rowsRead =
+    const QJsonObject row =
         python(
-            "import csv,json,sys\nprint(json.dumps(list(csv.reader(open(sys.argv[1], "
-            "encoding='utf-8-sig')))))",
+            "import csv, json, sys\n"
+            "rows = list(csv.DictReader(open(sys.argv[1], encoding='utf-8-sig')))\n"
+            "print(json.dumps(rows[0] if len(rows) == 1 else None))\n",
             csv)
-            .toArray();
-    ASSERT_EQ(rowsRead.size(), 2);
-    EXPECT_EQ(rowsRead[1].toArray()[name].toString(), "'=1+2公司") << "kept from running";
-    EXPECT_EQ(rowsRead[1].toArray()[phone].toString(), "'+86 10 1");
-    EXPECT_EQ(rowsRead[1].toArray()[created].toString(), "2024-03-05");
+            .toObject();
+    EXPECT_EQ(row["客户/单位名称"], "'=1+2公司") << "kept from running";
+    EXPECT_EQ(row["电话"], "'+86 10 1");
+    EXPECT_EQ(row["创建日期"], "2024-03-05");
 }
 
 TEST_F(TableImport, EverySampleFileOfOtherPrograms) {

@@ -73,8 +73,7 @@ TEST(TextDecode, NamesDamagedBytesInsteadOfReadingTheFileAsSomethingElse) {
     const DecodedText d = decodeText(bytes);
     EXPECT_EQ(d.encoding, "UTF-8");
     EXPECT_EQ(d.badLines, QList<int>{3});
-    EXPECT_TRUE(d.text.contains(QStringLiteral("王一明")));
-    EXPECT_TRUE(d.text.contains(QStringLiteral("李四")));
+    EXPECT_TRUE(d.text.contains(QStringLiteral("李四,13700000000")));
     EXPECT_TRUE(d.problem().contains(QStringLiteral("第3行")));
 }
 
@@ -118,6 +117,6 @@ TEST(TextDecode, SampleFilesOfOtherPrograms) {
         const DecodedText d = decodeText(bytes);
         EXPECT_EQ(d.encoding, c.encoding) << c.file;
         EXPECT_TRUE(d.badLines.isEmpty()) << c.file;
-        if (c.contains) EXPECT_TRUE(d.text.contains(QLatin1String(c.contains))) << c.file;
+        EXPECT_TRUE(!c.contains || d.text.contains(QLatin1String(c.contains))) << c.file;
     }
 }

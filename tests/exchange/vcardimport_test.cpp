@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
-#include <QStringEncoder>
 
 #include "exchange/vcard.h"
 #include "tests/exchange/exchangefixture.h"
@@ -17,45 +16,16 @@ using exchange_test::writeBytes;
 
 namespace {
 
-QByteArray gbkQuotedPrintable(const QString& text) {
-    QStringEncoder encoder("GBK");
-    QByteArray out;
-    const QByteArray bytes = encoder.encode(text);
-    for (qsizetype i = 0; i < bytes.size(); ++i) {
-        if (i && i % 10 == 0) out += "=\r\n";  // soft breaks, as phones write them
-        out += '=' + QByteArray::number(uchar(bytes[i]), 16).toUpper();
-    }
-    return out;
-}
-
-// A Huawei-style card in GBK, a UTF-8 card with a UID and a fold inside a
-// character, and a card that never ends.
-QByteArray phoneExport() {
-    const QByteArray name = QStringLiteral("欧阳娜娜").toUtf8();
-    return "BEGIN:VCARD\r\nVERSION:2.1\r\n"
-           "N;CHARSET=GBK;ENCODING=QUOTED-PRINTABLE:" +
-           gbkQuotedPrintable("杜") + ";" + gbkQuotedPrintable("英春") +
-           ";;;\r\n"
-           "TEL;CELL:138 0013 8000\r\n"
-           "ORG;CHARSET=GBK;ENCODING=QUOTED-PRINTABLE:" +
-           gbkQuotedPrintable("华为技术有限公司") +
-           "\r\n"
-           "ADR;WORK;CHARSET=GBK;ENCODING=QUOTED-PRINTABLE:;;" +
-           gbkQuotedPrintable("坂田华为基地") + ";" + gbkQuotedPrintable("深圳市") + ";" +
-           gbkQuotedPrintable("广东省") +
-           ";518129;\r\n"
-           "NOTE;CHARSET=GBK;ENCODING=QUOTED-PRINTABLE:" +
-           gbkQuotedPrintable("老客户，喜欢喝茶") +
-           "\r\n"
-           "END:VCARD\r\n"
-           "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:card-2\r\n"
-           "FN:" +
-           name.left(4) + "\r\n " + name.mid(4) +
-           "\r\n"
-           "EMAIL:nana@example.cn\r\nBDAY:--0229\r\n"
-           "END:VCARD\r\n"
-           "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:半张名片\r\n";
-}
+// A phone's export (its charsets and folds are the reader's own tests): a card
+// with an organisation and its address, a card with a UID and a birthday
+// without a year, and a card that never ends.
+const QByteArray kPhoneExport =
+    "BEGIN:VCARD\r\nVERSION:2.1\r\nN:杜;英春;;;\r\nTEL;CELL:138 0013 8000\r\n"
+    "ORG:华为技术有限公司\r\nADR;WORK:;;坂田华为基地;深圳市;广东省;518129;\r\n"
+    "NOTE:老客户，喜欢喝茶\r\nEND:VCARD\r\n"
+    "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:card-2\r\nFN:欧阳娜娜\r\n"
+    "EMAIL:nana@example.cn\r\nBDAY:--0229\r\nEND:VCARD\r\n"
+    "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:半张名片\r\n";
 
 class VCardFiles : public ExchangeFixture {
 protected:
@@ -72,52 +42,41 @@ protected:
         }
         return out;
     }
-    // Every text of every contact, for looking for damage.
-    QStringList contactTexts() {
-        tarveldatabase db;
-        QStringList texts;
-        auto rs = db.GetReadRs(QStringLiteral("SELECT * FROM contacts"));
-        EXPECT_TRUE(rs && rs->State() == adStateOpen);
-        for (bool more = rs && !rs->Eof(); more; more = rs->MoveNext() && !rs->Eof())
-            for (int i = 0; i < rs->FieldCount(); ++i) texts << rs->value(i).toString();
-        return texts;
-    }
 };
 
 }  // namespace
 
-TEST_F(VCardFiles, ImportsOnceAndRecognisesTheSameCardsOnASecondImport) {
+TEST_F(VCardFiles, ImportsOnceRecognisesTheSameCardsAgainAndTheImportCanBeTakenBack) {
+    run("INSERT INTO contacts (con_lastname) VALUES ('原有的人')");
     const QString path = inFolder("phone.vcf");
-    writeBytes(path, phoneExport());
+    writeBytes(path, kPhoneExport);
     VCardImport done;
     const Outcome first = importVCards(path, &done);
     ASSERT_TRUE(first.ok) << first.ErrMsg.toStdString();
-    EXPECT_EQ(done.tally.added, 2);
     const QString summary = done.summary();
     EXPECT_TRUE(summary.startsWith("新增 2，更新 0，跳过 0")) << summary.toStdString();
     EXPECT_TRUE(summary.contains("第3张名片")) << summary.toStdString();
 
     EXPECT_EQ(joined("SELECT con_lastname, con_firstname, con_mobile, con_description FROM "
-                     "contacts ORDER BY con_id"),
+                     "contacts WHERE con_id > 1 ORDER BY con_id"),
               QStringList({"杜英春|英春|138 0013 8000|老客户，喜欢喝茶", "欧阳娜娜|||"}));
     EXPECT_EQ(joined("SELECT acc_name, acc_address, acc_postcode FROM que_contacts_accounts "
-                     "WHERE con_id=1"),
+                     "WHERE con_id=2"),
               QStringList({"华为技术有限公司|广东省深圳市坂田华为基地|518129"}));
     // A birthday without a year comes back on its day in the birthday list's terms.
     EXPECT_EQ(column("SELECT month(con_birthday) & '-' & day(con_birthday) FROM contacts "
-                     "WHERE con_id=2"),
+                     "WHERE con_id=3"),
               QStringList({"2-29"}));
 
     VCardImport again;
     ASSERT_TRUE(importVCards(path, &again).ok);
-    EXPECT_EQ(again.tally.added, 0);
-    EXPECT_EQ(again.tally.added + again.tally.updated + again.tally.skipped, 2);
-    EXPECT_EQ(rows("contacts"), 2);
+    EXPECT_EQ(again.tally.updated + again.tally.skipped, 2);
+    EXPECT_EQ(rows("contacts"), 3);
     EXPECT_EQ(rows("accounts"), 1);
 
     // Written back out, a card keeps the UID it came with, so the phone's next
     // export is recognised too.
-    run("UPDATE contacts SET con_check = true");
+    run("UPDATE contacts SET con_check = true WHERE con_id > 1");
     const QString out = inFolder("out.vcf");
     ASSERT_TRUE(exportVCards(out).ok);
     QFile written(out);
@@ -126,18 +85,11 @@ TEST_F(VCardFiles, ImportsOnceAndRecognisesTheSameCardsOnASecondImport) {
     VCardImport back;
     ASSERT_TRUE(importVCards(out, &back).ok);
     EXPECT_EQ(back.tally.added, 0) << back.summary().toStdString();
-    EXPECT_EQ(rows("contacts"), 2);
-}
+    EXPECT_EQ(rows("contacts"), 3);
 
-TEST_F(VCardFiles, AnImportCanBeTakenBack) {
-    run("INSERT INTO contacts (con_lastname) VALUES ('原有的人')");
-    const QString path = inFolder("phone.vcf");
-    writeBytes(path, phoneExport());
-    ASSERT_TRUE(importVCards(path).ok);
-    ASSERT_EQ(rows("contacts"), 3);
-    UndoImportResult undone;
-    const Outcome o = undoLastImport(&undone);
-    ASSERT_TRUE(o.ok) << o.ErrMsg.toStdString();
+    // The imports that changed nothing leave the first one to take back.
+    const Outcome undone = undoLastImport();
+    ASSERT_TRUE(undone.ok) << undone.ErrMsg.toStdString();
     EXPECT_EQ(column("SELECT con_lastname FROM contacts"), QStringList({"原有的人"}));
     EXPECT_EQ(rows("accounts"), 0);
     EXPECT_EQ(rows("accounts_contacts"), 0);
@@ -150,7 +102,6 @@ TEST_F(VCardFiles, AFileWithoutACardIsRefusedAndChangesNothing) {
         const char* says;
     } cases[] = {
         {"empty.vcf", "", "没有可以导入的联系人名片"},
-        {"text.vcf", "这不是名片\r\nFN:x\r\n", "没有可以导入的联系人名片"},
         {"cut.vcf", "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:x\r\n", "没有结束行END:VCARD"},
         {"missing.vcf", QByteArray(), "无法读取文件"},
     };
@@ -280,10 +231,10 @@ TEST_F(VCardFiles, EverySampleFileImportsOrIsRefusedWithAReason) {
                             "con_lastname=''"),
                       0)
                 << name.toStdString();
-            for (const QString& text : contactTexts()) {
+            for (const QString& text : joined("SELECT * FROM contacts")) {
                 // Damaged bytes are allowed only where the summary names them.
-                if (done.reading.unreadable.isEmpty())
-                    EXPECT_FALSE(text.contains(QChar(0xFFFD))) << name.toStdString();
+                EXPECT_TRUE(!done.reading.unreadable.isEmpty() || !text.contains(QChar(0xFFFD)))
+                    << name.toStdString();
                 EXPECT_FALSE(text.contains(quotedPrintable))
                     << name.toStdString() << ": " << text.toStdString();
             }

@@ -67,30 +67,6 @@ bool setQuery(Form* form, DataControl* grid, int other) {
     return r.SetQuery(other);
 }
 
-struct Lister {
-    bool (*setQuery)(Form*, DataControl*, int);
-    const char* kind;     // names the grid dgrid_<kind> and the key <kind>_id
-    const char* caption;  // the first: the key column is hidden
-    const char* select;
-};
-
-const Lister kContacts{&setQuery<Contact>, "con", "联系人名称",
-                       "SELECT con_id,con_lastname,con_nickname,acc_name,con_department_title,"
-                       "acc_address,con_telephone,con_mobile,con_email,con_fax,con_description,"
-                       "con_create_date,con_recent_contact_date,con_birthday,con_private "};
-const Lister kAccounts{&setQuery<Account>, "acc", "客户/单位名称",
-                       "SELECT acc_id,acc_name,acc_telephone,acc_fax,acc_website,acc_type,"
-                       "acc_industry,acc_province,acc_address,acc_description,acc_create_date,"
-                       "acc_recent_contact_date,acc_private  FROM accounts "};
-const Lister kDeals{&setQuery<Opportunity>, "opp", "项目机会",
-                    "SELECT opp_id,opp_subject,opp_die_date,opp_estimate_sale,opp_sale,"
-                    "opp_succeed_probability,opp_type,opp_phase,opp_important,opp_tag,"
-                    "opp_description,opp_create_date,opp_recent_contact_date,opp_private  FROM "
-                    "opportunities "};
-const Lister kDocuments{&setQuery<document>, "doc", "文档附件名称",
-                        "SELECT doc_id,doc_name,doc_path,doc_description,doc_tag,doc_create_date,"
-                        "doc_recentedit_date FROM documents "};
-
 TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     run("INSERT INTO contacts (con_id) VALUES (1), (2), (3), (4)");
     run("INSERT INTO accounts (acc_id) VALUES (10), (11)");
@@ -112,16 +88,20 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
                                   panel::formName(kind::Account), panel::formName(kind::Contact),
                                   panel::formName(kind::Task), panel::formName(kind::Document)};
     const int records[] = {20, 10, 1, 6, 9};
-    // The keys each grid lists on the panels of deal 20, account 10, contact 1,
-    // task 6 and document 9, in that order; "-": the panel has no such grid.
-    const std::pair<const Lister&, const char*> grids[] = {{kContacts, "1 2|1|2 3|3|1"},
-                                                           {kAccounts, "10|-|-|11|10"},
-                                                           {kDeals, "-|20|20|21|21"},
-                                                           {kDocuments, "8|9|9|9|-"}};
-    for (const auto& [list, keys] : grids) {
+    const struct {
+        bool (*setQuery)(Form*, DataControl*, int);
+        const char* kind;  // names the grid dgrid_<kind> and the key <kind>_id
+        // The keys the grid lists on the panels of deal 20, account 10, contact
+        // 1, task 6 and document 9, in that order; "-": the panel has no such grid.
+        const char* keys;
+    } grids[] = {{&setQuery<Contact>, "con", "1 2|1|2 3|3|1"},
+                 {&setQuery<Account>, "acc", "10|-|-|11|10"},
+                 {&setQuery<Opportunity>, "opp", "-|20|20|21|21"},
+                 {&setQuery<document>, "doc", "8|9|9|9|-"}};
+    for (const auto& list : grids) {
         for (int p = 0; p < 5; ++p) {
             SCOPED_TRACE(std::string(panels[p]) + " " + list.kind);
-            const QString expected = QString::fromLatin1(keys).section(QLatin1Char('|'), p, p);
+            const QString expected = QString::fromLatin1(list.keys).section(QLatin1Char('|'), p, p);
             RecordingForm f(QLatin1String(panels[p]));
             DataControl g;
             const QStringList statements =
@@ -131,11 +111,10 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
                 continue;
             }
             EXPECT_EQ(statements, QStringList{g.RecordSource});
-            // The grid's columns (qualified in the contact pair query) and captions.
-            EXPECT_TRUE(
-                QString(g.RecordSource).remove("que_contacts_accounts.").startsWith(list.select))
-                << g.RecordSource.toStdString();
-            EXPECT_EQ(f.controlItems(QStringLiteral("dgrid_") + list.kind).value(0), list.caption);
+            // The first column, hidden, is the key; every other one has its caption.
+            EXPECT_EQ(f.controlItems(QStringLiteral("dgrid_") + list.kind).size() + 1,
+                      g.Recordset->FieldCount());
+            EXPECT_TRUE(g.Recordset->fieldName(0).endsWith(list.kind + QStringLiteral("_id")));
             // Each panel shows every kind but its own.
             const char* flags[] = {"", "iShowOpp", "iShowAcc", "iShowCon", "iShowTas", "iShowDoc"};
             for (qint16 k = kind::Opportunity; k <= kind::Document; ++k)
@@ -149,7 +128,7 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     }
 }
 
-TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccount) {
+TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesMovesOrGivesTheAccount) {
     run("INSERT INTO accounts (acc_id, acc_name, acc_address, acc_industry) VALUES (10, '华信', "
         "'人民路1号', 'IT')");
     run("INSERT INTO contacts (con_id, con_lastname, con_nickname, con_telephone, con_description) "
@@ -211,6 +190,16 @@ TEST_F(Panels, ShowContactFillsTheQuickEditAndUpdateIndexRenamesOrMovesTheAccoun
     EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 2);
     EXPECT_EQ(form.property("OldAccountID").toInt(), moved);
     EXPECT_EQ(gridId("con_id"), 1);
+
+    // A contact that had no account is given the one typed, which joins the deal too.
+    ASSERT_TRUE(c.ShowContact(2, true));
+    EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
+    type("txt_con_account", QStringLiteral("新世纪软件"));
+    ASSERT_TRUE(c.ChangeContact(2));
+    ASSERT_TRUE(c.UpdateIndex(2, false)) << c.ErrMsg().toStdString();
+    EXPECT_EQ(scalar("SELECT acc_name FROM que_contacts_accounts WHERE con_id=2"), "新世纪软件");
+    EXPECT_EQ(form.property("OldAccountID").toInt(), c.Account().ID());
+    EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 3);
 }
 
 TEST_F(Panels, OpportunityReadersConvertTheComboAndClearThePrivacyFlag) {
@@ -316,24 +305,6 @@ TEST_F(Panels, RecordsAddedOnPanelsAreCutStoredAndLinked) {
     EXPECT_EQ(count("SELECT COUNT(*) FROM accounts"), 2);
     EXPECT_EQ(count("SELECT COUNT(*) FROM accounts_contacts WHERE acc_id=2 AND con_id=2"), 1);
     // A new contact on a contact's panel is the related panel's test (related_test).
-}
-
-// A contact that had no account is given the one typed on the panel, which
-// joins the deal too.
-TEST_F(Panels, AContactWithoutAnAccountGetsTheOneTyped) {
-    run("INSERT INTO contacts (con_id, con_lastname) VALUES (1, '张三')");
-    run("INSERT INTO opportunities (opp_id) VALUES (20)");
-    run("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (20, 1)");
-    Contact c;
-    open(c, panel::formName(kind::Opportunity), 20);
-    ASSERT_TRUE(c.ShowContact(1, true));
-    EXPECT_EQ(form.property("OldAccountID").toInt(), 0);
-    type("txt_con_account", QStringLiteral("新世纪软件"));
-    ASSERT_TRUE(c.ChangeContact(1));
-    ASSERT_TRUE(c.UpdateIndex(1, false)) << c.ErrMsg().toStdString();
-    EXPECT_EQ(scalar("SELECT acc_name FROM que_contacts_accounts WHERE con_id=1"), "新世纪软件");
-    EXPECT_EQ(form.property("OldAccountID").toInt(), c.Account().ID());
-    EXPECT_EQ(count("SELECT COUNT(*) FROM opportunities_accounts WHERE opp_id=20"), 1);
 }
 
 // A failing account inside a contact's save is reported once, by the

@@ -214,46 +214,4 @@ TEST(CurrencyText, ParsesTypedAmountsAndPrintsTheShortestForm) {
     EXPECT_EQ(Currency::fromDouble(0.00005).toString(), QStringLiteral("0.0001"));  // rounded
 }
 
-// A control of a page reaches its property and column through the record's
-// description alone; setting through it is what the public setter sees.
-template <typename Record, typename Value>
-std::string throughControl(const char* control, const char* property, const char* column,
-                           const QVariant& typed, Value (Record::*get)() const, Value expected) {
-    const auto* c = Record::description().byControl(QLatin1String(control));
-    if (!c) return std::string("no control ") + control;
-    if (QLatin1String(c->property) != QLatin1String(property) ||
-        QLatin1String(c->column) != QLatin1String(column))
-        return std::string(control) + " maps to " + c->property;
-    Record r;
-    c->set(r, typed);
-    if ((r.*get)() != expected) return std::string(control) + " sets another property";
-    if (Record::description().byProperty(QLatin1String(property)) != c)
-        return std::string(property) + " is named twice";
-    return std::string();
-}
-
-TEST(Descriptions, EachControlMapsToOnePropertyAndColumn) {
-    const std::string failures[] = {
-        throughControl<Contact>("txt_con_name", "LastName", "con_lastname", "张三",
-                                &Contact::LastName, QStringLiteral("张三")),
-        throughControl<Contact>("txt_con_title", "DepartmentTitle", "con_department_title", "经理",
-                                &Contact::DepartmentTitle, QStringLiteral("经理")),
-        throughControl<Contact>("txt_con_tel", "Telephone", "con_telephone", "010",
-                                &Contact::Telephone, QStringLiteral("010")),
-        throughControl<Account>("cbo_acc_region", "Province", "acc_province", "北京",
-                                &Account::Province, QStringLiteral("北京")),
-        throughControl<Opportunity>("cbo_opp_stage", "Phase", "opp_phase", "谈判",
-                                    &Opportunity::Phase, QStringLiteral("谈判")),
-        throughControl<Opportunity>("cbo_opp_probability", "Probability", "opp_succeed_probability",
-                                    80, &Opportunity::Probability, qint16(80)),
-        throughControl<Opportunity>("txt_opp_revenue", "ESale", "opp_estimate_sale", 12.5,
-                                    &Opportunity::ESale, Currency::fromDouble(12.5)),
-        throughControl<document>("cbo_doc_tag", "DocTag", "doc_tag", "合同", &document::DocTag,
-                                 QStringLiteral("合同")),
-    };
-    for (const std::string& failure : failures) EXPECT_EQ(failure, "");
-    // A property without a column (the role on a panel) has a control all the same.
-    EXPECT_EQ(Contact::description().byControl(QStringLiteral("txt_con_part"))->column, nullptr);
-}
-
 }  // namespace

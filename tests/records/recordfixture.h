@@ -3,16 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "store/clock.h"
-#include "store/jetdate.h"
-#include "store/tarveldatabase.h"
 #include "store/trace.h"
+#include "tests/support/dataquery.h"
 #include "tests/support/tempdatafile.h"
 
 namespace records_test {
 
-inline QDateTime at(int y, int m, int d, int h = 0, int mi = 0, int s = 0) {
-    return tarvel::jetdate::naive(QDate(y, m, d), QTime(h, mi, s));
-}
+using tarvel::testsupport::at;
 
 // A record object with its key set.
 template <typename Record>
@@ -36,19 +33,9 @@ protected:
         tarvel::trace::clear();
     }
 
-    void run(const QString& sql) {
-        tarvel::tarveldatabase db;
-        db.Execute(sql);
-        ASSERT_TRUE(db.ErrMsg().isEmpty())
-            << sql.toStdString() << ": " << db.ErrMsg().toStdString();
-    }
-    QVariant scalar(const QString& sql) {
-        tarvel::tarveldatabase db;
-        tarvel::RecordsetPtr rs = db.GetReadRs(sql);
-        EXPECT_TRUE(rs && rs->State() == tarvel::adStateOpen) << sql.toStdString();
-        return rs && !rs->Eof() ? rs->value(0) : QVariant();
-    }
-    int count(const QString& sql) { return scalar(sql).toInt(); }
+    static void run(const QString& sql) { tarvel::testsupport::run(sql); }
+    static QVariant scalar(const QString& sql) { return tarvel::testsupport::firstValue(sql); }
+    static int count(const QString& sql) { return tarvel::testsupport::count(sql); }
 
     // The statements issued while `body` runs.
     template <typename Body>

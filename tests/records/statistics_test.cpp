@@ -26,11 +26,27 @@ Calc calc(bool (Record::*op)()) {
     };
 }
 
-struct CountRow {
-    Calc run;
-    const char* counts;  // "label=count" in row order, blank-separated
-    bool ordered;        // the statement orders its rows; otherwise compared as a set
-};
+// `counts`: "label=count" in row order, blank-separated; `ordered`: the
+// statement orders its rows, otherwise they are compared as a set.
+void expectCounts(const Calc& run, const char* counts, bool ordered) {
+    SCOPED_TRACE(counts);
+    const auto [desc, value] = run();
+    // Sized from the row count: one more entry than rows, the last left
+    // empty; the two fixed participation categories fill theirs exactly.
+    QStringList expected = QString::fromUtf8(counts).split(QLatin1Char(' '));
+    const bool fixed = expected.first().startsWith(QStringLiteral("有="));
+    ASSERT_EQ(desc.size(), expected.size() + (fixed ? 0 : 1));
+    ASSERT_EQ(value.size(), desc.size());
+    EXPECT_TRUE(fixed || (desc.last().isNull() && value.last().isNull()));
+    QStringList got;
+    for (qsizetype i = 0; i < expected.size(); ++i)
+        got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
+    if (!ordered) {
+        got.sort();
+        expected.sort();
+    }
+    EXPECT_EQ(got, expected);
+}
 
 TEST_F(Statistics, EveryCountFillsBothArrays) {
     for (const char* sql : {
@@ -57,54 +73,33 @@ TEST_F(Statistics, EveryCountFillsBothArrays) {
              "INSERT INTO documents (doc_id, doc_tag) VALUES (1, '合同'), (2, NULL), (3, '合同')",
          })
         run(QString::fromUtf8(sql));
-    const CountRow rows[] = {
-        {calc(&Contact::CalcByOpportunity), "有=2 无=2", true},
-        {calc(&Contact::CalcByImportant), "重要=2 =1 一般=1", false},
-        {calc(&Contact::CalcByAccType), "客户=2 供应商=1 =1", false},
-        {calc(&Contact::CalcByRelation), "客户=2 朋友=1 =1", false},
-        {calc(&Contact::CalcByIndustry), "IT=2 =2", false},
-        {calc(&Contact::CalcByProvince), "北京=2 上海=1 =1", false},
-        // Two accounts of one name stay apart: grouped by key.
-        {calc(&Contact::CalcByAccount), "华信=1 华信=1 东方=1 =1", false},
-        // By substring: tag A counts A2; " C " sorts first, is shown trimmed and counted
-        // with its blanks (BC is not counted).
-        {calc(&Contact::CalcByTag), "C=0 A=2 A2=1 B=2 O'K=0", true},
-        {calc(&Account::CalcByOpportunity), "有=1 无=2", true},
-        {calc(&Account::CalcByImportant), "重要=2 =1", false},
-        {calc(&Account::CalcByAccType), "客户=2 供应商=1", false},
-        {calc(&Account::CalcByRelation), "=3", false},
-        {calc(&Account::CalcByIndustry), "IT=2 =1", false},
-        {calc(&Account::CalcByProvince), "北京=2 广东=1", false},
-        {calc(&Account::CalcByTag), "A=2 B=1", true},
-        {calc(&Opportunity::CalcByImportant), "重要=2 一般=1", false},
-        {calc(&Opportunity::CalcByOppType), "新=2 =1", false},
-        {calc(&Opportunity::CalcByPhase), "初期=1 谈判=2", true},
-        {calc(&Opportunity::CalcByIndustry), "IT=2 =1", false},
-        {calc(&Opportunity::CalcByProvince), "北京=2 =1", false},
-        {calc(&Opportunity::CalcByOppTag), "X=2 Y=1", true},
-        // Only the numeric options are counted, as many as there are.
-        {calc(&Opportunity::CalcByProbability), "20=1 50=0 80=2 九成=0", false},
-        {calc(&document::CalcByTag), "合同=2 =1", false},
-    };
-    for (const CountRow& c : rows) {
-        SCOPED_TRACE(c.counts);
-        const auto [desc, value] = c.run();
-        // Sized from the row count: one more entry than rows, the last left
-        // empty; the two fixed participation categories fill theirs exactly.
-        QStringList expected = QString::fromUtf8(c.counts).split(QLatin1Char(' '));
-        const bool fixed = expected.first().startsWith(QStringLiteral("有="));
-        ASSERT_EQ(desc.size(), expected.size() + (fixed ? 0 : 1));
-        ASSERT_EQ(value.size(), desc.size());
-        EXPECT_TRUE(fixed || (desc.last().isNull() && value.last().isNull()));
-        QStringList got;
-        for (qsizetype i = 0; i < expected.size(); ++i)
-            got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
-        if (!c.ordered) {
-            got.sort();
-            expected.sort();
-        }
-        EXPECT_EQ(got, expected);
-    }
+    expectCounts(calc(&Contact::CalcByOpportunity), "有=2 无=2", true);
+    expectCounts(calc(&Contact::CalcByImportant), "重要=2 =1 一般=1", false);
+    expectCounts(calc(&Contact::CalcByAccType), "客户=2 供应商=1 =1", false);
+    expectCounts(calc(&Contact::CalcByRelation), "客户=2 朋友=1 =1", false);
+    expectCounts(calc(&Contact::CalcByIndustry), "IT=2 =2", false);
+    expectCounts(calc(&Contact::CalcByProvince), "北京=2 上海=1 =1", false);
+    // Two accounts of one name stay apart: grouped by key.
+    expectCounts(calc(&Contact::CalcByAccount), "华信=1 华信=1 东方=1 =1", false);
+    // By substring: tag A counts A2; " C " sorts first, is shown trimmed and counted
+    // with its blanks (BC is not counted).
+    expectCounts(calc(&Contact::CalcByTag), "C=0 A=2 A2=1 B=2 O'K=0", true);
+    expectCounts(calc(&Account::CalcByOpportunity), "有=1 无=2", true);
+    expectCounts(calc(&Account::CalcByImportant), "重要=2 =1", false);
+    expectCounts(calc(&Account::CalcByAccType), "客户=2 供应商=1", false);
+    expectCounts(calc(&Account::CalcByRelation), "=3", false);
+    expectCounts(calc(&Account::CalcByIndustry), "IT=2 =1", false);
+    expectCounts(calc(&Account::CalcByProvince), "北京=2 广东=1", false);
+    expectCounts(calc(&Account::CalcByTag), "A=2 B=1", true);
+    expectCounts(calc(&Opportunity::CalcByImportant), "重要=2 一般=1", false);
+    expectCounts(calc(&Opportunity::CalcByOppType), "新=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByPhase), "初期=1 谈判=2", true);
+    expectCounts(calc(&Opportunity::CalcByIndustry), "IT=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByProvince), "北京=2 =1", false);
+    expectCounts(calc(&Opportunity::CalcByOppTag), "X=2 Y=1", true);
+    // Only the numeric options are counted, as many as there are.
+    expectCounts(calc(&Opportunity::CalcByProbability), "20=1 50=0 80=2 九成=0", false);
+    expectCounts(calc(&document::CalcByTag), "合同=2 =1", false);
 }
 
 TEST_F(Statistics, AnEmptyTableGivesArraysForZeroRowsAndAFailureNamesItsCount) {
@@ -128,23 +123,8 @@ TEST_F(Statistics, TagsMatchAsPlainSubstringsAndOnlyWholeProbabilitiesAreCounted
     run("INSERT INTO contacts (con_id, con_tag) VALUES (1, '5%折扣'), (2, '50折扣'), (3, "
         "'a_b'), (4, 'axb'), (5, NULL)");
     run("INSERT INTO opportunities (opp_id, opp_succeed_probability) VALUES (1, 10), (2, 10)");
-    const struct {
-        Calc run;
-        const char* counts;  // "label=count" in option order
-    } rows[] = {
-        {calc(&Contact::CalcByTag), "5%=1 a_b=1 折扣=2"},
-        {calc(&Opportunity::CalcByProbability), "inf=0 nan=0 1e1=0 10=2"},
-    };
-    for (const auto& row : rows) {
-        const auto [desc, value] = row.run();
-        QStringList got;
-        for (qsizetype i = 0; i + 1 < desc.size(); ++i)
-            got << desc[i].toString() + QLatin1Char('=') + QString::number(value[i].toInt());
-        QStringList expected = QString::fromUtf8(row.counts).split(QLatin1Char(' '));
-        got.sort();
-        expected.sort();
-        EXPECT_EQ(got, expected);
-    }
+    expectCounts(calc(&Contact::CalcByTag), "5%=1 a_b=1 折扣=2", false);
+    expectCounts(calc(&Opportunity::CalcByProbability), "inf=0 nan=0 1e1=0 10=2", false);
 }
 
 }  // namespace

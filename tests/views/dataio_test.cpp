@@ -28,7 +28,7 @@ using tarvel::testsupport::ScriptedDialogs;
 namespace {
 
 // File names and the CSV confirmation from a script; records what was asked.
-class ScriptedPrompts : public DataIoPrompts {
+class ScriptedPrompts : public DataIoPrompts, public FileDialogs {
 public:
     QString getOpenFileName(const QString& caption, const QString& dir,
                             const QString& filter) override {
@@ -75,6 +75,7 @@ private slots:
         page_ = std::make_unique<FormDataIO>();
         page_->setDialogs(dialogs_);
         page_->setPrompts(prompts_);
+        page_->setFileDialogs(prompts_);
         page_->setPageSwitch([this](qint16 code, const QString&, qint32) { opened_ << code; });
         page_->fill(PageRequest{});
         page_->show();

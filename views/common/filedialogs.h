@@ -21,10 +21,15 @@ public:
                                     const QString& filter) = 0;
 };
 
-// QFileDialog over the window that owns the instance.
+// QFileDialog over the window that owns the instance. Filters come as
+// QFileDialog takes them or as "描述(*.ext)|*.ext" pairs.
 class QtFileDialogs : public FileDialogs {
 public:
-    explicit QtFileDialogs(QWidget* parent) : parent_(parent) {}
+    // Who asks before an existing file is replaced: the file dialog, or the
+    // caller in the program's own words.
+    enum class Overwrite { DialogAsks, CallerAsks };
+    explicit QtFileDialogs(QWidget* parent, Overwrite overwrite = Overwrite::DialogAsks)
+        : parent_(parent), overwrite_(overwrite) {}
     QString getOpenFileName(const QString& caption, const QString& directory,
                             const QString& filter) override;
     QString getSaveFileName(const QString& caption, const QString& proposed,
@@ -32,6 +37,10 @@ public:
 
 private:
     QPointer<QWidget> parent_;
+    Overwrite overwrite_;
 };
+
+// "Tarvel备份文件(*.tbk)|*.tbk" as a file dialog writes it: "Tarvel备份文件(*.tbk)".
+QString dialogFilter(const QString& filter);
 
 }  // namespace tarvel

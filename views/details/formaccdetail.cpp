@@ -22,7 +22,7 @@ FormAccDetail::FormAccDetail(QWidget* parent)
     : FormDetail(lists::listno::Accounts, "form_acc_detail", false, parent) {
     auto* basic = basicGroup();
     auto* contact = addressGroup();
-    rtxtMemo_ = arrangeColumns({basic}, {contact});
+    auto* memo = arrangeColumns({basic}, {contact});
     fields_ = {{txtSubject_, "AccName"},
                {field("cbo_type"), "AccType"},
                {field("cbo_industry"), "Industry"},
@@ -34,7 +34,7 @@ FormAccDetail::FormAccDetail(QWidget* parent)
                {field("txt_address"), "Address"},
                {field("txt_zip"), "Postcode"},
                {field("txt_web"), "Website"},
-               {rtxtMemo_, "Description"}};
+               {memo, "Description"}};
     search_ = searchNames(txtSubject_, lstAccounts_, recordsearch::accountsByName, false, true);
     limitTextFields<Account>(fields_, limitNote());
     finishFields();
@@ -43,6 +43,7 @@ FormAccDetail::FormAccDetail(QWidget* parent)
 QWidget* FormAccDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtSubject_ = make<QLineEdit>("txt_subject");
+    setNameBox(txtSubject_, QStringLiteral("单位名称"));
     auto* search = iconButton("Img_Search_Account", QStringLiteral("搜"),
                               QStringLiteral("在网上搜索这个单位"));
     connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtSubject_->text()); });
@@ -70,10 +71,6 @@ QWidget* FormAccDetail::addressGroup() {
     return sectionBox(fieldsArea(), "fra_contact", QStringLiteral("联系方式"), form);
 }
 
-QString FormAccDetail::recordName() const {
-    return txtSubject_->text();
-}
-
 bool FormAccDetail::showFields(int id, QString* error) {
     search_->clear();
     Account account;
@@ -85,7 +82,7 @@ bool FormAccDetail::showFields(int id, QString* error) {
 }
 
 bool FormAccDetail::saveFields(int* id, QString* error) {
-    if (!requireName(txtSubject_, QStringLiteral("单位名称"))) return false;
+    if (!requireName()) return false;
     return storeRecord<Account>(id, error, shownRow(), [&](Account& account) {
         readTextFields(account, fields_);
         account.setTag(tagText());

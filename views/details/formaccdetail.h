@@ -3,8 +3,6 @@
 #include "views/details/formdetail.h"
 #include "views/details/recordfields.h"
 
-class QPlainTextEdit;
-
 namespace tarvel {
 
 class NameSearch;
@@ -18,7 +16,6 @@ public:
 protected:
     bool showFields(int id, QString* error) override;
     bool saveFields(int* id, QString* error) override;
-    QString recordName() const override;
 
 private:
     QWidget* basicGroup();
@@ -28,7 +25,6 @@ private:
     QLineEdit* txtSubject_;
     QListWidget* lstAccounts_;
     QCheckBox* chkPrivate_;
-    QPlainTextEdit* rtxtMemo_;
     NameSearch* search_;
 };
 

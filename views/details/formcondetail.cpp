@@ -29,7 +29,7 @@ FormConDetail::FormConDetail(QWidget* parent)
     auto* basic = basicGroup();
     auto* account = accountGroup();
     auto* contact = contactGroup();
-    rtxtMemo_ = arrangeColumns({basic, account}, {contact});
+    auto* memo = arrangeColumns({basic, account}, {contact});
     contactFields_ = {{txtName_, "LastName"},
                       {field("txt_nickname"), "NickName"},
                       {field("cbo_title"), "Title"},
@@ -55,7 +55,7 @@ FormConDetail::FormConDetail(QWidget* parent)
                       {field("cbo_region"), "Province"},
                       {field("cbo_importance"), "Important"},
                       {field("cbo_relation"), "Relation"},
-                      {rtxtMemo_, "Description"}};
+                      {memo, "Description"}};
     accountFields_ = {{txtAccount_, "AccName"},
                       {field("txt_zip1"), "Postcode"},
                       {field("txt_address1"), "Address"},
@@ -74,6 +74,7 @@ FormConDetail::FormConDetail(QWidget* parent)
 QWidget* FormConDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtName_ = make<QLineEdit>("txt_name");
+    setNameBox(txtName_, QStringLiteral("姓名"));
     auto* search = iconButton("Img_Search_Contact", QStringLiteral("搜"),
                               QStringLiteral("在网上搜索这个姓名"));
     connect(search, &QPushButton::clicked, this, [this] { webSearch("se", txtName_->text()); });
@@ -170,10 +171,6 @@ QWidget* FormConDetail::accountGroup() {
     return sectionBox(fieldsArea(), "fra_account", QStringLiteral("单位信息"), form);
 }
 
-QString FormConDetail::recordName() const {
-    return txtName_->text();
-}
-
 bool FormConDetail::showFields(int id, QString* error) {
     nameSearch_->clear();
     accountSearch_->clear();
@@ -219,7 +216,7 @@ bool FormConDetail::askAboutAccount(bool* store, bool* newAccount) {
 }
 
 bool FormConDetail::saveFields(int* id, QString* error) {
-    if (!requireName(txtName_, QStringLiteral("姓名"))) return false;
+    if (!requireName()) return false;
     bool store = false, newAccount = false;
     if (!askAboutAccount(&store, &newAccount)) return false;
     const auto read = [&](Contact& contact) {

@@ -4,7 +4,6 @@
 #include "views/details/recordfields.h"
 
 class QDateEdit;
-class QPlainTextEdit;
 
 namespace tarvel {
 
@@ -24,7 +23,6 @@ public:
 protected:
     bool showFields(int id, QString* error) override;
     bool saveFields(int* id, QString* error) override;
-    QString recordName() const override;
 
 private:
     QWidget* basicGroup();
@@ -44,7 +42,6 @@ private:
     QListWidget* lstAccount_;
     QDateEdit* dtBirthday_;
     QCheckBox* chkPrivate_;
-    QPlainTextEdit* rtxtMemo_;
     NameSearch* nameSearch_;
     NameSearch* accountSearch_;
     int accountId_ = 0;

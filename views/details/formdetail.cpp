@@ -26,11 +26,11 @@
 #include "records/columnlimit.h"
 #include "records/currency.h"
 #include "records/kinds.h"
-#include "views/common/flatbutton.h"
+#include "views/common/buttons.h"
 #include "views/common/namesearch.h"
 #include "views/common/overwritequestion.h"
-#include "views/details/detaillayout.h"
 #include "views/details/detailcolumns.h"
+#include "views/details/detaillayout.h"
 #include "views/details/recordfields.h"
 #include "views/options/formoption.h"
 #include "views/options/optionwidgets.h"
@@ -485,10 +485,14 @@ bool FormDetail::checkAmount(QLineEdit* box, const QString& caption) {
     return false;
 }
 
-bool FormDetail::requireName(QLineEdit* box, const QString& what) {
-    if (!box->text().trimmed().isEmpty()) return true;
-    info(QStringLiteral("请填写") + what + QStringLiteral("。"));
-    box->setFocus();
+QString FormDetail::recordName() const {
+    return nameBox_ ? nameBox_->text() : QString();
+}
+
+bool FormDetail::requireName() {
+    if (!recordName().trimmed().isEmpty()) return true;
+    info(QStringLiteral("请填写") + nameWord_ + QStringLiteral("。"));
+    nameBox_->setFocus();
     return false;
 }
 

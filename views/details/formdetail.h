@@ -92,8 +92,13 @@ protected:
     // record. False with the error text, or with none when the user stopped
     // the save (and was told why).
     virtual bool saveFields(int* id, QString* error) = 0;
-    // The name the title shows.
-    virtual QString recordName() const = 0;
+    // The record's name box: the title shows its text, and a record is not
+    // stored without it ("请填写<word>。").
+    void setNameBox(QLineEdit* box, const QString& word) {
+        nameBox_ = box;
+        nameWord_ = word;
+    }
+    QString recordName() const;
 
     // The note a full text box shows (see FieldLimit).
     QLabel* limitNote() const { return limitNote_; }
@@ -168,8 +173,8 @@ protected:
     void webSearch(const char* key, const QString& text);
     // An amount box holds a number (or nothing); else the user is told.
     bool checkAmount(QLineEdit* box, const QString& caption);
-    // A record needs its name; without one the user is told "请填写<what>。".
-    bool requireName(QLineEdit* box, const QString& what);
+    // A record needs its name; without one the user is told.
+    bool requireName();
     void info(const QString& text);
     // The unsaved-changes question; true when the page may move on.
     bool mayLeave();
@@ -208,6 +213,8 @@ private:
     QLabel* title_;
     QLabel* position_;
     QLabel* limitNote_;
+    QLineEdit* nameBox_ = nullptr;
+    QString nameWord_;
     QLineEdit* txtTag_ = nullptr;
     QListWidget* lstTag_ = nullptr;
     struct Caption {

@@ -25,6 +25,7 @@ FormDocDetail::FormDocDetail(QWidget* parent)
       files_(std::make_shared<QtFileDialogs>(this)) {
     auto* form = new QFormLayout;
     txtName_ = make<QLineEdit>("txt_name");
+    setNameBox(txtName_, QStringLiteral("文档名称"));
     addRow(form, txtName_, "doc_name", QStringLiteral("名称"));
     txtPath_ = make<QLineEdit>("txt_path");
     auto* choose = iconButton("cmd_browse", QStringLiteral("选择…"), QStringLiteral("选择文件"));
@@ -41,15 +42,15 @@ FormDocDetail::FormDocDetail(QWidget* parent)
     lblCreated_ = make<QLabel>("lbl_createdate");
     lblCreated_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     addRow(form, lblCreated_, "doc_create_date", QStringLiteral("创建日期"));
-    rtxtMemo_ = make<QPlainTextEdit>("rtxt_memo");
+    auto* memo = make<QPlainTextEdit>("rtxt_memo");
     auto* layout = new QVBoxLayout(fieldsArea());
     layout->addWidget(sectionBox(fieldsArea(), "fra_basic", QStringLiteral("基本信息"), form));
-    layout->addWidget(memoSection(fieldsArea(), rtxtMemo_), 1);
+    layout->addWidget(memoSection(fieldsArea(), memo), 1);
 
     fields_ = {{txtName_, "DocName"},
                {txtPath_, "DocPath"},
                {fieldsArea()->findChild<QWidget*>(QStringLiteral("cbo_tag")), "DocTag"},
-               {rtxtMemo_, "DocDescription"}};
+               {memo, "DocDescription"}};
     limitTextFields<document>(fields_, limitNote());
     finishFields();
 }
@@ -80,10 +81,6 @@ void FormDocDetail::browse() {
     if (txtName_->text().trimmed().isEmpty()) txtName_->setText(QFileInfo(path).fileName());
 }
 
-QString FormDocDetail::recordName() const {
-    return txtName_->text();
-}
-
 bool FormDocDetail::showFields(int id, QString* error) {
     document doc;
     if (!readRecord(doc, id, error)) return false;
@@ -96,7 +93,7 @@ bool FormDocDetail::showFields(int id, QString* error) {
 }
 
 bool FormDocDetail::saveFields(int* id, QString* error) {
-    if (!requireName(txtName_, QStringLiteral("文档名称"))) return false;
+    if (!requireName()) return false;
     return storeRecord<document>(id, error, shownRow(), [&](document& doc) {
         readTextFields(doc, fields_);
         if (*id == 0) doc.setCreatDate(recordvalue::today());

@@ -3,8 +3,6 @@
 #include "views/details/formdetail.h"
 #include "views/details/recordfields.h"
 
-class QPlainTextEdit;
-
 namespace tarvel {
 
 class FileDialogs;
@@ -23,7 +21,6 @@ public:
 protected:
     bool showFields(int id, QString* error) override;
     bool saveFields(int* id, QString* error) override;
-    QString recordName() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -34,7 +31,6 @@ private:
     QLineEdit* txtName_;
     QLineEdit* txtPath_;
     QLabel* lblCreated_;
-    QPlainTextEdit* rtxtMemo_;
 };
 
 }  // namespace tarvel

@@ -26,11 +26,14 @@ FormOppDetail::FormOppDetail(QWidget* parent)
     : FormDetail(lists::listno::Opportunities, "form_opp_detail", false, parent) {
     auto* basic = basicGroup();
     auto* sale = saleGroup();
-    rtxtMemo_ = arrangeColumns({basic}, {sale});
-    fields_ = {{txtOpportunity_, "Subject"},        {field("cbo_type"), "OppType"},
-               {field("cbo_stage"), "Phase"},       {field("cbo_importance"), "Important"},
-               {field("cbo_industry"), "Industry"}, {field("cbo_region"), "Province"},
-               {rtxtMemo_, "Description"}};
+    auto* memo = arrangeColumns({basic}, {sale});
+    fields_ = {{txtOpportunity_, "Subject"},
+               {field("cbo_type"), "OppType"},
+               {field("cbo_stage"), "Phase"},
+               {field("cbo_importance"), "Important"},
+               {field("cbo_industry"), "Industry"},
+               {field("cbo_region"), "Province"},
+               {memo, "Description"}};
     search_ = searchNames(txtOpportunity_, lstOpportunities_, recordsearch::opportunitiesBySubject,
                           false, true);
     limitTextFields<Opportunity>(fields_, limitNote());
@@ -40,6 +43,7 @@ FormOppDetail::FormOppDetail(QWidget* parent)
 QWidget* FormOppDetail::basicGroup() {
     auto* form = new QFormLayout;
     txtOpportunity_ = make<QLineEdit>("txt_opportunity");
+    setNameBox(txtOpportunity_, QStringLiteral("项目名称"));
     lstOpportunities_ = matchList("lst_opportunities", QStringLiteral("找到的项目机会"));
     auto* stack = new QVBoxLayout;
     stack->setContentsMargins(0, 0, 0, 0);
@@ -73,10 +77,6 @@ QWidget* FormOppDetail::saleGroup() {
     return sectionBox(fieldsArea(), "fra_sale", QStringLiteral("金额与进度"), form);
 }
 
-QString FormOppDetail::recordName() const {
-    return txtOpportunity_->text();
-}
-
 bool FormOppDetail::showFields(int id, QString* error) {
     search_->clear();
     FillOptionCombo(cboProbability_, objectCode(), QStringLiteral("Probability"));
@@ -94,7 +94,7 @@ bool FormOppDetail::showFields(int id, QString* error) {
 }
 
 bool FormOppDetail::saveFields(int* id, QString* error) {
-    if (!requireName(txtOpportunity_, QStringLiteral("项目名称"))) return false;
+    if (!requireName()) return false;
     if (!checkAmount(txtESale_, QStringLiteral("预计金额")) ||
         !checkAmount(txtSale_, QStringLiteral("成交金额")))
         return false;

@@ -4,7 +4,6 @@
 #include "views/details/recordfields.h"
 
 class QDateEdit;
-class QPlainTextEdit;
 
 namespace tarvel {
 
@@ -20,7 +19,6 @@ public:
 protected:
     bool showFields(int id, QString* error) override;
     bool saveFields(int* id, QString* error) override;
-    QString recordName() const override;
 
 private:
     QWidget* basicGroup();
@@ -34,7 +32,6 @@ private:
     QLineEdit* txtSale_;
     QComboBox* cboProbability_;
     QCheckBox* chkPrivate_;
-    QPlainTextEdit* rtxtMemo_;
     NameSearch* search_;
 };
 

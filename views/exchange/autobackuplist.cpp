@@ -8,6 +8,7 @@
 
 #include "exchange/autobackup.h"
 #include "exchange/filetools.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
@@ -27,8 +28,8 @@ AutoBackupList::AutoBackupList(QWidget* parent)
     grid_->setMinimumHeight(120);
     label->setBuddy(grid_);
     grid_->setAccessibleName(QStringLiteral("自动备份列表"));
-    cmdRestore_ = new QPushButton(QStringLiteral("恢复选中的自动备份..."));
-    cmdRestore_->setObjectName(QStringLiteral("cmd_restore_auto"));
+    cmdRestore_ = namedButton(nullptr, QStringLiteral("cmd_restore_auto"),
+                              QStringLiteral("恢复选中的自动备份..."));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(label);
     layout->addWidget(grid_);

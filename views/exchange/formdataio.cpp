@@ -19,6 +19,7 @@
 #include "exchange/tables.h"
 #include "exchange/vcard.h"
 #include "store/clock.h"
+#include "views/common/buttons.h"
 #include "views/common/progressrun.h"
 #include "views/exchange/autobackuplist.h"
 #include "views/exchange/recyclebindialog.h"
@@ -39,11 +40,24 @@ QGroupBox* section(const QString& title, QVBoxLayout* page) {
     return box;
 }
 
+// A section's one row: the combo behind its label, then the buttons, then air.
+void addExchangeRow(QGridLayout* grid, const QString& caption, QComboBox* combo,
+                    std::initializer_list<QPushButton*> buttons) {
+    auto* label = new QLabel(caption);
+    label->setBuddy(combo);
+    grid->addWidget(label, 0, 0);
+    grid->addWidget(combo, 0, 1);
+    int column = 2;
+    for (QPushButton* b : buttons) grid->addWidget(b, 0, column++);
+    grid->setColumnStretch(column, 1);
+}
+
 }  // namespace
 
 FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     setObjectName(QStringLiteral("form_dataio"));
     dialogs_ = std::make_shared<MessageBoxDialogs>(this);
+    files_ = std::make_shared<QtFileDialogs>(this, QtFileDialogs::Overwrite::CallerAsks);
     prompts_ = std::make_shared<DialogDataIoPrompts>(this);
     auto* outer = new QVBoxLayout(this);
     auto* title = new QLabel(QStringLiteral("数据交换"));
@@ -78,32 +92,21 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
 
     auto* report = new QGridLayout(
         section(QStringLiteral("Tarvel报表（发给同事或上级，对方导入后合并）"), page));
-    auto* reportKind = new QLabel(QStringLiteral("导出选定的(&R)"));
     cboReportKind_ = kindCombo("cbo_report_kind", {3, 2, 1, 4});
-    reportKind->setBuddy(cboReportKind_);
-    report->addWidget(reportKind, 0, 0);
-    report->addWidget(cboReportKind_, 0, 1);
-    report->addWidget(button("cmd_export_report", QStringLiteral("导出到Tarvel报表..."),
-                             &FormDataIO::cmd_export_report_Click),
-                      0, 2);
-    report->addWidget(button("cmd_import_report", QStringLiteral("导入Tarvel报表..."),
-                             &FormDataIO::cmd_import_report_Click),
-                      0, 3);
-    report->setColumnStretch(4, 1);
+    addExchangeRow(report, QStringLiteral("导出选定的(&R)"), cboReportKind_,
+                   {button("cmd_export_report", QStringLiteral("导出到Tarvel报表..."),
+                           &FormDataIO::cmd_export_report_Click),
+                    button("cmd_import_report", QStringLiteral("导入Tarvel报表..."),
+                           &FormDataIO::cmd_import_report_Click)});
 
     auto* csv = new QGridLayout(section(QStringLiteral("Excel/CSV表格"), page));
-    auto* csvKind = new QLabel(QStringLiteral("记录类别(&K)"));
     cboCsvKind_ = kindCombo("cbo_csv_kind", {3, 2, 1, 4, 5});
-    csvKind->setBuddy(cboCsvKind_);
-    csv->addWidget(csvKind, 0, 0);
-    csv->addWidget(cboCsvKind_, 0, 1);
-    csv->addWidget(button("cmd_export_csv", QStringLiteral("导出选定记录到Excel/CSV..."),
-                          &FormDataIO::cmd_export_csv_Click),
-                   0, 2);
     cmdImportCsv_ = button("cmd_import_csv", QStringLiteral("从Excel/CSV文件导入..."),
                            &FormDataIO::cmd_import_csv_Click);
-    csv->addWidget(cmdImportCsv_, 0, 3);
-    csv->setColumnStretch(4, 1);
+    addExchangeRow(csv, QStringLiteral("记录类别(&K)"), cboCsvKind_,
+                   {button("cmd_export_csv", QStringLiteral("导出选定记录到Excel/CSV..."),
+                           &FormDataIO::cmd_export_csv_Click),
+                    cmdImportCsv_});
     // Only contacts and accounts come in from spreadsheets.
     connect(cboCsvKind_, &QComboBox::currentIndexChanged, this, [this] {
         cmdImportCsv_->setEnabled(cboCsvKind_->currentData().toInt() == 2 ||
@@ -111,22 +114,16 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
     });
 
     auto* vcard = new QGridLayout(section(QStringLiteral("vCard名片（手机、邮件程序）"), page));
-    auto* vcardVersion = new QLabel(QStringLiteral("导出格式(&V)"));
     cboVCardVersion_ = new QComboBox;
     cboVCardVersion_->setObjectName(QStringLiteral("cbo_vcard_version"));
     cboVCardVersion_->addItem(QStringLiteral("vCard 4.0"), int(exchange::VCardVersion::Four));
     cboVCardVersion_->addItem(QStringLiteral("vCard 3.0（旧手机）"),
                               int(exchange::VCardVersion::Three));
-    vcardVersion->setBuddy(cboVCardVersion_);
-    vcard->addWidget(vcardVersion, 0, 0);
-    vcard->addWidget(cboVCardVersion_, 0, 1);
-    vcard->addWidget(button("cmd_export_vcard", QStringLiteral("导出选定联系人到vCard..."),
-                            &FormDataIO::cmd_export_vcard_Click),
-                     0, 2);
-    vcard->addWidget(button("cmd_import_vcard", QStringLiteral("从vCard文件导入联系人..."),
-                            &FormDataIO::cmd_import_vcard_Click),
-                     0, 3);
-    vcard->setColumnStretch(4, 1);
+    addExchangeRow(vcard, QStringLiteral("导出格式(&V)"), cboVCardVersion_,
+                   {button("cmd_export_vcard", QStringLiteral("导出选定联系人到vCard..."),
+                           &FormDataIO::cmd_export_vcard_Click),
+                    button("cmd_import_vcard", QStringLiteral("从vCard文件导入联系人..."),
+                           &FormDataIO::cmd_import_vcard_Click)});
 
     auto* undo = new QGridLayout(section(QStringLiteral("导入的记录"), page));
     cmdUndoImport_ = button("cmd_undo_import", QStringLiteral("撤销上次导入..."),
@@ -156,8 +153,7 @@ FormDataIO::FormDataIO(QWidget* parent) : PageWidget(parent) {
 }
 
 QPushButton* FormDataIO::button(const char* name, const QString& text, void (FormDataIO::*slot)()) {
-    auto* b = new QPushButton(text);
-    b->setObjectName(QLatin1String(name));
+    QPushButton* b = namedButton(nullptr, QLatin1String(name), text);
     connect(b, &QPushButton::clicked, this, slot);
     return b;
 }
@@ -196,12 +192,12 @@ bool FormDataIO::report(const exchange::Outcome& outcome, const QString& success
 }
 
 QString FormDataIO::openName(const QString& caption, const QString& filter) {
-    return prompts_->getOpenFileName(caption, exchange::dataFolder(), filter).trimmed();
+    return files_->getOpenFileName(caption, exchange::dataFolder(), filter).trimmed();
 }
 
 QString FormDataIO::saveName(const QString& caption, const QString& proposed,
                              const QString& filter) {
-    const QString chosen = prompts_->getSaveFileName(caption, proposed, filter).trimmed();
+    const QString chosen = files_->getSaveFileName(caption, proposed, filter).trimmed();
     // The file dialog leaves the overwrite question to the program's own words.
     if (!chosen.isEmpty() && QFileInfo::exists(chosen) &&
         !dialogs_->ask(messageTitle(), exchange::overwriteQuestion(chosen)))
@@ -248,7 +244,7 @@ void FormDataIO::restoreFile(const QString& chosen) {
 }
 
 void FormDataIO::cmd_export_report_Click() {
-    ExportReport(cboReportKind_->currentData().toInt(), this, *dialogs_, *prompts_, pageSwitch_);
+    ExportReport(cboReportKind_->currentData().toInt(), this, *dialogs_, *files_, pageSwitch_);
 }
 
 void FormDataIO::cmd_import_report_Click() {

@@ -8,6 +8,7 @@
 
 #include "exchange/progress.h"
 #include "views/common/dialogs.h"
+#include "views/common/filedialogs.h"
 #include "views/common/page.h"
 #include "views/exchange/dataioprompts.h"
 
@@ -23,6 +24,8 @@ public:
     explicit FormDataIO(QWidget* parent = nullptr);
 
     void setDialogs(std::shared_ptr<Messages> dialogs) { dialogs_ = std::move(dialogs); }
+    // The file dialogs leave the overwrite question to the page.
+    void setFileDialogs(std::shared_ptr<FileDialogs> files) { files_ = std::move(files); }
     void setPrompts(std::shared_ptr<DataIoPrompts> prompts) { prompts_ = std::move(prompts); }
     void setPageSwitch(PageSwitch pageSwitch) { pageSwitch_ = std::move(pageSwitch); }
     // Shows the recycle bin; true when records were put back. Tests replace the
@@ -61,6 +64,7 @@ private:
     void restoreFile(const QString& chosen);
 
     std::shared_ptr<Messages> dialogs_;
+    std::shared_ptr<FileDialogs> files_;
     std::shared_ptr<DataIoPrompts> prompts_;
     PageSwitch pageSwitch_;
     RecycleBinOpener binOpener_;

@@ -8,18 +8,13 @@
 
 #include "exchange/recyclebin.h"
 #include "records/kinds.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
 namespace {
 
 constexpr int kEntryRole = Qt::UserRole;
-
-QPushButton* namedButton(const char* name, const QString& text) {
-    auto* b = new QPushButton(text);
-    b->setObjectName(QLatin1String(name));
-    return b;
-}
 
 QString kindCaption(qint16 code) {
     const RecordKindInfo* k = kindByCode(code);
@@ -56,10 +51,10 @@ RecycleBinDialog::RecycleBinDialog(std::shared_ptr<Messages> dialogs, QWidget* p
     grid_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     list->setBuddy(grid_);
     grid_->setAccessibleName(QStringLiteral("已删除的记录"));
-    cmdRestore_ = namedButton("cmd_bin_restore", QStringLiteral("恢复(&R)"));
-    cmdPurge_ = namedButton("cmd_bin_purge", QStringLiteral("彻底删除(&D)"));
-    cmdEmpty_ = namedButton("cmd_bin_empty", QStringLiteral("清空回收站(&E)"));
-    auto* cmdClose = namedButton("cmd_close", QStringLiteral("关闭"));
+    cmdRestore_ = namedButton(nullptr, "cmd_bin_restore", QStringLiteral("恢复(&R)"));
+    cmdPurge_ = namedButton(nullptr, "cmd_bin_purge", QStringLiteral("彻底删除(&D)"));
+    cmdEmpty_ = namedButton(nullptr, "cmd_bin_empty", QStringLiteral("清空回收站(&E)"));
+    auto* cmdClose = namedButton(nullptr, "cmd_close", QStringLiteral("关闭"));
 
     auto* layout = new QVBoxLayout(this);
     auto* searchRow = new QHBoxLayout;

@@ -10,7 +10,7 @@
 
 namespace tarvel {
 
-QString ExportReport(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
+QString ExportReport(int kind, QWidget* parent, Messages& dialogs, FileDialogs& files,
                      const PageSwitch& pageSwitch) {
     if (const QString problem = exchange::profileProblem(); !problem.isEmpty()) {
         dialogs.info(messageTitle(), problem);
@@ -19,7 +19,7 @@ QString ExportReport(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts
     const QString proposed = exchange::proposedReportName(exchange::dataFolder(),
                                                           UserProfile::load().name, Clock::today());
     const QString chosen =
-        prompts
+        files
             .getSaveFileName(QStringLiteral("导出到Tarvel报表"), proposed, exchange::reportFilter())
             .trimmed();
     if (chosen.isEmpty()) return {};
@@ -37,9 +37,9 @@ QString ExportReport(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts
     return out.path;
 }
 
-bool exportReportFromList(int kind, QWidget* parent, Messages& dialogs, DataIoPrompts& prompts,
+bool exportReportFromList(int kind, QWidget* parent, Messages& dialogs, FileDialogs& files,
                           const PageSwitch& pageSwitch) {
-    if (ExportReport(kind, parent, dialogs, prompts, pageSwitch).isEmpty()) {
+    if (ExportReport(kind, parent, dialogs, files, pageSwitch).isEmpty()) {
         dialogs.info(messageTitle(), QStringLiteral("导出Tarvel报表没有完成!"));
         return false;
     }

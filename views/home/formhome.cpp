@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "store/clock.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
@@ -16,7 +17,17 @@ namespace {
 constexpr int kPageRole = Qt::UserRole;
 constexpr int kIdRole = Qt::UserRole + 1;
 
-QTreeWidget* listView(const char* name, const QStringList& headers, QWidget* parent) {
+// The first column fits, the given one takes the width left.
+void fitColumns(QTreeWidget* list, int stretching) {
+    QHeaderView* h = list->header();
+    for (int c = 0; c < list->columnCount(); ++c)
+        h->setSectionResizeMode(
+            c, c == stretching ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
+}
+
+// A read-only list whose column `stretching` takes the width left.
+QTreeWidget* listView(const char* name, const QStringList& headers, int stretching,
+                      QWidget* parent) {
     auto* lv = new QTreeWidget(parent);
     lv->setObjectName(QLatin1String(name));
     lv->setHeaderLabels(headers);
@@ -29,6 +40,7 @@ QTreeWidget* listView(const char* name, const QStringList& headers, QWidget* par
     lv->header()->setSectionsMovable(false);
     // Columns sized to their contents still need air between them.
     lv->setStyleSheet(QStringLiteral("QTreeView::item { padding: 2px 8px 2px 2px; }"));
+    fitColumns(lv, stretching);
     return lv;
 }
 
@@ -56,14 +68,6 @@ void addEmptyRow(QTreeWidget* list, const QString& text) {
     auto* item = new QTreeWidgetItem(list, QStringList{text});
     item->setFlags(Qt::NoItemFlags);
     item->setFirstColumnSpanned(true);
-}
-
-// The first column fits, the given one takes the width left.
-void fitColumns(QTreeWidget* list, int stretching) {
-    QHeaderView* h = list->header();
-    for (int c = 0; c < list->columnCount(); ++c)
-        h->setSectionResizeMode(
-            c, c == stretching ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
 }
 
 // After the rows: an empty list says so, the frame's title counts the rows.
@@ -128,8 +132,7 @@ FormHome::FormHome(TodayList& today, QWidget* parent) : PageWidget(parent), toda
     lblDate_ = new QLabel(this);
     lblDate_->setObjectName(QStringLiteral("lbl_date"));
     setHeadingFont(lblDate_, 1.5);
-    auto* cmdRefresh = new QPushButton(QStringLiteral("刷新"), this);
-    cmdRefresh->setObjectName(QStringLiteral("cmd_refresh"));
+    auto* cmdRefresh = namedButton(this, QStringLiteral("cmd_refresh"), QStringLiteral("刷新"));
     connect(cmdRefresh, &QPushButton::clicked, this, &FormHome::refresh);
     auto* top = new QHBoxLayout;
     top->addWidget(lblDate_);
@@ -139,21 +142,17 @@ FormHome::FormHome(TodayList& today, QWidget* parent) : PageWidget(parent), toda
     lvTasks_ = listView("lv_today_tasks",
                         {QStringLiteral("时间"), QStringLiteral("主题"), QStringLiteral("状态"),
                          QStringLiteral("提醒")},
-                        this);
-    fitColumns(lvTasks_, 1);
+                        1, this);
     lvBirthdays_ =
         listView("lv_birthdays",
-                 {QStringLiteral("姓名"), QStringLiteral("生日"), QStringLiteral("年龄")}, this);
-    fitColumns(lvBirthdays_, 0);
+                 {QStringLiteral("姓名"), QStringLiteral("生日"), QStringLiteral("年龄")}, 0, this);
     lvOpportunities_ = listView("lv_ending_opportunities",
                                 {QStringLiteral("结束日期"), QStringLiteral("主题"),
                                  QStringLiteral("阶段"), QStringLiteral("预计金额")},
-                                this);
-    fitColumns(lvOpportunities_, 1);
+                                1, this);
     lvOverdue_ =
         listView("lv_overdue_tasks",
-                 {QStringLiteral("日期"), QStringLiteral("时间"), QStringLiteral("主题")}, this);
-    fitColumns(lvOverdue_, 2);
+                 {QStringLiteral("日期"), QStringLiteral("时间"), QStringLiteral("主题")}, 2, this);
     for (QTreeWidget* lv : {lvTasks_, lvBirthdays_, lvOpportunities_, lvOverdue_})
         connect(lv, &QTreeWidget::itemDoubleClicked, this,
                 [this](QTreeWidgetItem* item) { openItem(item); });

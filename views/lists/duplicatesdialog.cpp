@@ -8,6 +8,7 @@
 
 #include "records/kinds.h"
 #include "store/tarveldatabase.h"
+#include "views/common/buttons.h"
 #include "views/lists/mergedialog.h"
 
 namespace tarvel::lists {
@@ -56,15 +57,12 @@ DuplicatesDialog::DuplicatesDialog(qint16 kindCode, std::shared_ptr<Messages> di
     list_->setAccessibleName(QStringLiteral("可能重复的记录"));
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("lbl_count"));
-    auto* merge = new QPushButton(QStringLiteral("合并(&M)"), this);
-    merge->setObjectName(QStringLiteral("cmd_merge"));
+    auto* merge = namedButton(this, QStringLiteral("cmd_merge"), QStringLiteral("合并(&M)"));
     connect(merge, &QPushButton::clicked, this, &DuplicatesDialog::mergeCurrent);
     connect(list_, &QListWidget::itemActivated, this, &DuplicatesDialog::mergeCurrent);
-    auto* again = new QPushButton(QStringLiteral("重新查找"), this);
-    again->setObjectName(QStringLiteral("cmd_find_again"));
+    auto* again = namedButton(this, QStringLiteral("cmd_find_again"), QStringLiteral("重新查找"));
     connect(again, &QPushButton::clicked, this, &DuplicatesDialog::search);
-    auto* close = new QPushButton(QStringLiteral("关闭"), this);
-    close->setObjectName(QStringLiteral("cmd_close"));
+    auto* close = namedButton(this, QStringLiteral("cmd_close"), QStringLiteral("关闭"));
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(count_, 1);

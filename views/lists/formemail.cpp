@@ -7,6 +7,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "views/common/buttons.h"
+
 namespace tarvel::lists {
 
 namespace {
@@ -34,8 +36,7 @@ FormEmail::FormEmail(QWidget* parent)
     subject_->setObjectName(QStringLiteral("txt_subject"));
     body_ = new QPlainTextEdit(this);
     body_->setObjectName(QStringLiteral("txt_body"));
-    auto* sendButton = new QPushButton(QStringLiteral("发送(&S)"), this);
-    sendButton->setObjectName(QStringLiteral("cmd_send"));
+    auto* sendButton = namedButton(this, QStringLiteral("cmd_send"), QStringLiteral("发送(&S)"));
     connect(sendButton, &QPushButton::clicked, this, &FormEmail::send);
 
     auto* grid = new QGridLayout(this);

@@ -26,8 +26,8 @@
 #include "exchange/tableexport.h"
 #include "records/kinds.h"
 #include "store/clock.h"
+#include "views/common/buttons.h"
 #include "views/common/filedialogs.h"
-#include "views/common/flatbutton.h"
 #include "views/common/progressrun.h"
 #include "views/lists/addresslabels.h"
 #include "views/lists/categorypanel.h"
@@ -168,18 +168,15 @@ void FormList::buildTopBar(QHBoxLayout* bar) {
     search_->setClearButtonEnabled(true);
     search_->setPlaceholderText(QStringLiteral("输入文字即时查找") + kind_.noun);
     label->setBuddy(search_);
-    auto* find = new QPushButton(QStringLiteral("查找"), this);
-    find->setObjectName(QStringLiteral("cmd_search"));
+    auto* find = namedButton(this, QStringLiteral("cmd_search"), QStringLiteral("查找"));
     connect(find, &QPushButton::clicked, this, &FormList::searchNow);
-    auto* add = new QPushButton(QStringLiteral("增加"), this);
-    add->setObjectName(QStringLiteral("cmd_add"));
+    auto* add = namedButton(this, QStringLiteral("cmd_add"), QStringLiteral("增加"));
     connect(add, &QPushButton::clicked, this, [this] {
         if (keepUnsavedEdits() || !pageSwitch_) return;
         pageSwitch_(kind_.detailPage,
                     QStringLiteral("  WHERE ") + kind_.key + QStringLiteral(" = -1"), 0);
     });
-    auto* all = new QPushButton(QStringLiteral("全部") + kind_.noun, this);
-    all->setObjectName(QStringLiteral("cmd_all"));
+    auto* all = namedButton(this, QStringLiteral("cmd_all"), QStringLiteral("全部") + kind_.noun);
     connect(all, &QPushButton::clicked, this, [this] {
         if (keepUnsavedEdits()) return;
         search_->clear();
@@ -192,8 +189,8 @@ void FormList::buildTopBar(QHBoxLayout* bar) {
     bar->addWidget(add);
     bar->addWidget(all);
     if (kind_.fieldType == kind::Contact || kind_.fieldType == kind::Account) {
-        auto* duplicates = new QPushButton(QStringLiteral("查找重复"), this);
-        duplicates->setObjectName(QStringLiteral("cmd_find_duplicates"));
+        auto* duplicates =
+            namedButton(this, QStringLiteral("cmd_find_duplicates"), QStringLiteral("查找重复"));
         connect(duplicates, &QPushButton::clicked, this, &FormList::findDuplicates);
         bar->addWidget(duplicates);
     }

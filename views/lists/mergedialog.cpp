@@ -12,6 +12,7 @@
 #include "custom/fsettings.h"
 #include "exchange/mergeundo.h"
 #include "records/kinds.h"
+#include "views/common/buttons.h"
 
 namespace tarvel::lists {
 
@@ -132,11 +133,9 @@ void MergeDialog::build() {
                    this);
     note->setObjectName(QStringLiteral("lbl_note"));
     note->setWordWrap(true);
-    auto* merge = new QPushButton(QStringLiteral("合并(&M)"), this);
-    merge->setObjectName(QStringLiteral("cmd_merge"));
+    auto* merge = namedButton(this, QStringLiteral("cmd_merge"), QStringLiteral("合并(&M)"));
     connect(merge, &QPushButton::clicked, this, &MergeDialog::merge);
-    auto* cancel = new QPushButton(QStringLiteral("取消"), this);
-    cancel->setObjectName(QStringLiteral("cmd_cancel"));
+    auto* cancel = namedButton(this, QStringLiteral("cmd_cancel"), QStringLiteral("取消"));
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);

@@ -7,19 +7,13 @@
 #include <QVBoxLayout>
 
 #include "browse/savefailure.h"
+#include "views/common/buttons.h"
 #include "views/common/page.h"
 #include "views/options/optionwidgets.h"
 
 namespace tarvel {
 
-namespace {
-QPushButton* button(QWidget* parent, const char* name, const QString& text) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QLatin1String(name));
-    b->setAutoDefault(false);
-    return b;
-}
-}  // namespace
+namespace {}  // namespace
 
 FormOption::FormOption(QWidget* parent)
     : QDialog(parent), dialogs_(std::make_shared<MessageBoxDialogs>(this)) {
@@ -53,10 +47,10 @@ FormOption::FormOption(QWidget* parent)
     txtOption_->setObjectName(QStringLiteral("txt_option"));
     lblOption_->setBuddy(txtOption_);
 
-    QPushButton* add = button(this, "cmd_add", QStringLiteral("增加(&A)"));
-    QPushButton* save = button(this, "cmd_save", QStringLiteral("保存(&S)"));
-    QPushButton* remove = button(this, "cmd_delete", QStringLiteral("删除(&D)"));
-    QPushButton* exit = button(this, "cmd_exit", QStringLiteral("退出(&X)"));
+    QPushButton* add = dialogButton(this, "cmd_add", QStringLiteral("增加(&A)"));
+    QPushButton* save = dialogButton(this, "cmd_save", QStringLiteral("保存(&S)"));
+    QPushButton* remove = dialogButton(this, "cmd_delete", QStringLiteral("删除(&D)"));
+    QPushButton* exit = dialogButton(this, "cmd_exit", QStringLiteral("退出(&X)"));
     connect(add, &QPushButton::clicked, this, &FormOption::cmdAddClick);
     connect(save, &QPushButton::clicked, this, &FormOption::cmdSaveClick);
     connect(remove, &QPushButton::clicked, this, &FormOption::cmdDeleteClick);

@@ -8,6 +8,7 @@
 #include "browse/relatedrecords.h"
 #include "records/recordbase.h"
 #include "records/recordsearch.h"
+#include "views/common/buttons.h"
 #include "views/related/formrelated.h"
 
 namespace tarvel {
@@ -32,11 +33,9 @@ FormAddRelated::FormAddRelated(qint16 ownerKind, int ownerId, qint16 kind, const
     lblSearch->setBuddy(search_);
     auto* lblFound = new QLabel(QStringLiteral("选择要增加的记录(&R)："), this);
     lblFound->setBuddy(found_);
-    auto* cmdAdd = new QPushButton(QStringLiteral("增加(&A)"), this);
-    cmdAdd->setObjectName(QStringLiteral("cmd_add"));
+    auto* cmdAdd = namedButton(this, QStringLiteral("cmd_add"), QStringLiteral("增加(&A)"));
     cmdAdd->setDefault(true);
-    auto* cmdCancel = new QPushButton(QStringLiteral("取消"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmd_cancel"));
+    auto* cmdCancel = namedButton(this, QStringLiteral("cmd_cancel"), QStringLiteral("取消"));
 
     auto* grid = new QGridLayout(this);
     grid->addWidget(lblSearch, 0, 0);

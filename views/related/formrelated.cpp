@@ -25,6 +25,7 @@
 #include "records/relatedcounts.h"
 #include "store/jetdate.h"
 #include "views/common/accountquestion.h"
+#include "views/common/buttons.h"
 #include "views/common/namesearch.h"
 #include "views/common/overwritequestion.h"
 #include "views/related/formaddrelated.h"
@@ -33,13 +34,6 @@
 namespace tarvel {
 
 namespace {
-
-QPushButton* button(QWidget* parent, const QString& name, const QString& text) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(name);
-    b->setAccessibleName(QString(text).remove(QLatin1Char('&')));
-    return b;
-}
 
 // The document's file: its folder and name joined with the native separator.
 QString documentFile(const QString& folder, const QString& name) {
@@ -186,12 +180,13 @@ QWidget* FormRelated::buildButtons(Section& s) {
     rows->addLayout(row);
     rows->addLayout(extra);
     Section* sp = &s;
-    auto* cmdNew = button(bar, QStringLiteral("cmd_%1_new").arg(word), QStringLiteral("新建(&W)"));
+    auto* cmdNew =
+        namedButton(bar, QStringLiteral("cmd_%1_new").arg(word), QStringLiteral("新建(&W)"));
     auto* cmdSave =
-        button(bar, QStringLiteral("cmd_%1_save").arg(word), QStringLiteral("保存(&S)"));
-    auto* cmdDelete =
-        button(bar, QStringLiteral("cmd_%1_delete").arg(word), QStringLiteral("删除相关性(&L)"));
-    auto* cmdAdd = button(
+        namedButton(bar, QStringLiteral("cmd_%1_save").arg(word), QStringLiteral("保存(&S)"));
+    auto* cmdDelete = namedButton(bar, QStringLiteral("cmd_%1_delete").arg(word),
+                                  QStringLiteral("删除相关性(&L)"));
+    auto* cmdAdd = namedButton(
         bar, QStringLiteral("cmd_%1_addrelated").arg(word),
         QStringLiteral("添加已有%1(&A)…").arg(QString::fromUtf8(relatedKind(s.kind).caption)));
     s.editing = {cmdNew, cmdSave, cmdDelete, cmdAdd};
@@ -201,8 +196,10 @@ QWidget* FormRelated::buildButtons(Section& s) {
     connect(cmdAdd, &QPushButton::clicked, this, [this, sp] { openAddRelated(sp->kind); });
     for (QPushButton* b : s.editing) row->addWidget(b);
     if (s.kind == kind::Document) {
-        auto* choose = button(bar, QStringLiteral("cmd_doc_add"), QStringLiteral("选择文件(&F)…"));
-        auto* open = button(bar, QStringLiteral("img_doc_open"), QStringLiteral("打开文件(&O)"));
+        auto* choose =
+            namedButton(bar, QStringLiteral("cmd_doc_add"), QStringLiteral("选择文件(&F)…"));
+        auto* open =
+            namedButton(bar, QStringLiteral("img_doc_open"), QStringLiteral("打开文件(&O)"));
         s.editing << choose;
         connect(choose, &QPushButton::clicked, this, [this] { chooseDocumentFile(); });
         connect(open, &QPushButton::clicked, this, [this] { openDocument(); });
@@ -212,10 +209,11 @@ QWidget* FormRelated::buildButtons(Section& s) {
             control(name)->installEventFilter(this);
     }
     if (s.kind == kind::Task) {
-        auto* refresh = button(bar, QStringLiteral("lbl_refresh"), QStringLiteral("刷新摘要(&R)"));
+        auto* refresh =
+            namedButton(bar, QStringLiteral("lbl_refresh"), QStringLiteral("刷新摘要(&R)"));
         refresh->setFlat(true);
         auto* newTask =
-            button(bar, QStringLiteral("cmd_sch_newtask"), QStringLiteral("在日程页新建(&T)"));
+            namedButton(bar, QStringLiteral("cmd_sch_newtask"), QStringLiteral("在日程页新建(&T)"));
         s.editing << newTask;
         connect(refresh, &QPushButton::clicked, this, [this, sp] { refreshSection(*sp); });
         connect(newTask, &QPushButton::clicked, this, [this] {

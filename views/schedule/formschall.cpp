@@ -9,18 +9,13 @@
 #include "exchange/icalimport.h"
 #include "schedule/taskcategories.h"
 #include "store/clock.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
 namespace {
 
 constexpr int kFilterRole = Qt::UserRole;
-
-QPushButton* button(QWidget* parent, const char* name, const QString& text) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QLatin1String(name));
-    return b;
-}
 
 // The terms of a page condition ("WHERE ..." as the history keeps it).
 QString termsOf(const QString& condition) {
@@ -46,18 +41,18 @@ FormSchAll::FormSchAll(QWidget* parent)
     categories_->setHeaderHidden(true);
     categories_->setColumnCount(1);
     lblCategories->setBuddy(categories_);
-    auto* cmdNew = button(this, "cmd_sch_new", QStringLiteral("新建日程(&N)"));
-    auto* cmdStat = button(this, "cmd_sch_stat", QStringLiteral("日程统计(&S)"));
+    auto* cmdNew = namedButton(this, "cmd_sch_new", QStringLiteral("新建日程(&N)"));
+    auto* cmdStat = namedButton(this, "cmd_sch_stat", QStringLiteral("日程统计(&S)"));
     cmdStat->setFlat(true);
     cmdStat->setStyleSheet(QStringLiteral("color: palette(link); text-align: left;"));
-    auto* cmdExport = button(this, "cmd_sch_export", QStringLiteral("导出日历(&E)"));
+    auto* cmdExport = namedButton(this, "cmd_sch_export", QStringLiteral("导出日历(&E)"));
     auto* exportMenu = new QMenu(cmdExport);
     QAction* exportAll = exportMenu->addAction(QStringLiteral("全部日程…"));
     exportAll->setObjectName(QStringLiteral("m_export_all"));
     QAction* exportTicked = exportMenu->addAction(QStringLiteral("任务列表中勾选的日程…"));
     exportTicked->setObjectName(QStringLiteral("m_export_ticked"));
     cmdExport->setMenu(exportMenu);
-    auto* cmdImport = button(this, "cmd_sch_import", QStringLiteral("导入日历(&I)…"));
+    auto* cmdImport = namedButton(this, "cmd_sch_import", QStringLiteral("导入日历(&I)…"));
     auto* exchange = new QHBoxLayout;
     exchange->addWidget(cmdExport);
     exchange->addWidget(cmdImport);
@@ -69,9 +64,9 @@ FormSchAll::FormSchAll(QWidget* parent)
     left->addWidget(cmdStat);
 
     // Top bar: where the calendar is and how it shows.
-    auto* cmdPrev = button(this, "cmd_prev", QStringLiteral("◀ 上一个"));
-    auto* cmdToday = button(this, "cmd_today", QStringLiteral("今天(&T)"));
-    auto* cmdNext = button(this, "cmd_next", QStringLiteral("下一个 ▶"));
+    auto* cmdPrev = namedButton(this, "cmd_prev", QStringLiteral("◀ 上一个"));
+    auto* cmdToday = namedButton(this, "cmd_today", QStringLiteral("今天(&T)"));
+    auto* cmdNext = namedButton(this, "cmd_next", QStringLiteral("下一个 ▶"));
     dtDay_ = new QDateEdit(this);
     dtDay_->setObjectName(QStringLiteral("DT_sch_day"));
     dtDay_->setCalendarPopup(true);
@@ -97,7 +92,7 @@ FormSchAll::FormSchAll(QWidget* parent)
     } viewButtons[] = {
         {"Opt_month", "月(&M)", Month}, {"Opt_week", "周(&W)", Week}, {"Opt_day", "日(&Y)", Day}};
     for (const auto& v : viewButtons) {
-        auto* b = button(this, v.name, QString::fromUtf8(v.text));
+        auto* b = namedButton(this, v.name, QString::fromUtf8(v.text));
         b->setCheckable(true);
         views_->addButton(b, v.view);
         top->addWidget(b);

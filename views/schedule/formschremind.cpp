@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "store/clock.h"
+#include "views/common/buttons.h"
 #include "views/common/keyfilter.h"
 #include "views/common/widgetform.h"
 
@@ -26,13 +27,6 @@ QLineEdit* field(const char* name, QWidget* parent) {
     e->setObjectName(QLatin1String(name));
     e->setReadOnly(true);
     return e;
-}
-
-QPushButton* button(const char* name, const QString& text, QWidget* parent) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QLatin1String(name));
-    b->setAutoDefault(false);
-    return b;
 }
 
 }  // namespace
@@ -90,7 +84,7 @@ FormSchRemind::FormSchRemind(int taskId, TodayList& today, QWidget* parent)
     txtDelay_->setFixedWidth(txtDelay_->fontMetrics().horizontalAdvance(QStringLiteral("00000")) +
                              16);
     acceptOnlyCharacters(txtDelay_, &Reminder::acceptsDelayKey);
-    auto* cmdDelay = button("cmd_delay", QStringLiteral("延迟提醒"), this);
+    auto* cmdDelay = dialogButton(this, "cmd_delay", QStringLiteral("延迟提醒"));
     auto* snooze = new QHBoxLayout;
     snooze->addWidget(new QLabel(QStringLiteral("在"), this));
     snooze->addWidget(txtDelay_);
@@ -100,8 +94,8 @@ FormSchRemind::FormSchRemind(int taskId, TodayList& today, QWidget* parent)
     snooze->addWidget(cmdDelay);
     snooze->addStretch(1);
 
-    auto* cmdOpentask = button("cmd_opentask", QStringLiteral("打开任务"), this);
-    cmdCancel_ = button("cmd_cancel", QStringLiteral("不再提醒"), this);
+    auto* cmdOpentask = dialogButton(this, "cmd_opentask", QStringLiteral("打开任务"));
+    cmdCancel_ = dialogButton(this, "cmd_cancel", QStringLiteral("不再提醒"));
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdOpentask);
     buttons->addStretch(1);

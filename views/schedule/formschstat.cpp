@@ -5,7 +5,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "views/common/flatbutton.h"
+#include "views/common/buttons.h"
 #include "views/common/keyfilter.h"
 
 namespace tarvel {

@@ -8,6 +8,7 @@
 #include "records/recordbase.h"
 #include "schedule/task.h"
 #include "schedule/tasklinks.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
@@ -40,10 +41,10 @@ void TaskRelatedPanel::buildSection(Section& s) {
     s.found = new QListWidget(s.page);
     s.found->setObjectName(QStringLiteral("lst_") + s.name + QStringLiteral("_found"));
     s.found->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    s.add = new QPushButton(QStringLiteral("添加相关"), s.page);
-    s.add->setObjectName(QStringLiteral("cmd_") + s.name + QStringLiteral("_add"));
-    s.remove = new QPushButton(QStringLiteral("删除相关性"), s.page);
-    s.remove->setObjectName(QStringLiteral("cmd_") + s.name + QStringLiteral("_delete"));
+    s.add = namedButton(s.page, QStringLiteral("cmd_") + s.name + QStringLiteral("_add"),
+                        QStringLiteral("添加相关"));
+    s.remove = namedButton(s.page, QStringLiteral("cmd_") + s.name + QStringLiteral("_delete"),
+                           QStringLiteral("删除相关性"));
 
     auto* lblLinked = new QLabel(QStringLiteral("已相关(&L)："), s.page);
     lblLinked->setBuddy(s.linked);

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 
 #include "custom/fsettings.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
@@ -44,8 +45,8 @@ FieldsPage::FieldsPage(QWidget* parent) : SettingsPage(parent) {
         updateFieldButtons();
     });
 
-    cmdFieldUp_ = button(this, "cmd_field_up", QStringLiteral("上移(&U)"));
-    cmdFieldDown_ = button(this, "cmd_field_down", QStringLiteral("下移(&D)"));
+    cmdFieldUp_ = namedButton(this, "cmd_field_up", QStringLiteral("上移(&U)"));
+    cmdFieldDown_ = namedButton(this, "cmd_field_down", QStringLiteral("下移(&D)"));
     connect(cmdFieldUp_, &QPushButton::clicked, this, &FieldsPage::cmdFieldUpClick);
     connect(cmdFieldDown_, &QPushButton::clicked, this, &FieldsPage::cmdFieldDownClick);
 

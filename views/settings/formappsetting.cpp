@@ -5,6 +5,7 @@
 
 #include "browse/savefailure.h"
 #include "store/transaction.h"
+#include "views/common/buttons.h"
 #include "views/settings/captionspage.h"
 #include "views/settings/fieldspage.h"
 #include "views/settings/personalpage.h"
@@ -37,14 +38,13 @@ FormAppSetting::FormAppSetting(QWidget* parent)
     pages << new FieldsPage << new PersonalPage << new SafekeepingPage;
     for (SettingsPage* page : pages) tabs_->addTab(page, QString());
 
-    QPushButton* save = settingsui::button(this, "cmd_save", QStringLiteral("保存(&S)"));
+    QPushButton* save = namedButton(this, "cmd_save", QStringLiteral("保存(&S)"));
     save->setMinimumWidth(96);
     connect(save, &QPushButton::clicked, this, &FormAppSetting::cmdSaveClick);
     QPushButton* saveTemplate =
-        settingsui::button(this, "cmd_save_template", QStringLiteral("保存为模板…"));
+        namedButton(this, "cmd_save_template", QStringLiteral("保存为模板…"));
     connect(saveTemplate, &QPushButton::clicked, this, &FormAppSetting::cmdSaveTemplateClick);
-    QPushButton* loadTemplate =
-        settingsui::button(this, "cmd_load_template", QStringLiteral("载入模板…"));
+    QPushButton* loadTemplate = namedButton(this, "cmd_load_template", QStringLiteral("载入模板…"));
     connect(loadTemplate, &QPushButton::clicked, this, &FormAppSetting::cmdLoadTemplateClick);
     auto* bottom = new QHBoxLayout;
     bottom->addWidget(saveTemplate);

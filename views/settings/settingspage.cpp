@@ -39,12 +39,6 @@ QString ModuleCaptions::moduleOf(const QString& word) {
 
 namespace settingsui {
 
-QPushButton* button(QWidget* parent, const char* name, const QString& text) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QLatin1String(name));
-    return b;
-}
-
 QLineEdit* lineEdit(QWidget* parent, const QString& name) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);

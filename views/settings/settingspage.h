@@ -48,7 +48,6 @@ public:
 
 // What the pages are built of.
 namespace settingsui {
-QPushButton* button(QWidget* parent, const char* name, const QString& text);
 QLineEdit* lineEdit(QWidget* parent, const QString& name);
 // Label and box rows whose boxes keep a readable width on a wide page.
 QFormLayout* formRows();

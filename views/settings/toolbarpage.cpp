@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 
 #include "custom/appsettings.h"
+#include "views/common/buttons.h"
 
 namespace tarvel {
 
@@ -18,8 +19,8 @@ ToolbarPage::ToolbarPage(QWidget* parent) : SettingsPage(parent) {
     connect(lvMenu_, &QListWidget::itemClicked, this, &ToolbarPage::lvMenuItemClick);
     // Ticking a box is a click on the item as well.
     connect(lvMenu_, &QListWidget::itemChanged, this, &ToolbarPage::lvMenuItemClick);
-    cmdMenuUp_ = button(this, "Cmd_menu_up", QStringLiteral("上移(&U)"));
-    cmdMenuDown_ = button(this, "cmd_menu_down", QStringLiteral("下移(&D)"));
+    cmdMenuUp_ = namedButton(this, "Cmd_menu_up", QStringLiteral("上移(&U)"));
+    cmdMenuDown_ = namedButton(this, "cmd_menu_down", QStringLiteral("下移(&D)"));
     connect(cmdMenuUp_, &QPushButton::clicked, this, &ToolbarPage::cmdMenuUpClick);
     connect(cmdMenuDown_, &QPushButton::clicked, this, &ToolbarPage::cmdMenuDownClick);
 
