@@ -82,8 +82,8 @@ private slots:
         QCOMPARE(count("SELECT count(*) FROM accounts"), 1);
     }
 
-    // Which question an account edit takes is accountedit_test's; here, that
-    // the page asks it and carries out each answer.
+    // The rename question is told by its kind (the only three-way one); each
+    // answer is carried out by the page.
     void renamingALinkedAccount_data() {
         QTest::addColumn<Answer>("answer");
         QTest::addColumn<int>("accounts");

@@ -186,8 +186,8 @@ private slots:
         QCOMPARE(tabText("tab_con"), QStringLiteral("联系人(3)"));
     }
 
-    // Which question an account edit takes is accountedit_test's; here, that the
-    // panel asks it and carries out each answer.
+    // Each question is told by its kind: the rename question is the only
+    // three-way one, the dropping question a yes/no. Each answer is carried out.
     void accountQuestionsOfTheContactSave_data() {
         QTest::addColumn<QString>("account");    // typed into txt_con_account
         QTest::addColumn<QList<bool>>("yesNo");  // answers to the dropping question
