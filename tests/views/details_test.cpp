@@ -27,39 +27,21 @@
 #include "views/related/formrelated.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::count;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::RecordingOpener;
-using tarvel::testsupport::run;
-using tarvel::testsupport::ScriptedDialogs;
-using tarvel::testsupport::text;
+using namespace tarvel::testsupport;
 using Answer = Messages::Answer;
 
-namespace {
-
-const QString kRenameQuestion = QStringLiteral(
-    "您已经更改了客户单位名称，您要更改此客户信息？还是要新建一个客户？\n"
-    "  点击[是]，只修改客户信息\n  点击[否]，新建一个客户");
-
-}  // namespace
-
-class DetailsTest : public tarvel::testsupport::ScreenFixture {
+class DetailsTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
         begin(at(2024, 5, 20, 10, 30));
-        run(QStringLiteral(
-            "INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')"));
-        run(QStringLiteral(
-            "INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn')"));
-        run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('O''Brien')"));
-        run(QStringLiteral("INSERT INTO contacts (con_lastname) VALUES ('李娜')"));
-        run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)"));
+        run("INSERT INTO accounts (acc_name, acc_address) VALUES ('星辰科技', '长安街1号')");
+        run("INSERT INTO contacts (con_lastname, con_email) VALUES ('王伟', 'wang@xc.cn'), "
+            "('O''Brien', NULL), ('李娜', NULL)");
+        run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)");
         loadProgramFieldSettings();
     }
+
     void cleanup() {
         main_.reset();
         page_.reset();
@@ -69,7 +51,7 @@ private slots:
 
     void nameSearchTakesAQuote() {
         FormConDetail& page = contactPage(0);
-        testsupport::typeText(child<QLineEdit>(page, "txt_name"), QStringLiteral("O'B"));
+        typeText(child<QLineEdit>(page, "txt_name"), QStringLiteral("O'B"));
         auto* found = child<QListWidget>(page, "lst_contacts");
         QTRY_COMPARE(found->count(), 1);
         // Without an account there is nothing to put after "  @  ".
@@ -87,9 +69,8 @@ private slots:
         child<QLineEdit>(page, "txt_nickname")->setText(QStringLiteral("小布"));
         dialogs_->answers = {false};
         click(page, "lbl_save");
-        QCOMPARE(dialogs_->lastText(),
-                 QStringLiteral("您没有填写单位名称，是否要放弃填写单位名称信息？\n"
-                                "提示：点击[是]，软件只保存除单位信息之外的其它信息！"));
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QCOMPARE(dialogs_->shown[0].kind, QStringLiteral("ask"));
         QVERIFY(page.isModified());
         QVERIFY(isUnsaved(UnsavedModule::Contact));
         QCOMPARE(text("SELECT con_nickname FROM contacts WHERE con_id=2"), QString());
@@ -101,6 +82,8 @@ private slots:
         QCOMPARE(count("SELECT count(*) FROM accounts"), 1);
     }
 
+    // The rename question is told by its kind (the only three-way one); each
+    // answer is carried out by the page.
     void renamingALinkedAccount_data() {
         QTest::addColumn<Answer>("answer");
         QTest::addColumn<int>("accounts");
@@ -110,13 +93,15 @@ private slots:
         QTest::newRow("no creates") << Answer::No << 2 << 2 << QStringLiteral("星辰科技");
         QTest::newRow("cancel stops") << Answer::Cancel << 1 << 1 << QStringLiteral("星辰科技");
     }
+
     void renamingALinkedAccount() {
         QFETCH(Answer, answer);
         FormConDetail& page = contactPage(1);
         child<QLineEdit>(page, "txt_account")->setText(QStringLiteral("星辰集团"));
         dialogs_->threeWay = {answer};
         click(page, "lbl_save");
-        QCOMPARE(dialogs_->lastText(), kRenameQuestion);
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QCOMPARE(dialogs_->shown[0].kind, QStringLiteral("askYesNoCancel"));
         QFETCH(int, accounts);
         QFETCH(int, linkedTo);
         QFETCH(QString, firstName);
@@ -134,7 +119,6 @@ private slots:
         nickname->setText(QStringLiteral("阿伟"));
         dialogs_->answers = {false};
         click(page, "lbl_next");
-        QCOMPARE(dialogs_->lastText(), QStringLiteral("您输入的信息未保存，\n是否取消当前修改？"));
         QCOMPARE(page.recordId(), first);
         QCOMPARE(nickname->text(), QStringLiteral("阿伟"));
         dialogs_->answers = {true};
@@ -146,33 +130,12 @@ private slots:
         QCOMPARE(page.positionText(), QStringLiteral("No. 3/3"));
     }
 
-    void newRecordFromTheListIsOrdinaryAfterItsFirstSave() {
-        FormConDetail& page = contactPage(0, true);
-        PageRequest request;
-        request.condition = QStringLiteral("  WHERE con_id = -1");
-        page.fill(request);
-        QCOMPARE(page.recordId(), 0);
-        child<QLineEdit>(page, "txt_name")->setText(QStringLiteral("赵敏"));
-        QVERIFY(page.save());
-        const int id = page.recordId();
-        QVERIFY(id > 3);
-        QCOMPARE(firstValue(
-                     QStringLiteral("SELECT con_create_date FROM contacts WHERE con_id=%1").arg(id))
-                     .toDateTime(),
-                 at(2024, 5, 20));
-        QCOMPARE(list_->currentId(), qint64(id));
-        QCOMPARE(page.positionText(), QStringLiteral("No. %1/4").arg(list_->currentRow() + 1));
-        child<QLineEdit>(page, "txt_jobtitle")->setText(QStringLiteral("经理"));
-        QVERIFY(page.save());
-        QCOMPARE(page.recordId(), id);
-        QCOMPARE(count("SELECT count(*) FROM contacts"), 4);
-    }
-
     void noBirthdayIsStoredAs1900_data() {
         QTest::addColumn<QDate>("picked");
         QTest::newRow("none") << QDate(1900, 1, 1);
         QTest::newRow("a day") << QDate(1985, 3, 2);
     }
+
     void noBirthdayIsStoredAs1900() {
         QFETCH(QDate, picked);
         FormConDetail& page = contactPage(3);
@@ -188,9 +151,8 @@ private slots:
     }
 
     void amountThatIsNoNumberIsRefused() {
-        run(
-            QStringLiteral("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES "
-                           "('服务器采购', 5000)"));
+        run("INSERT INTO opportunities (opp_subject, opp_estimate_sale) VALUES "
+            "('服务器采购', 5000)");
         FormOppDetail page;
         page.setDialogs(dialogs_);
         page.fill({page::OpportunityDetail, QString(), 1});
@@ -211,7 +173,7 @@ private slots:
         FormConDetail& page = contactPage(3);
         child<QLineEdit>(page, "txt_nickname")->setText(QStringLiteral("娜娜"));
         {
-            testsupport::ReadOnlyDataFile readOnly;
+            ReadOnlyDataFile readOnly;
             QVERIFY(!page.save());
         }
         QVERIFY(dialogs_->lastText().startsWith(QStringLiteral("联系人没有保存。\n")));
@@ -220,17 +182,13 @@ private slots:
     }
 
     void deleteGoesThroughTheListAndShowsTheNext() {
-        // The linked contact, so that its link must go too.
-        for (int id : {2, 3})
-            run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, %1)")
-                    .arg(id));
+        // What a delete takes with the record is recyclebin_test's.
         FormConDetail& page = contactPage(0, true);
         const QString gone = QString::number(page.recordId());
         dialogs_->answers = {true};
         click(page, "lbl_delete");
         QCOMPARE(dialogs_->lastText(), QStringLiteral("您确定要删除这个记录吗？"));
         QCOMPARE(count("SELECT count(*) FROM contacts WHERE con_id=" + gone), 0);
-        QCOMPARE(count("SELECT count(*) FROM accounts_contacts WHERE con_id=" + gone), 0);
         QCOMPARE(list_->rowCount(), 2);
         QVERIFY(page.recordId() != 0);
         QCOMPARE(page.recordId(), int(list_->currentId()));
@@ -241,33 +199,25 @@ private slots:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("opened");
-        QTest::newRow("first mail") << "txt_email1"
-                                    << "wang@xc.cn"
-                                    << "Img_email1_send"
-                                    << "mailto:wang@xc.cn%20?subject=%20&body=";
-        QTest::newRow("second mail") << "txt_email2"
-                                     << "li@x.cn"
-                                     << "Img_email2_send"
-                                     << "mailto:li@x.cn%20?subject=%20&body=";
-        QTest::newRow("web without scheme") << "txt_personal_web"
-                                            << "www.a.cn"
-                                            << "Img_personal_web_vist"
-                                            << "http://www.a.cn";
-        QTest::newRow("web with scheme") << "txt_account_web"
-                                         << "https://b.cn/x"
-                                         << "img_account_web_visit"
-                                         << "https://b.cn/x";
-        QTest::newRow("name search") << "txt_name"
-                                     << "王伟"
-                                     << "Img_Search_Contact"
-                                     << "https://www.baidu.com/s?wd=%E7%8E%8B%E4%BC%9F";
-        QTest::newRow("address on the map")
-            << "txt_address1"
-            << "长安街 1号"
-            << "Img_Search_Baddress"
-            << "https://map.baidu.com/search/"
-               "?querytype=s&wd=%E9%95%BF%E5%AE%89%E8%A1%97%201%E5%8F%B7";
+        const auto row = [](const char* name, const char* box, const char* typed,
+                            const char* button, const char* opened) {
+            QTest::newRow(name) << box << QString::fromUtf8(typed) << button << opened;
+        };
+        row("first mail", "txt_email1", "wang@xc.cn", "Img_email1_send",
+            "mailto:wang@xc.cn%20?subject=%20&body=");
+        row("second mail", "txt_email2", "li@x.cn", "Img_email2_send",
+            "mailto:li@x.cn%20?subject=%20&body=");
+        row("web without scheme", "txt_personal_web", "www.a.cn", "Img_personal_web_vist",
+            "http://www.a.cn");
+        row("web with scheme", "txt_account_web", "https://b.cn/x", "img_account_web_visit",
+            "https://b.cn/x");
+        row("name search", "txt_name", "王伟", "Img_Search_Contact",
+            "https://www.baidu.com/s?wd=%E7%8E%8B%E4%BC%9F");
+        row("address on the map", "txt_address1", "长安街 1号", "Img_Search_Baddress",
+            "https://map.baidu.com/search/"
+            "?querytype=s&wd=%E9%95%BF%E5%AE%89%E8%A1%97%201%E5%8F%B7");
     }
+
     void shellActions() {
         QFETCH(QString, box);
         QFETCH(QString, typed);
@@ -282,7 +232,7 @@ private slots:
 
     void chosenAccountIsTakenAndLinked() {
         FormConDetail& page = contactPage(2);
-        testsupport::typeText(child<QLineEdit>(page, "txt_account"), QStringLiteral("星辰"));
+        typeText(child<QLineEdit>(page, "txt_account"), QStringLiteral("星辰"));
         auto* found = child<QListWidget>(page, "lst_account");
         QTRY_COMPARE(found->count(), 1);
         found->setCurrentRow(0);
@@ -327,8 +277,8 @@ private slots:
         QCOMPARE(opener_->opened[0].toLocalFile(), file.fileName());
     }
 
-    void listRelatedButtonOpensTheRecordsPage() {
-        main_ = testsupport::quietMain(dialogs_);
+    void listRelatedButtonOpensTheRecordsPageAndItsPanelFollows() {
+        main_ = quietMain(dialogs_);
         QVERIFY(main_->OpenPage(page::ContactList));
         auto* list = qobject_cast<lists::FormList*>(main_->currentPage());
         QVERIFY(list);
@@ -346,23 +296,47 @@ private slots:
         QCOMPARE(page->positionText(), QStringLiteral("No. 2/3"));
         QTRY_VERIFY(page->relatedArea()->height() > 0);
         QTRY_VERIFY(page->relatedArea()->hasFocus());
+
+        // The page's related panel follows the record shown, and a related
+        // record opens its own page, whose panel leads back.
+        run("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 1)");
+        QVERIFY(main_->OpenPage(page::ContactDetail, QStringLiteral("WHERE con_id=1"), 1));
+        auto related = [this] {
+            return main_->currentPage()->findChild<FormRelated*>(
+                QStringLiteral("form_con_related"));
+        };
+        QVERIFY(related());
+        auto* tabs = child<QTabWidget>(*related(), "tab_related");
+        QVERIFY(tabs->tabText(0).endsWith(QStringLiteral("(1)")));
+        auto* grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        emit grid->doubleClicked(grid->model()->index(0, 1));
+        page = qobject_cast<FormConDetail*>(main_->currentPage());
+        QVERIFY(page);
+        QCOMPARE(page->recordId(), 3);
+        grid = child<QTableView>(*related(), "dgrid_con");
+        QCOMPARE(grid->model()->rowCount(), 1);
+        QCOMPARE(grid->model()->index(0, 1).data().toString(), QStringLiteral("王伟"));
     }
 
     void otherPagesStoreANewRecord_data() {
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("nameBox");
         QTest::addColumn<QString>("check");
-        QTest::newRow("account") << int(page::AccountDetail) << "txt_subject"
-                                 << "SELECT count(*) FROM accounts WHERE acc_name='新单位' AND "
-                                    "acc_create_date IS NOT NULL AND acc_tag='重点客户'";
-        QTest::newRow("opportunity")
-            << int(page::OpportunityDetail) << "txt_opportunity"
-            << "SELECT count(*) FROM opportunities WHERE opp_subject='新单位' AND "
-               "opp_succeed_probability=80 AND opp_create_date IS NOT NULL";
-        QTest::newRow("document") << int(page::DocumentDetail) << "txt_name"
-                                  << "SELECT count(*) FROM documents WHERE doc_name='新单位' AND "
-                                     "doc_tag='重点客户' AND doc_create_date IS NOT NULL";
+        const auto row = [](const char* name, qint16 kind, const char* box, const char* check) {
+            QTest::newRow(name) << int(kind) << box << QString::fromUtf8(check);
+        };
+        row("account", page::AccountDetail, "txt_subject",
+            "SELECT count(*) FROM accounts WHERE acc_name='新单位' AND acc_create_date IS NOT NULL "
+            "AND acc_tag='重点客户'");
+        row("opportunity", page::OpportunityDetail, "txt_opportunity",
+            "SELECT count(*) FROM opportunities WHERE opp_subject='新单位' AND "
+            "opp_succeed_probability=80 AND opp_create_date IS NOT NULL");
+        row("document", page::DocumentDetail, "txt_name",
+            "SELECT count(*) FROM documents WHERE doc_name='新单位' AND doc_tag='重点客户' AND "
+            "doc_create_date IS NOT NULL");
     }
+
     void otherPagesStoreANewRecord() {
         QFETCH(int, kind);
         QFETCH(QString, nameBox);
@@ -410,42 +384,31 @@ private slots:
         }
     }
 
-    void savedNewRecordIsWhereBackReturns() {
-        main_ = testsupport::quietMain(dialogs_);
+    // A new record from the list's button is an ordinary record after its
+    // first save: the list's current row, where back returns, saved in place.
+    void newRecordIsOrdinaryAfterItsFirstSave() {
+        main_ = quietMain(dialogs_);
         QVERIFY(main_->OpenPage(page::ContactList));
-        click(*main_->currentPage(), "cmd_add");
+        auto* list = qobject_cast<lists::FormList*>(main_->currentPage());
+        click(*list, "cmd_add");
         auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
-        QVERIFY(page);
         QCOMPARE(page->recordId(), 0);
         child<QLineEdit>(*page, "txt_name")->setText(QStringLiteral("赵敏"));
         QVERIFY(page->save());
-        QCOMPARE(main_->history().c_RecordID(), page->recordId());
-        QCOMPARE(main_->history().c_StrCondition(),
-                 QStringLiteral("WHERE con_id=%1").arg(page->recordId()));
-    }
-
-    // In the main window the page's related panel follows the record shown,
-    // and a related record opens its own page, whose panel leads back.
-    void relatedPanelFollowsThePage() {
-        run(QStringLiteral("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (3, 1)"));
-        main_ = testsupport::quietMain(dialogs_);
-        QVERIFY(main_->OpenPage(page::ContactDetail, QStringLiteral("WHERE con_id=1"), 1));
-        auto related = [this] {
-            return main_->currentPage()->findChild<FormRelated*>(
-                QStringLiteral("form_con_related"));
-        };
-        QVERIFY(related());
-        auto* tabs = child<QTabWidget>(*related(), "tab_related");
-        QVERIFY(tabs->tabText(0).endsWith(QStringLiteral("(1)")));
-        auto* grid = child<QTableView>(*related(), "dgrid_con");
-        QCOMPARE(grid->model()->rowCount(), 1);
-        emit grid->doubleClicked(grid->model()->index(0, 1));
-        auto* page = qobject_cast<FormConDetail*>(main_->currentPage());
-        QVERIFY(page);
-        QCOMPARE(page->recordId(), 3);
-        grid = child<QTableView>(*related(), "dgrid_con");
-        QCOMPARE(grid->model()->rowCount(), 1);
-        QCOMPARE(grid->model()->index(0, 1).data().toString(), QStringLiteral("王伟"));
+        const int id = page->recordId();
+        QVERIFY(id > 3);
+        QCOMPARE(firstValue(
+                     QStringLiteral("SELECT con_create_date FROM contacts WHERE con_id=%1").arg(id))
+                     .toDateTime(),
+                 at(2024, 5, 20));
+        QCOMPARE(list->currentId(), qint64(id));
+        QCOMPARE(page->positionText(), QStringLiteral("No. %1/4").arg(list->currentRow() + 1));
+        QCOMPARE(main_->history().c_RecordID(), id);
+        QCOMPARE(main_->history().c_StrCondition(), QStringLiteral("WHERE con_id=%1").arg(id));
+        child<QLineEdit>(*page, "txt_jobtitle")->setText(QStringLiteral("经理"));
+        QVERIFY(page->save());
+        QCOMPARE(page->recordId(), id);
+        QCOMPARE(count("SELECT count(*) FROM contacts"), 4);
     }
 
 private:

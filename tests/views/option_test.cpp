@@ -11,9 +11,7 @@
 #include "views/options/optionwidgets.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 
@@ -43,17 +41,140 @@ QStringList items(const QListWidget& list) {
 
 }  // namespace
 
-class OptionTest : public tarvel::testsupport::ScreenFixture {
+class OptionTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() { begin(); }
     void cleanup() { end(); }
 
-    void combosAndListsKeepTheirText();
-    void editorAddSaveDeleteExitRefreshesTheCombo();
-    void editorKeepsProbabilityOrderInTheCombo();
-    void lastDeletionDisablesTheTextBox();
-    void refusedWritesSaySoAndKeepTheText();
+    void combosAndListsKeepTheirText() {
+        QComboBox combo;
+        combo.setEditable(true);
+        combo.setEditText(QStringLiteral("自己写的"));
+        FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("title"));
+        QCOMPARE(items(combo), stored("con", "title"));
+        FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("nothing"));  // only cleared
+        QCOMPARE(combo.count(), 0);
+        QCOMPARE(combo.currentText(), QStringLiteral("自己写的"));
+
+        // A fixed combo can only show an entry of its list.
+        QComboBox fixed;
+        FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("time_format"));
+        fixed.setCurrentText(QStringLiteral("09:30"));
+        FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("cycle_type"));
+        QCOMPARE(fixed.currentIndex(), -1);
+        fixed.setCurrentIndex(3);
+        FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("cycle_type"));
+        QCOMPARE(fixed.currentText(), QStringLiteral("每年"));
+
+        QListWidget list;
+        FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
+        const QStringList tags = items(list);
+        list.setCurrentRow(tags.indexOf(QStringLiteral("朋友")));
+        FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
+        QCOMPARE(list.currentRow(), tags.indexOf(QStringLiteral("朋友")));
+
+        // An unreadable list leaves the control as it was.
+        run("DROP TABLE options");
+        FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
+        QCOMPARE(items(list), tags);
+    }
+
+    void editorAddSaveDeleteExitRefreshesTheCombo() {
+        QComboBox combo;
+        combo.setEditable(true);
+        FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("title"));
+        combo.setEditText(QStringLiteral("先生"));
+        auto form = editor("combobox", &combo, "con", "title");
+        const QStringList before = stored("con", "title");
+        QCOMPARE(text_->text(), before.first());
+
+        click(*form, "cmd_add");  // a quote is stored as typed
+        QTest::keyClicks(text_, QStringLiteral("O'Brien"));
+        click(*form, "cmd_save");
+        QVERIFY(stored("con", "title").contains(QStringLiteral("O'Brien")));
+        click(*form, "cmd_add");  // blank text saves nothing; deleting while adding only clears
+        text_->setText(QStringLiteral("   "));
+        click(*form, "cmd_save");
+        text_->setText(QStringLiteral("不要"));
+        click(*form, "cmd_delete");
+        QVERIFY(text_->text().isEmpty());
+        QCOMPARE(stored("con", "title").size(), before.size() + 1);
+
+        pick(before.indexOf(QStringLiteral("博士")));  // saving renames the picked entry
+        text_->setText(QStringLiteral("博士后"));
+        click(*form, "cmd_save");
+        const int professor = before.indexOf(QStringLiteral("教授"));
+        const QString next = grid_->model()->index(professor + 1, 1).data().toString();
+        pick(professor);
+        click(*form, "cmd_delete");  // the next entry is shown
+        QCOMPARE(text_->text(), next);
+        QStringList now = before;
+        now.removeAll(QStringLiteral("教授"));
+        now.replace(now.indexOf(QStringLiteral("博士")), QStringLiteral("博士后"));
+        now << QStringLiteral("O'Brien");
+        now.sort();
+        QCOMPARE(stored("con", "title"), now);
+
+        QVERIFY(items(combo).contains(QStringLiteral("教授")));  // until the editor is left
+        click(*form, "cmd_exit");
+        QCOMPARE(items(combo), now);
+        QCOMPARE(combo.currentText(), QStringLiteral("先生"));
+    }
+
+    void editorKeepsProbabilityOrderInTheCombo() {
+        QComboBox combo;
+        FillOptionCombo(&combo, QStringLiteral("opp"), QStringLiteral("Probability"));
+        const QStringList before = items(combo);
+        auto form = editor("combobox", &combo, "opp", "Probability");
+        click(*form, "cmd_add");
+        QTest::keyClicks(text_, QStringLiteral("15"));
+        click(*form, "cmd_save");
+        form->close();  // the close box refreshes the caller as well
+        // In stored order (not sorted): the entry made last comes last.
+        QCOMPARE(items(combo), before + QStringList{QStringLiteral("15%")});
+    }
+
+    void lastDeletionDisablesTheTextBox() {
+        run("INSERT INTO options (opt_object, opt_name, opt_description) VALUES "
+            "('doc', 'kind', 'b'), ('doc', 'kind', 'a')");
+        QListWidget list;
+        auto form = editor("listbox", &list, "doc", "kind");
+        pick(1);
+        click(*form, "cmd_delete");  // the last row: back to the one before
+        QCOMPARE(text_->text(), QStringLiteral("a"));
+        click(*form, "cmd_delete");
+        QVERIFY(!text_->isEnabled());
+        click(*form, "cmd_add");
+        QVERIFY(text_->isEnabled());
+        QTest::keyClicks(text_, QStringLiteral("c"));
+        click(*form, "cmd_save");
+        click(*form, "cmd_exit");
+        QCOMPARE(items(list), QStringList{"c"});
+    }
+
+    void refusedWritesSaySoAndKeepTheText() {
+        QComboBox combo;
+        auto form = editor("combobox", &combo, "con", "title");
+        form->setDialogs(dialogs_);
+        const QStringList before = stored("con", "title");
+        {
+            ReadOnlyDataFile readOnly;
+            pick(0);
+            click(*form, "cmd_delete");
+            click(*form, "cmd_add");
+            typeText(text_, QStringLiteral("院士"));
+            click(*form, "cmd_save");
+            QCOMPARE(text_->text(), QStringLiteral("院士"));  // still there for another try
+            QCOMPARE(form->editState(), int(FormOption::Adding));
+        }
+        QCOMPARE(dialogs_->shown.size(), 2);
+        for (const auto& shown : dialogs_->shown)
+            QVERIFY2(shown.text.contains(QStringLiteral("选项没有保存成功")) &&
+                         shown.text.contains(QDir::toNativeSeparators(file_->path())),
+                     qPrintable(shown.text));
+        QCOMPARE(stored("con", "title"), before);
+    }
 
 private:
     // An editor over (object, name) for `control`, loaded and shown.
@@ -71,146 +192,12 @@ private:
         grid_ = child<QTableView>(*form, "dg_listall");
         return form;
     }
+
     void pick(int row) { grid_->setCurrentIndex(grid_->model()->index(row, 1)); }
 
     QLineEdit* text_ = nullptr;
     QTableView* grid_ = nullptr;
 };
-
-void OptionTest::combosAndListsKeepTheirText() {
-    QComboBox combo;
-    combo.setEditable(true);
-    combo.setEditText(QStringLiteral("自己写的"));
-    FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("title"));
-    QCOMPARE(items(combo), stored("con", "title"));
-    FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("nothing"));  // only cleared
-    QCOMPARE(combo.count(), 0);
-    QCOMPARE(combo.currentText(), QStringLiteral("自己写的"));
-
-    // A fixed combo can only show an entry of its list.
-    QComboBox fixed;
-    FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("time_format"));
-    fixed.setCurrentText(QStringLiteral("09:30"));
-    FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("cycle_type"));
-    QCOMPARE(fixed.currentIndex(), -1);
-    fixed.setCurrentIndex(3);
-    FillOptionCombo(&fixed, QStringLiteral("sch"), QStringLiteral("cycle_type"));
-    QCOMPARE(fixed.currentText(), QStringLiteral("每年"));
-
-    QListWidget list;
-    FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
-    list.setCurrentRow(items(list).indexOf(QStringLiteral("朋友")));
-    run(
-        QStringLiteral("INSERT INTO options (opt_object, opt_name, opt_description) VALUES "
-                       "('con', 'tag', '  AAA  ')"));
-    FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
-    QCOMPARE(list.item(0)->text(), QStringLiteral("AAA"));  // trimmed, sorted first
-    QCOMPARE(list.currentItem()->text(), QStringLiteral("朋友"));
-
-    // An unreadable list leaves the control as it was.
-    run(QStringLiteral("DROP TABLE options"));
-    FillOptionList(&list, QStringLiteral("con"), QStringLiteral("tag"));
-    QCOMPARE(list.count(), 10);
-}
-
-void OptionTest::editorAddSaveDeleteExitRefreshesTheCombo() {
-    QComboBox combo;
-    combo.setEditable(true);
-    FillOptionCombo(&combo, QStringLiteral("con"), QStringLiteral("title"));
-    combo.setEditText(QStringLiteral("先生"));
-    auto form = editor("combobox", &combo, "con", "title");
-    const QStringList before = stored("con", "title");
-    QCOMPARE(text_->text(), before.first());
-
-    click(*form, "cmd_add");  // a quote is stored as typed
-    QTest::keyClicks(text_, QStringLiteral("O'Brien"));
-    click(*form, "cmd_save");
-    QVERIFY(stored("con", "title").contains(QStringLiteral("O'Brien")));
-    click(*form, "cmd_add");  // blank text saves nothing; deleting while adding only clears
-    text_->setText(QStringLiteral("   "));
-    click(*form, "cmd_save");
-    text_->setText(QStringLiteral("不要"));
-    click(*form, "cmd_delete");
-    QVERIFY(text_->text().isEmpty());
-    QCOMPARE(stored("con", "title").size(), before.size() + 1);
-
-    pick(before.indexOf(QStringLiteral("博士")));  // saving renames the picked entry
-    text_->setText(QStringLiteral("博士后"));
-    click(*form, "cmd_save");
-    const int professor = before.indexOf(QStringLiteral("教授"));
-    const QString next = grid_->model()->index(professor + 1, 1).data().toString();
-    pick(professor);
-    click(*form, "cmd_delete");  // the next entry is shown
-    QCOMPARE(text_->text(), next);
-    QStringList now = before;
-    now.removeAll(QStringLiteral("教授"));
-    now.replace(now.indexOf(QStringLiteral("博士")), QStringLiteral("博士后"));
-    now << QStringLiteral("O'Brien");
-    now.sort();
-    QCOMPARE(stored("con", "title"), now);
-
-    QVERIFY(items(combo).contains(QStringLiteral("教授")));  // until the editor is left
-    click(*form, "cmd_exit");
-    QCOMPARE(items(combo), now);
-    QCOMPARE(combo.currentText(), QStringLiteral("先生"));
-}
-
-void OptionTest::editorKeepsProbabilityOrderInTheCombo() {
-    QComboBox combo;
-    FillOptionCombo(&combo, QStringLiteral("opp"), QStringLiteral("Probability"));
-    QCOMPARE(combo.count(), 11);
-    auto form = editor("combobox", &combo, "opp", "Probability");
-    click(*form, "cmd_add");
-    QTest::keyClicks(text_, QStringLiteral("15"));
-    click(*form, "cmd_save");
-    form->close();  // the close box refreshes the caller as well
-    QCOMPARE(combo.count(), 12);
-    QCOMPARE(combo.itemText(0), QStringLiteral("0%"));
-    QCOMPARE(combo.itemText(10), QStringLiteral("100%"));
-    QCOMPARE(combo.itemText(11), QStringLiteral("15%"));  // stored order: entered last
-}
-
-void OptionTest::lastDeletionDisablesTheTextBox() {
-    run(
-        QStringLiteral("INSERT INTO options (opt_object, opt_name, opt_description) VALUES "
-                       "('doc', 'kind', 'b'), ('doc', 'kind', 'a')"));
-    QListWidget list;
-    auto form = editor("listbox", &list, "doc", "kind");
-    pick(1);
-    click(*form, "cmd_delete");  // the last row: back to the one before
-    QCOMPARE(text_->text(), QStringLiteral("a"));
-    click(*form, "cmd_delete");
-    QVERIFY(!text_->isEnabled());
-    click(*form, "cmd_add");
-    QVERIFY(text_->isEnabled());
-    QTest::keyClicks(text_, QStringLiteral("c"));
-    click(*form, "cmd_save");
-    click(*form, "cmd_exit");
-    QCOMPARE(items(list), QStringList{"c"});
-}
-
-void OptionTest::refusedWritesSaySoAndKeepTheText() {
-    QComboBox combo;
-    auto form = editor("combobox", &combo, "con", "title");
-    form->setDialogs(dialogs_);
-    const QStringList before = stored("con", "title");
-    {
-        tarvel::testsupport::ReadOnlyDataFile readOnly;
-        pick(0);
-        click(*form, "cmd_delete");
-        click(*form, "cmd_add");
-        tarvel::testsupport::typeText(text_, QStringLiteral("院士"));
-        click(*form, "cmd_save");
-        QCOMPARE(text_->text(), QStringLiteral("院士"));  // still there for another try
-        QCOMPARE(form->editState(), int(FormOption::Adding));
-    }
-    QCOMPARE(dialogs_->shown.size(), 2);
-    for (const auto& shown : dialogs_->shown)
-        QVERIFY2(shown.text.contains(QStringLiteral("选项没有保存成功")) &&
-                     shown.text.contains(QDir::toNativeSeparators(file_->path())),
-                 qPrintable(shown.text));
-    QCOMPARE(stored("con", "title"), before);
-}
 
 QTEST_MAIN(OptionTest)
 #include "option_test.moc"

@@ -11,12 +11,9 @@
 #include "views/schedule/formschstat.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::indexed;
-using tarvel::testsupport::ScriptedDialogs;
+using namespace tarvel::testsupport;
 
-class StatTest : public tarvel::testsupport::ScreenFixture {
+class StatTest : public ScreenFixture {
     Q_OBJECT
 private slots:
     void init() {
@@ -29,12 +26,50 @@ private slots:
         });
         page_->show();
     }
+
     void cleanup() {
         page_.reset();
         end();
     }
 
-    void periodOfThirtyDaysIsQuietAndThirtyOneWarns();
+    void periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
+        select(3, QDate(2024, 4, 1), QDate(2024, 5, 1));  // 30 days
+        QVERIFY(dialogs_->shown.isEmpty());
+        QCOMPARE(opened_, QStringList{"22 WHERE con_create_date <= #2024-05-01#  AND "
+                                      "con_create_date>=#2024-04-01#"});
+
+        select(6, QDate(2024, 3, 31), QDate(2024, 5, 1));  // 31 days: a warning, then the list
+        QCOMPARE(dialogs_->shown.size(), 1);
+        QCOMPARE(dialogs_->shown[0].kind, QStringLiteral("warning"));
+        QCOMPARE(dialogs_->shown[0].text,
+                 QStringLiteral("您设置的日期间隔比较长,查询统计的时间会比较长"));
+        QCOMPARE(opened_.size(), 2);
+        QVERIFY(opened_[1].startsWith(QStringLiteral("40 ")));
+
+        select(12, QDate(2024, 5, 2), QDate(2024, 5, 1));  // reversed: refused, nothing opens
+        QCOMPARE(dialogs_->shown.size(), 2);
+        QCOMPARE(dialogs_->shown[1].kind, QStringLiteral("info"));
+        QCOMPARE(dialogs_->shown[1].text,
+                 QStringLiteral("第二个日期小于第一个日期,请重新设置日期间隔"));
+        QCOMPARE(opened_.size(), 2);
+
+        // Not contacted for the days typed: the period plays no part.
+        QTest::keyClicks(child<QLineEdit>(*page_, "txt_overdays"), "0");  // 150 days
+        indexed<QPushButton>(*page_, "lbl_Selection", 1)->click();
+        QCOMPARE(opened_.last(),
+                 QStringLiteral("12 WHERE acc_recent_contact_date <= #2023-12-22#"));
+        QCOMPARE(dialogs_->shown.size(), 2);
+
+        // The field holds four digits at most; an empty one is refused and nothing opens.
+        auto* days = child<QLineEdit>(*page_, "txt_overdays");
+        days->clear();
+        QTest::keyClicks(days, "999999");
+        QCOMPARE(days->text(), QStringLiteral("9999"));
+        days->clear();
+        indexed<QPushButton>(*page_, "lbl_Selection", 0)->click();
+        QCOMPARE(dialogs_->shown.size(), 3);
+        QCOMPARE(opened_.size(), 3);
+    }
 
 private:
     void select(int index, const QDate& from, const QDate& to) {
@@ -46,44 +81,6 @@ private:
     std::unique_ptr<FormSchStat> page_;
     QStringList opened_;
 };
-
-void StatTest::periodOfThirtyDaysIsQuietAndThirtyOneWarns() {
-    select(3, QDate(2024, 4, 1), QDate(2024, 5, 1));  // 30 days
-    QVERIFY(dialogs_->shown.isEmpty());
-    QCOMPARE(opened_, QStringList{"22 WHERE con_create_date <= #2024-05-01#  AND "
-                                  "con_create_date>=#2024-04-01#"});
-
-    select(6, QDate(2024, 3, 31), QDate(2024, 5, 1));  // 31 days: a warning, then the list
-    QCOMPARE(dialogs_->shown.size(), 1);
-    QCOMPARE(dialogs_->shown[0].kind, QStringLiteral("warning"));
-    QCOMPARE(dialogs_->shown[0].text,
-             QStringLiteral("您设置的日期间隔比较长,查询统计的时间会比较长"));
-    QCOMPARE(opened_.size(), 2);
-    QVERIFY(opened_[1].startsWith(QStringLiteral("40 ")));
-
-    select(12, QDate(2024, 5, 2), QDate(2024, 5, 1));  // reversed: refused, nothing opens
-    QCOMPARE(dialogs_->shown.size(), 2);
-    QCOMPARE(dialogs_->shown[1].kind, QStringLiteral("info"));
-    QCOMPARE(dialogs_->shown[1].text,
-             QStringLiteral("第二个日期小于第一个日期,请重新设置日期间隔"));
-    QCOMPARE(opened_.size(), 2);
-
-    // Not contacted for the days typed: the period plays no part.
-    QTest::keyClicks(child<QLineEdit>(*page_, "txt_overdays"), "0");  // 150 days
-    indexed<QPushButton>(*page_, "lbl_Selection", 1)->click();
-    QCOMPARE(opened_.last(), QStringLiteral("12 WHERE acc_recent_contact_date <= #2023-12-22#"));
-    QCOMPARE(dialogs_->shown.size(), 2);
-
-    // The field holds four digits at most; an empty one is refused and nothing opens.
-    auto* days = child<QLineEdit>(*page_, "txt_overdays");
-    days->clear();
-    QTest::keyClicks(days, "999999");
-    QCOMPARE(days->text(), QStringLiteral("9999"));
-    days->clear();
-    indexed<QPushButton>(*page_, "lbl_Selection", 0)->click();
-    QCOMPARE(dialogs_->shown.size(), 3);
-    QCOMPARE(opened_.size(), 3);
-}
 
 QTEST_MAIN(StatTest)
 #include "stat_test.moc"
