@@ -1,6 +1,7 @@
 // Ctrl+Z and the status bar's 撤销 in the main window, and the question a
 // detail page or the task page asks before overwriting a record changed
 // behind it (through a second connection to the data file).
+#include <QAction>
 #include <QLineEdit>
 #include <QStatusBar>
 #include <QTableView>
@@ -115,6 +116,9 @@ private slots:
         QTRY_COMPARE(QApplication::focusWidget(), search);
         testsupport::typeText(search, QStringLiteral("王"));
         pressCtrlZ(search);  // undoes the typing there
+        QCOMPARE(search->text(), QString());
+        testsupport::typeText(search, QStringLiteral("王"));
+        child<QAction>(*main_, "act_undo")->trigger();  // should the window get the key first
         QCOMPARE(search->text(), QString());
         QCOMPARE(testsupport::changedSince(deleted), QStringList());
         child<QWidget>(*list, "dg_listall")->setFocus();
