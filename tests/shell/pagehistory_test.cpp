@@ -72,19 +72,9 @@ TEST_F(History, TheTwentyFirstVisitDropsTheOldest) {
     EXPECT_EQ(h.c_RelatedPage(), 30);
 }
 
-TEST_F(History, AVisitAfterGoingBackAppendsAndKeepsTheSkippedEntries) {
-    add(22);
-    add(12);
-    add(3);
-    h.MovePrevious();
-    h.MovePrevious();
-    add(40);
-    EXPECT_EQ(h.aRelatedPage(), (QVector<qint16>{1, 22, 12, 3, 40}));
-    EXPECT_EQ(h.ListIndex(), 4);
-    expectConsistent();
-}
-
-TEST_F(History, UpdateAltersOnlyTheCurrentEntry) {
+// Update rewrites the entry gone back to; a visit from there appends after
+// the entries skipped over rather than dropping them.
+TEST_F(History, UpdateAltersTheCurrentEntryAndAVisitAfterGoingBackAppends) {
     add(22);
     add(12);
     add(3);
@@ -100,4 +90,9 @@ TEST_F(History, UpdateAltersOnlyTheCurrentEntry) {
     h.MoveNext();
     h.MovePrevious();
     EXPECT_EQ(h.c_StrCondition(), QStringLiteral("WHERE acc_name LIKE '%x%'"));
+    h.MovePrevious();
+    add(40);
+    EXPECT_EQ(h.aRelatedPage(), (QVector<qint16>{1, 22, 12, 3, 40}));
+    EXPECT_EQ(h.ListIndex(), 4);
+    expectConsistent();
 }

@@ -24,15 +24,14 @@ class DetailFitTest : public tarvel::testsupport::ScreenFixture {
 private slots:
     void init() {
         begin(QDateTime(QDate(2024, 5, 20), QTime(10, 0)));
-        run(QStringLiteral("INSERT INTO accounts (acc_name, acc_address) VALUES "
-                           "('北京华信科技有限公司', '北京市海淀区中关村大街27号')"));
-        run(QStringLiteral(
-            "INSERT INTO contacts (con_lastname, con_nickname, con_department_title, "
+        run("INSERT INTO accounts (acc_name, acc_address) VALUES "
+            "('北京华信科技有限公司', '北京市海淀区中关村大街27号')");
+        run("INSERT INTO contacts (con_lastname, con_nickname, con_department_title, "
             "con_telephone, con_mobile, con_email, con_email2, con_address_family) VALUES "
             "('欧阳建国', '老欧', '华北区销售部经理', '010-62345678', '13812345678', "
             "'ouyang.jianguo@huaxin-tech.com.cn', 'jianguo@example.com', "
-            "'北京市朝阳区建国门外大街1号国贸公寓3单元1502室')"));
-        run(QStringLiteral("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)"));
+            "'北京市朝阳区建国门外大街1号国贸公寓3单元1502室')");
+        run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (1, 1)");
         loadProgramFieldSettings();
     }
     void cleanup() { end(); }

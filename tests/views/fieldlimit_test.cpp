@@ -107,11 +107,7 @@ private slots:
         const struct {
             const char* box;
             int limit;
-        } boxes[] = {{"txt_con_name", 50},
-                     {"txt_con_account", 50},
-                     {"txt_con_accaddr", 255},
-                     {"txt_con_part", 50},
-                     {"txt_con_title", 50}};
+        } boxes[] = {{"txt_con_name", 50}, {"txt_con_account", 50}, {"txt_con_accaddr", 255}};
         for (const auto& b : boxes) {
             auto* box = child<QLineEdit>(parent, b.box);
             QCOMPARE(FieldLimit::limitOf(box), b.limit);

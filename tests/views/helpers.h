@@ -93,21 +93,18 @@ public:
 // none left) is a cancelled dialog. Records the captions it was opened with.
 class ScriptedFileDialogs : public FileDialogs {
 public:
-    QString getOpenFileName(const QString& caption, const QString& directory,
-                            const QString&) override {
-        return next(caption, directory);
+    QString getOpenFileName(const QString& caption, const QString&, const QString&) override {
+        return next(caption);
     }
-    QString getSaveFileName(const QString& caption, const QString& proposed,
-                            const QString&) override {
-        return next(caption, proposed);
+    QString getSaveFileName(const QString& caption, const QString&, const QString&) override {
+        return next(caption);
     }
     QStringList names;
-    QStringList captions, offered;
+    QStringList captions;
 
 private:
-    QString next(const QString& caption, const QString& start) {
+    QString next(const QString& caption) {
         captions << caption;
-        offered << start;
         return names.isEmpty() ? QString() : names.takeFirst();
     }
 };

@@ -7,8 +7,9 @@
 
 namespace tarvel::testsupport {
 
-inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Messages> dialogs) {
-    MainWindowOptions o;
+// `o` carries what a test sets besides, such as the undo offer's timer.
+inline std::unique_ptr<TarvelMain> quietMain(std::shared_ptr<Messages> dialogs,
+                                             MainWindowOptions o = {}) {
     o.trayAvailable = [] { return false; };
     o.checkForUpdate = false;
     o.dialogs = std::move(dialogs);
