@@ -324,7 +324,7 @@ TEST_F(Custom, SettingsAndUserProfile) {
     ASSERT_TRUE(p.save());
     const UserProfile back = UserProfile::load();
     EXPECT_EQ(QStringList({back.name, back.account, back.title, back.email}),
-              QStringList({"王小明", "O'Reilly 公司", "经理", "wang@example.com"}));
+              QStringList({p.name, p.account, p.title, p.email}));
     r.GetValue("personal", "user_email");
     EXPECT_EQ(row(r), "电子邮件|1|wang@example.com|用户的电子邮件地址，用来识别报告文件的发送人");
 }

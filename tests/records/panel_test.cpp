@@ -84,10 +84,7 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
     run("INSERT INTO opportunities_tasks (opp_id, tas_id) VALUES (21, 6)");
     run("INSERT INTO opportunities_documents (opp_id, doc_id) VALUES (21, 9), (20, 8)");
     run("INSERT INTO tasks_documents (tas_id, doc_id) VALUES (6, 9)");
-    const char* const panels[] = {panel::formName(kind::Opportunity),
-                                  panel::formName(kind::Account), panel::formName(kind::Contact),
-                                  panel::formName(kind::Task), panel::formName(kind::Document)};
-    const int records[] = {20, 10, 1, 6, 9};
+    const int records[] = {20, 10, 1, 6, 9};  // on the panels of each kind, in kind order
     const struct {
         bool (*setQuery)(Form*, DataControl*, int);
         const char* kind;  // names the grid dgrid_<kind> and the key <kind>_id
@@ -100,9 +97,10 @@ TEST_F(Panels, SetQueryListsTheRecordsRelatedToThePanelsRecord) {
                  {&setQuery<document>, "doc", "8|9|9|9|-"}};
     for (const auto& list : grids) {
         for (int p = 0; p < 5; ++p) {
-            SCOPED_TRACE(std::string(panels[p]) + " " + list.kind);
+            const char* name = panel::formName(qint16(kind::Opportunity + p));
+            SCOPED_TRACE(std::string(name) + " " + list.kind);
             const QString expected = QString::fromLatin1(list.keys).section(QLatin1Char('|'), p, p);
-            RecordingForm f(QLatin1String(panels[p]));
+            RecordingForm f{QLatin1String(name)};
             DataControl g;
             const QStringList statements =
                 traced([&] { ASSERT_TRUE(list.setQuery(&f, &g, records[p])); });
