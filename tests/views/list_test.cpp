@@ -435,10 +435,9 @@ private slots:
         QVERIFY(second.last().startsWith(QStringLiteral("刘二（")));
         QCOMPARE(second.size(), 3);  // address, account, name: no postcode was generated
         // A sheet holds 14; 15 labels take two pages.
-        QTemporaryDir dir;
-        QPdfWriter pdf(dir.filePath(QStringLiteral("labels.pdf")));
+        QPdfWriter pdf(dir_.filePath(QStringLiteral("labels.pdf")));
         paintLabels(&pdf, QList<AddressLabel>(15, shown[0]));
-        QFile file(dir.filePath(QStringLiteral("labels.pdf")));
+        QFile file(dir_.filePath(QStringLiteral("labels.pdf")));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll().count("/Type /Page\n"), 2);
     }
@@ -525,11 +524,10 @@ private:
     }
 
     void tick(const QList<qint64>& ids) {
-        for (qint64 id : ids)
-            for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
-                if (form_->gridModel()->idAt(r) == id)
-                    QVERIFY(form_->gridModel()->setData(form_->gridModel()->index(r, 0),
-                                                        Qt::Checked, Qt::CheckStateRole));
+        for (int r = 0; r < form_->gridModel()->rowCount(); ++r)
+            if (ids.contains(form_->gridModel()->idAt(r)))
+                QVERIFY(form_->gridModel()->setData(form_->gridModel()->index(r, 0), Qt::Checked,
+                                                    Qt::CheckStateRole));
     }
 
     // The grid column captioned so; the test stops when there is none.
