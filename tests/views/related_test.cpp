@@ -46,12 +46,11 @@ class RelatedPanelTest : public ScreenFixture {
 private slots:
     void init() {
         begin(at(2024, 5, 1, 10, 0));
-        run("INSERT INTO accounts (acc_id, acc_name, acc_address) VALUES (10, '华信', "
-            "'人民路1号'), "
-            "(11, '东方贸易', NULL), (12, '南方建材', NULL)");
-        run("INSERT INTO contacts (con_id, con_lastname, con_description) VALUES (1, '张三', "
-            "'老客户'), (2, '李四', NULL), (3, '王五', NULL), (4, '赵六', NULL), (5, '钱七', "
-            "NULL)");
+        run("INSERT INTO accounts (acc_id, acc_name, acc_address) VALUES "
+            "(10, '华信', '人民路1号'), (11, '东方贸易', NULL), (12, '南方建材', NULL)");
+        run("INSERT INTO contacts (con_id, con_lastname, con_description) VALUES "
+            "(1, '张三', '老客户'), (2, '李四', NULL), (3, '王五', NULL), (4, '赵六', NULL), "
+            "(5, '钱七', NULL)");
         run("INSERT INTO accounts_contacts (acc_id, con_id) VALUES (10, 1), (11, 2), (12, 3)");
     }
 
@@ -68,13 +67,10 @@ private slots:
         open(kind::Contact, 1);
         QCOMPARE(gridKeys(grid("dgrid_con")), (QList<int>{2, 3}));
         // Nor is the contact offered when searching its name box.
-        auto* name = child<QLineEdit>(*panel_, "txt_con_name");
-        name->setText(QStringLiteral("张"));
-        emit name->textEdited(name->text());
+        search("txt_con_name", QStringLiteral("张"));
         QTest::qWait(400);  // the pause after typing
         QCOMPARE(child<QListWidget>(*panel_, "lst_contacts")->count(), 0);
-        name->setText(QStringLiteral("李"));
-        emit name->textEdited(name->text());
+        search("txt_con_name", QStringLiteral("李"));
         QTRY_COMPARE(child<QListWidget>(*panel_, "lst_contacts")->count(), 1);
         QCOMPARE(child<QListWidget>(*panel_, "lst_contacts")->item(0)->text(),
                  QStringLiteral("李四 - 东方贸易"));
@@ -111,9 +107,8 @@ private slots:
         QFETCH(int, id);
         QFETCH(QString, captions);
         run("INSERT INTO opportunities (opp_id, opp_subject) VALUES (20, '机房改造')");
-        run("INSERT INTO tasks (tas_id, tas_subject, tas_date) VALUES (40, '拜访', #2024-5-2#), "
-            "(41, "
-            "'回访', #2024-5-3#)");
+        run("INSERT INTO tasks (tas_id, tas_subject, tas_date) VALUES "
+            "(40, '拜访', #2024-5-2#), (41, '回访', #2024-5-3#)");
         run("INSERT INTO documents (doc_id, doc_name) VALUES (30, '合同.pdf')");
         run("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (1, 2), (3, 1)");
         run("INSERT INTO opportunities_contacts (opp_id, con_id) VALUES (20, 1), (20, 2)");
@@ -248,9 +243,7 @@ private slots:
         run("INSERT INTO contacts_contacts (con_id1, con_id2) VALUES (5, 2)");
         open(kind::Contact, 5);
         choose("dgrid_con", 2);
-        auto* box = child<QLineEdit>(*panel_, "txt_con_account");
-        box->setText(QStringLiteral("南方"));
-        emit box->textEdited(box->text());
+        QLineEdit* box = search("txt_con_account", QStringLiteral("南方"));
         auto* found = child<QListWidget>(*panel_, "lst_accounts");
         QTRY_COMPARE(found->count(), 1);
         emit found->itemClicked(found->item(0));
@@ -438,8 +431,14 @@ private:
     }
 
     void type(const char* box, const QString& text) {
+        child<QLineEdit>(*panel_, box)->setText(text);
+    }
+    // Typed as by the user, so the box's search runs after its pause.
+    QLineEdit* search(const char* box, const QString& text) {
         auto* edit = child<QLineEdit>(*panel_, box);
         edit->setText(text);
+        emit edit->textEdited(text);
+        return edit;
     }
 
     QString tabText(const char* page) {
