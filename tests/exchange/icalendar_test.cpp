@@ -97,10 +97,8 @@ QByteArray eventOf(const RuleCase& c) {
 class ICalendarImportTest : public ExchangeFixture {
 protected:
     QString write(const QString& name, const QByteArray& bytes) {
-        const QString path = inFolder(name);
-        QFile f(path);
-        EXPECT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
-        return path;
+        writeBytes(inFolder(name), bytes);
+        return inFolder(name);
     }
     ICalendarImport import(const QString& path) {
         const ICalendarImport r = importICalendarFile(path);
@@ -170,8 +168,7 @@ TEST_F(ICalendarImportTest, ASecondImportAddsNothingAndAChangedEventIsUpdated) {
     QByteArray changed = first;
     changed.replace("SUMMARY:moved\nRECURRENCE-ID", "SUMMARY:moved later\nRECURRENCE-ID");
     const ICalendarImport third = import(write(QStringLiteral("again.ics"), changed));
-    EXPECT_EQ(third.tally.added, 0);
-    EXPECT_EQ(third.tally.updated, 1);
+    EXPECT_EQ(std::pair(third.tally.added, third.tally.updated), std::pair(0, 1));
     EXPECT_EQ(count("SELECT COUNT(*) FROM tasks WHERE tas_subject='moved later'"), 1);
 }
 

@@ -248,9 +248,7 @@ TEST(MergeChoice, FilledFieldsArePreferredKeptFirst) {
         {5, {{"a", "丙"}, {"b", "y"}, {"c", "z"}, {"d", "1991-01-01 00:00:00"}, {"e", ""}}},
     };
     const QHash<QString, qint64> choice = defaultChoice({"a", "b", "c", "d", "e"}, records);
-    EXPECT_EQ(choice.value("a"), 7);  // the kept one's own value
-    EXPECT_EQ(choice.value("b"), 3);  // the first filled other, in the order given
-    EXPECT_EQ(choice.value("c"), 5);
-    EXPECT_EQ(choice.value("d"), 3);  // the birthday that means none is empty
-    EXPECT_EQ(choice.value("e"), 7);  // nothing filled: the kept one
+    // a: the kept one's own value; b, c: the first filled other, in the order
+    // given; d: the birthday that means none is empty; e: nothing filled, the kept one.
+    EXPECT_EQ(choice, (QHash<QString, qint64>{{"a", 7}, {"b", 3}, {"c", 5}, {"d", 3}, {"e", 7}}));
 }
