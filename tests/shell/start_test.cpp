@@ -27,6 +27,7 @@
 using namespace tarvel;
 using tarvel::testsupport::child;
 using tarvel::testsupport::click;
+using tarvel::testsupport::run;
 using tarvel::testsupport::writeValue;
 
 namespace {
@@ -168,20 +169,17 @@ private slots:
             AutoBackupHook hook(dialogs_);
             hook.atStart();  // the day's backup is there
             QVERIFY(!hook.runner().isRunning());
-            tarvel::testsupport::run("INSERT INTO contacts (con_lastname) VALUES ('张三')");
+            run("INSERT INTO contacts (con_lastname) VALUES ('张三')");
             closeAllHandles();
             hook.atClose();
             // The closing backup takes the place of the morning's: one a day.
-            const auto entries = exchange::listAutoBackups(folder);
-            QCOMPARE(entries.size(), 1);
-            QCOMPARE(entries[0].made.time(), QTime(9, 1));
+            QCOMPARE(count(), 1);
+            QCOMPARE(exchange::listAutoBackups(folder)[0].made.time(), QTime(9, 1));
         }
         QVERIFY(dialogs_->shown.isEmpty());
         // A folder that cannot be made: the user is told.
-        tarvel::testsupport::run(
-            QString(
-                "INSERT INTO setting (set_type, set_key, set_value) VALUES ('backup', 'folder', "
-                "'%1/backups')")
+        run(QString("INSERT INTO setting (set_type, set_key, set_value) VALUES ('backup', "
+                    "'folder', '%1/backups')")
                 .arg(file_->path()));
         Clock::advance(24 * 3600);
         AutoBackupHook hook(dialogs_);

@@ -42,6 +42,12 @@ QStringList keys(const QListWidget& list) {
     return out;
 }
 
+QStringList storedToolbar() {
+    AppSettings toolbar;
+    toolbar.GetToolbarIndex(0);
+    return keys(toolbar);
+}
+
 AppSetting stored(qint16 type, const QString& name) {
     AppSettings set;
     set.GetObjs(0, type);
@@ -79,9 +85,7 @@ private slots:
         QVERIFY(child<QCheckBox>(*form, "chk_acc_related_e")->isChecked());
         QVERIFY(!child<QCheckBox>(*form, "chk_doc_related_v")->isChecked());
         QVERIFY(!child<QCheckBox>(*form, "chk_doc_related_e")->isChecked());
-        AppSettings toolbar;
-        toolbar.GetToolbarIndex(0);
-        QCOMPARE(keys(*child<QListWidget>(*form, "lv_menu")), keys(toolbar));
+        QCOMPARE(keys(*child<QListWidget>(*form, "lv_menu")), storedToolbar());
         QVERIFY(previews_.isEmpty());  // loading previews nothing
 
         // Option1 picks the kind of list whose fields lv_field shows.
@@ -177,9 +181,7 @@ private slots:
         QCOMPARE(previews_.last(), shown);
         QCOMPARE(stored(1, "sepline2").ObjVisible(), qint16(-1));
         save(*form, FormAppSetting::ToolbarTab, false);
-        AppSettings toolbar;
-        toolbar.GetToolbarIndex(0);
-        QCOMPARE(keys(toolbar), keys(*menu));
+        QCOMPARE(storedToolbar(), keys(*menu));
         QCOMPARE(stored(1, "sepline2").ObjVisible(), qint16(0));
     }
 
@@ -242,20 +244,12 @@ private slots:
 
     void failedSaveSaysSoAndAsksNothing() {
         auto form = makeForm();
-        const auto saysWhichFile = [this] {
-            return dialogs_->shown.size() == 1 &&
-                   dialogs_->shown[0].kind == QLatin1String("info") &&
-                   dialogs_->shown[0].text.contains(QStringLiteral("没有保存成功")) &&
-                   dialogs_->shown[0].text.contains(QDir::toNativeSeparators(file_->path()));
-        };
         {
             tarvel::testsupport::ReadOnlyDataFile readOnly;
             edit(*form, "txt_contact")->setText(QStringLiteral("人脉"));
-            save(*form, FormAppSetting::CaptionsTab, true);
-            QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+            saveRefused(*form, FormAppSetting::CaptionsTab);
             edit(*form, "txt_user_name")->setText(QStringLiteral("王小明"));
-            save(*form, FormAppSetting::PersonalTab, true);
-            QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+            saveRefused(*form, FormAppSetting::PersonalTab);
         }
         // Nothing stored, nothing typed lost.
         QCOMPARE(stored(1, "contact").ObjDesc(), QStringLiteral("联系人"));
@@ -265,13 +259,11 @@ private slots:
         // A page written halfway is not written at all.
         run("CREATE TRIGGER refuse BEFORE UPDATE ON interface WHEN "
             "NEW.object_name = 'document' BEGIN SELECT RAISE(ABORT, 'refused'); END");
-        save(*form, FormAppSetting::CaptionsTab, true);
-        QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+        saveRefused(*form, FormAppSetting::CaptionsTab);
         QCOMPARE(stored(1, "contact").ObjDesc(), QStringLiteral("联系人"));
 
         run("DROP TABLE interface");
-        save(*form, FormAppSetting::ToolbarTab, true);
-        QVERIFY2(saysWhichFile(), qPrintable(dialogs_->lastText()));
+        saveRefused(*form, FormAppSetting::ToolbarTab);
         QCOMPARE(rebuilds_, 0);
     }
 
@@ -375,6 +367,15 @@ private:
         dialogs_->shown.clear();
         dialogs_->answers = {ok};
         tarvel::testsupport::click(form, "cmd_save");
+    }
+    // Saved after OK, the page's write fails: one notice naming the data file.
+    void saveRefused(FormAppSetting& form, int tab) {
+        save(form, tab, true);
+        const auto& shown = dialogs_->shown;
+        QVERIFY2(shown.size() == 1 && shown[0].kind == QLatin1String("info") &&
+                     shown[0].text.contains(QStringLiteral("没有保存成功")) &&
+                     shown[0].text.contains(QDir::toNativeSeparators(file_->path())),
+                 qPrintable(dialogs_->lastText()));
     }
     static QString contactTab(const FormAppSetting& form) {
         return form.SSTab1()->tabText(FormAppSetting::RelatedFirst + 2);

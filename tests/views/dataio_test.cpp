@@ -75,12 +75,14 @@ private slots:
         page_->setDialogs(dialogs_);
         page_->setPrompts(prompts_);
         page_->setFileDialogs(prompts_);
-        page_->setPageSwitch([this](qint16 code, const QString&, qint32) { opened_ << code; });
+        page_->setPageSwitch(recordOpened());
         page_->fill(PageRequest{});
         page_->show();
         run("INSERT INTO contacts (con_lastname, con_check) VALUES ('张三', true)");
+        replaced_ = std::make_unique<QSignalSpy>(page_.get(), &FormDataIO::dataReplaced);
     }
     void cleanup() {
+        replaced_.reset();
         page_.reset();
         end();
     }
@@ -107,30 +109,25 @@ private slots:
                 .arg(file_->folder()));
         QVERIFY(dialogs_->shown.isEmpty());
         const QString target = QDir(file_->folder()).filePath("b.tbk");
-        prompts_->names << target;
-        click(*page_, "Cmd_Backup");
+        pick(target, "Cmd_Backup");
         QCOMPARE(dialogs_->lastText(), QString("备份成功!"));
         QVERIFY(QFile::exists(target));
         QCOMPARE(child<QLabel>(*page_, "lbl_backupdate")->text(),
                  QString("最近备份日期：2024-5-20"));
         const qint64 size = QFileInfo(target).size();
-        prompts_->names << target;  // asked before it is overwritten: No
-        click(*page_, "Cmd_Backup");
+        pick(target, "Cmd_Backup");  // asked before it is overwritten: No
         QCOMPARE(dialogs_->lastText(), target + "已经存在,是否覆盖该文件?");
         QCOMPARE(QFileInfo(target).size(), size);
 
         run("INSERT INTO contacts (con_lastname) VALUES ('李四')");
-        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
-        prompts_->names << target;
-        click(*page_, "Cmd_Restore");
+        pick(target, "Cmd_Restore");
         QCOMPARE(dialogs_->lastText(),
                  QString("恢复成功! 恢复之前的文件已经备份到%1/tmpbackup2024-5-20-10-3.tbk")
                      .arg(file_->folder()));
-        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(replaced_->count(), 1);
         QCOMPARE(contacts(), 1);
 
-        prompts_->names << QDir(file_->folder()).filePath("tmpbackup2024-5-20-10-3.tbk.missing");
-        click(*page_, "Cmd_Restore");
+        pick(QDir(file_->folder()).filePath("tmpbackup2024-5-20-10-3.tbk.missing"), "Cmd_Restore");
         QVERIFY(dialogs_->lastText().startsWith("不能恢复该文件"));
         QCOMPARE(contacts(), 1);
     }
@@ -160,13 +157,12 @@ private slots:
 
         grid->setCurrentItem(grid->topLevelItem(1));
         click(*page_, "cmd_restore_auto");  // asked first: No
-        QVERIFY(dialogs_->lastText().contains("2024-05-19 17:45"));
+        says("2024-05-19 17:45");
         QCOMPARE(contacts(), first + 2);
-        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
         dialogs_->answers << true;
         click(*page_, "cmd_restore_auto");
         QVERIFY(dialogs_->lastText().startsWith("恢复成功! "));
-        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(replaced_->count(), 1);
         QCOMPARE(contacts(), first);
         // The list is read again after the restore and still holds both.
         QCOMPARE(child<QTreeWidget>(*page_, "lv_auto_backups")->topLevelItemCount(), 2);
@@ -184,8 +180,7 @@ private slots:
         dialogs_->shown.clear();
         prompts_->names << target;
         dialogs_->answers << false;  // keep the existing file
-        QVERIFY(!exportReportFromList(3, page_.get(), *dialogs_, *prompts_,
-                                      [this](qint16 c, const QString&, qint32) { opened_ << c; }));
+        QVERIFY(!exportReportFromList(3, page_.get(), *dialogs_, *prompts_, recordOpened()));
         QCOMPARE(prompts_->asked.last(),
                  QString("save|导出到Tarvel报表|%1/王经理2024-5-20 - "
                          "日志报告文件.tvr3|Tarvel3.0报告文件(*.tvr3)|*.tvr3")
@@ -197,8 +192,7 @@ private slots:
         dialogs_->shown.clear();
         prompts_->names << target;
         dialogs_->answers << true << false;  // overwrite; no e-mail now
-        QVERIFY(exportReportFromList(3, page_.get(), *dialogs_, *prompts_,
-                                     [this](qint16 c, const QString&, qint32) { opened_ << c; }));
+        QVERIFY(exportReportFromList(3, page_.get(), *dialogs_, *prompts_, recordOpened()));
         QCOMPARE(dialogs_->lastText(), QString("导出Tarvel报表完成,现在要发送邮件吗?"));
         QCOMPARE(opened_, QList<qint16>{page::DataExchange});
         QVERIFY(QFileInfo(target).size() > 3);
@@ -208,22 +202,19 @@ private slots:
         // A backup of this very file: everything in it is here already.
         const QString backup = QDir(file_->folder()).filePath("早先.tbk");
         QVERIFY(exchange::backupTo(backup).ok);
-        prompts_->names << backup;
-        click(*page_, "cmd_import_report");
+        pick(backup, "cmd_import_report");
         const QString asked = prompts_->asked.value(0);
         for (const char* type : {"*.tvr3", "*.tvg", "*.tbk"})
             QVERIFY2(asked.section('|', 3, 3).contains(type), qPrintable(asked));
-        QVERIFY2(dialogs_->lastText().contains("新增 0，更新 0，跳过 1"),
-                 qPrintable(dialogs_->lastText()));
+        says("新增 0，更新 0，跳过 1");
         QCOMPARE(contacts(), 1);
     }
 
     void csvImportAsksFirst() {
         const QString path =
             inFolderOf(file_->folder(), "in.csv", "姓名,手机,客户/单位名称\n王五,139,乙公司\n");
-        prompts_->names << path;
         prompts_->confirmAnswer = false;
-        click(*page_, "cmd_import_csv");
+        pick(path, "cmd_import_csv");
         QCOMPARE(prompts_->confirmed.value(0),
                  QStringList({"con_lastname", "con_mobile", "acc_name"}));
         QCOMPARE(contacts(), 1);
@@ -231,17 +222,15 @@ private slots:
 
         // The user leaves the mobile out; the next file with these captions
         // is offered the same choice.
-        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
-        prompts_->names << path << path;
         prompts_->confirmAnswer = true;
         prompts_->retargeted = {"con_lastname", "", "acc_name"};
-        click(*page_, "cmd_import_csv");
-        QVERIFY2(dialogs_->lastText().contains("新增 1"), qPrintable(dialogs_->lastText()));
+        pick(path, "cmd_import_csv");
+        says("新增 1");
         QCOMPARE(contacts(), 2);
         QCOMPARE(firstValue("SELECT COUNT(*) FROM contacts WHERE con_mobile='139'").toInt(), 0);
-        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(replaced_->count(), 1);
         prompts_->confirmAnswer = false;
-        click(*page_, "cmd_import_csv");
+        pick(path, "cmd_import_csv");
         QCOMPARE(prompts_->confirmed.value(2), QStringList({"con_lastname", "", "acc_name"}));
     }
 
@@ -273,21 +262,19 @@ private slots:
     void csvImportWithBadCellsAsksBeforeTheRest() {
         const QString path =
             inFolderOf(file_->folder(), "bad.csv", "姓名,生日\n赵一,1990-1-1\n钱二,明年\n");
-        prompts_->names << path << path;
-        click(*page_, "cmd_import_csv");  // the question is answered No
-        QVERIFY(dialogs_->lastText().contains("第3行“生日”"));
+        pick(path, "cmd_import_csv");  // the question is answered No
+        says("第3行“生日”");
         QCOMPARE(contacts(), 1);
         dialogs_->answers << true;
-        click(*page_, "cmd_import_csv");
+        pick(path, "cmd_import_csv");
         QCOMPARE(contacts(), 3);
-        QVERIFY2(dialogs_->lastText().contains("新增 2"), qPrintable(dialogs_->lastText()));
+        says("新增 2");
     }
 
     void vcardExportsTheChosenVersionAndImportSaysWhatItDid() {
         const QString path = QDir(file_->folder()).filePath("out.vcf");
         child<QComboBox>(*page_, "cbo_vcard_version")->setCurrentIndex(1);  // 3.0, older phones
-        prompts_->names << path;
-        click(*page_, "cmd_export_vcard");
+        pick(path, "cmd_export_vcard");
         QCOMPARE(dialogs_->lastText(), QString("已导出 1 个联系人到 %1").arg(path));
         QFile out(path);
         QVERIFY(out.open(QIODevice::ReadOnly));
@@ -296,14 +283,12 @@ private slots:
         const QString in = inFolderOf(file_->folder(), "in.vcf",
                                       "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:王五\r\nEND:VCARD\r\n"
                                       "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:半张\r\n");
-        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
-        prompts_->names << in;
-        click(*page_, "cmd_import_vcard");
+        pick(in, "cmd_import_vcard");
         QVERIFY2(dialogs_->lastText().startsWith("新增 1，更新 0，跳过 0"),
                  qPrintable(dialogs_->lastText()));
-        QVERIFY(dialogs_->lastText().contains("第2张名片"));
+        says("第2张名片");
         QCOMPARE(contacts(), 2);
-        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(replaced_->count(), 1);
         // The import can be taken back now.
         QVERIFY(child<QPushButton>(*page_, "cmd_undo_import")->isEnabled());
         QVERIFY(child<QLabel>(*page_, "lbl_lastimport")->text().contains("in.vcf"));
@@ -326,17 +311,29 @@ private slots:
         QCOMPARE(contacts(), 2);
         click(*page_, "cmd_undo_import");  // answered No
         QCOMPARE(contacts(), 2);
-        QSignalSpy replaced(page_.get(), &FormDataIO::dataReplaced);
         dialogs_->answers << true;
         click(*page_, "cmd_undo_import");
         QCOMPARE(contacts(), 1);
-        QCOMPARE(replaced.count(), 1);
+        QCOMPARE(replaced_->count(), 1);
         QVERIFY(dialogs_->lastText().startsWith("已撤销上次导入：删除 1 条记录"));
         QVERIFY(!undo->isEnabled());
     }
 
 private:
+    // The file dialog hands out `file`, then `button` is clicked.
+    void pick(const QString& file, const char* button) {
+        prompts_->names << file;
+        click(*page_, button);
+    }
+    void says(const QString& part) {
+        QVERIFY2(dialogs_->lastText().contains(part), qPrintable(dialogs_->lastText()));
+    }
+    PageSwitch recordOpened() {
+        return [this](qint16 code, const QString&, qint32) { opened_ << code; };
+    }
+
     std::shared_ptr<ScriptedPrompts> prompts_;
+    std::unique_ptr<QSignalSpy> replaced_;
     std::unique_ptr<FormDataIO> page_;
     QList<qint16> opened_;
 };
