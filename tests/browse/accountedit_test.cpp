@@ -11,11 +11,7 @@
 #include "tests/support/tempdatafile.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::count;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::run;
-using tarvel::testsupport::text;
+using namespace tarvel::testsupport;
 
 class AccountEditTest : public QObject {
     Q_OBJECT

@@ -15,8 +15,7 @@
 
 using namespace tarvel;
 using namespace tarvel::lists;
-using tarvel::testsupport::count;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

@@ -9,8 +9,7 @@
 #include "tests/support/tempdatafile.h"
 
 using namespace tarvel;
-using tarvel::testsupport::count;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

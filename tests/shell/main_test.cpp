@@ -30,10 +30,7 @@
 #include "views/settings/formappsetting.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::run;
-using tarvel::testsupport::writeValue;
+using namespace tarvel::testsupport;
 
 namespace {
 

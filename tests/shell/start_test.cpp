@@ -25,10 +25,7 @@
 #include "tests/views/screenfixture.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::run;
-using tarvel::testsupport::writeValue;
+using namespace tarvel::testsupport;
 
 namespace {
 

@@ -21,11 +21,7 @@
 #include "views/settings/relatedpage.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::indexed;
-using tarvel::testsupport::run;
-using tarvel::testsupport::ScriptedFileDialogs;
-using tarvel::testsupport::typeText;
+using namespace tarvel::testsupport;
 
 namespace {
 

@@ -15,10 +15,7 @@
 #include "views/schedule/formschdetail.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

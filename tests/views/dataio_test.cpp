@@ -18,11 +18,7 @@
 #include "views/exchange/reportexportflow.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

@@ -16,8 +16,7 @@
 #include "views/details/formcondetail.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 class DetailFitTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT

@@ -11,9 +11,7 @@
 #include "views/lists/mergedialog.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 class DuplicatesScreenTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT

@@ -14,10 +14,7 @@
 #include "views/related/quickedit.h"
 
 using namespace tarvel;
-using tarvel::testsupport::child;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::run;
-using tarvel::testsupport::typeText;
+using namespace tarvel::testsupport;
 
 namespace {
 

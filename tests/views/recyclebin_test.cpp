@@ -14,11 +14,7 @@
 #include "views/exchange/recyclebindialog.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::count;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

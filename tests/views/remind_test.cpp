@@ -12,10 +12,7 @@
 #include "views/schedule/formschremind.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::firstValue;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 namespace {
 

@@ -12,8 +12,7 @@
 #include "views/schedule/formschremind.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::run;
+using namespace tarvel::testsupport;
 
 class ReminderStartTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT

@@ -21,12 +21,7 @@
 #include "views/schedule/formschdetail.h"
 
 using namespace tarvel;
-using tarvel::testsupport::at;
-using tarvel::testsupport::child;
-using tarvel::testsupport::click;
-using tarvel::testsupport::count;
-using tarvel::testsupport::run;
-using tarvel::testsupport::text;
+using namespace tarvel::testsupport;
 
 class UndoTest : public tarvel::testsupport::ScreenFixture {
     Q_OBJECT
